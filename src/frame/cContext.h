@@ -1,0 +1,16 @@
+// The program-wide paths of the module, and the help base name.
+#pragma once
+#include "cSetup.h"
+
+#include <string>
+
+class cContext : public cSetup {
+public:
+    std::string moduleDirectory; // with the closing "/"
+    std::string moduleFileName;  // "VarDesk.so"
+    std::string moduleBaseName;  // "VarDesk"
+    std::string userIniFile;     // as the host side answered; empty until then
+};
+
+extern cContext gContext;
+extern std::string gHelpBase;
