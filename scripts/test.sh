@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Builds everything and runs every test: the normal build with warnings as errors, then the same
+# tests under AddressSanitizer and UndefinedBehaviorSanitizer. Installs missing packages first.
+#   scripts/test.sh            both builds
+#   scripts/test.sh --quick    the normal build only
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+. "$root/scripts/deps.sh"
+vardesk_install_missing
+
+jobs=${JOBS:-2}
+run_build() { # name, extra cmake args...
+    local dir="$root/build/$1"; shift
+    cmake -S "$root" -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVARDESK_WERROR=ON -DVARDESK_BENCH=OFF "$@" >/dev/null
+    cmake --build "$dir" -j "$jobs"
+    (cd "$dir" && ctest --output-on-failure -j "$jobs" --timeout 120)
+}
+
+run_build main
+if [ "${1:-}" != "--quick" ]; then
+    ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+        run_build sanitize -DVARDESK_SANITIZE=ON
+fi
