@@ -38,7 +38,7 @@ function(vardesk_test name)
         VARDESK_STAGE_DIR="${VARDESK_STAGE}"
         VARDESK_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data")
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests
-        BUILD_RPATH "${VARDESK_STAGE}/lib")
+        BUILD_RPATH "${VARDESK_STAGE}/lib" BUILD_WITH_INSTALL_RPATH OFF)
     vardesk_warnings(${name})
     include(GoogleTest)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST

@@ -1,0 +1,139 @@
+// cDocCntx: the state of one open drawing, kept from its first document event until the module leaves.
+#include "cDocCntx.h"
+
+#include "cContext.h"
+#include "HostLookup.h"
+#include "Reactors.h"
+#include "vars/TextHelpers.h"
+
+#include <dbmain.h>
+
+#include <iterator>
+#include <new>
+
+namespace {
+
+constexpr const char* kRootName = "Kova_VarDesk";
+constexpr const char* kSection = "Settings";
+// The program that shows the error log when nothing else was configured.
+constexpr const char* kDefaultEditor = "/usr/bin/xdg-open";
+// The description file installed beside the module.
+constexpr const char* kDefaultAvlFile = "VarDesk.avl";
+
+struct IntSetting {
+    const char* key;
+    const char* defaultValue;
+    std::int32_t cDocCntx::*field;
+};
+
+// The order is the order of reading and writing.
+constexpr IntSetting kIntSettings[] = {
+    {"MainPosX", "20", &cDocCntx::mainPosX},
+    {"MainPosY", "20", &cDocCntx::mainPosY},
+    {"MainSizeX", "450", &cDocCntx::mainSizeX},
+    {"MainSizeY", "320", &cDocCntx::mainSizeY},
+    {"SelectionPosX", "20", &cDocCntx::selectionPosX},
+    {"SelectionPosY", "20", &cDocCntx::selectionPosY},
+    {"SelectionSizeX", "450", &cDocCntx::selectionSizeX},
+    {"SelectionSizeY", "320", &cDocCntx::selectionSizeY},
+    {"SearchPosX", "20", &cDocCntx::searchPosX},
+    {"SearchPosY", "20", &cDocCntx::searchPosY},
+    {"SearchSizeX", "200", &cDocCntx::searchSizeX},
+    {"SearchSizeY", "120", &cDocCntx::searchSizeY},
+    {"ConfigPosX", "20", &cDocCntx::configPosX},
+    {"ConfigPosY", "20", &cDocCntx::configPosY},
+    {"ConfigSizeX", "300", &cDocCntx::configSizeX},
+    {"ConfigSizeY", "130", &cDocCntx::configSizeY},
+    {"ListCtrlFirstCol", "200", &cDocCntx::listCtrlFirstCol},
+    {"ListCtrlSecCol", "100", &cDocCntx::listCtrlSecCol},
+    {"ListCtrlThirdCol", "100", &cDocCntx::listCtrlThirdCol},
+    {"ListCtrl2FirstCol", "200", &cDocCntx::listCtrl2FirstCol},
+    {"ListCtrl2SecCol", "100", &cDocCntx::listCtrl2SecCol},
+    // Read and written, though the selection list has no third column.
+    {"ListCtrl2ThirdCol", "100", &cDocCntx::listCtrl2ThirdCol},
+    {"SearchCheck", "15", &cDocCntx::searchCheck},
+};
+
+struct TextSetting {
+    const char* key;
+    std::string cDocCntx::*field;
+};
+
+constexpr TextSetting kTextSettings[] = {
+    {"Editor", &cDocCntx::editorPath},
+    {"AutoCADVarList", &cDocCntx::avlFilePath},
+    {"SearchPattern", &cDocCntx::searchPattern},
+};
+
+std::string textDefault(const std::string& key) {
+    if (key == "Editor")
+        return kDefaultEditor;
+    if (key == "AutoCADVarList")
+        return gContext.moduleDirectory + kDefaultAvlFile;
+    return {};
+}
+
+} // namespace
+
+cDocCntx::cDocCntx(AcApDocument* document) : document(document) {
+    unaccountedVars.reserve(kUnaccountedBlock);
+    if (const AcDbDatabase* database = hostLookup::workingDatabase()) {
+        dbsReactor = new (std::nothrow) cDbsReactor;
+        if (dbsReactor)
+            dbsReactor->attachTo(database);
+    }
+}
+
+cDocCntx::~cDocCntx() {
+    delete dbsReactor; // takes itself from the database it was put on
+}
+
+std::string cDocCntx::settingsDrawingName() const {
+    std::string fileName;
+    std::string name;
+    pathFileName(gContext.userIniFile, fileName);
+    return pathStem(fileName, name);
+}
+
+void cDocCntx::LoadSettings() {
+    Open(gContext.userIniFile, kRootName, settingsDrawingName(), kSection, true, true);
+    for (const IntSetting& setting : kIntSettings)
+        GetInt(setting.key, setting.defaultValue, this->*setting.field);
+    for (const TextSetting& setting : kTextSettings)
+        GetString(setting.key, textDefault(setting.key), this->*setting.field);
+    Close();
+}
+
+void cDocCntx::SaveSettings() {
+    Open(gContext.userIniFile, kRootName, settingsDrawingName(), kSection, true, true);
+    for (const IntSetting& setting : kIntSettings)
+        PutInt(setting.key, this->*setting.field, true);
+    for (const TextSetting& setting : kTextSettings)
+        PutString(setting.key, this->*setting.field, true);
+    Close(); // writes the values into the drawing
+}
+
+void cDocCntx::CaptureNumberFormat(const AcDbDatabase* database) {
+    signed char separator = ' ';
+    int precision = -1;
+    if (database) {
+        separator = static_cast<signed char>(database->dimdsep());
+        precision = database->luprec();
+    }
+    // The separator stands between the coordinates of a point and is read back between them:
+    // a control character, a byte of a multibyte character (negative as a signed char), a digit
+    // or an exponent letter would make the point's text unreadable.
+    if (separator < ' ' || (separator >= '0' && separator <= '9') || separator == 'E' || separator == 'e')
+        separator = ' ';
+    if (precision < 0)
+        precision = 4;
+    varList.pointSeparator = static_cast<char>(separator);
+    varList.valuePrecision = precision;
+}
+
+void cDocCntx::RunDialogLoop() {
+    CaptureNumberFormat(hostLookup::workingDatabase());
+    // The main dialog (cDlgVarDesk) is not part of the module yet. Its run belongs here: made
+    // with no parent inside gResourceScope, run modally inside the scope again and again until
+    // its runCode is 0, then deleted. Until then a run ends after the capture.
+}

@@ -1,0 +1,191 @@
+// The module's entry point and the command's flow, in the real VarDesk.so and in the frame library.
+#include "TestHost.h"
+
+#include "cContext.h"
+#include "cDocCntx.h"
+#include "cDocList.h"
+#include "cLispBridge.h"
+#include "cResourceScope.h"
+#include "ModuleEntry.h"
+#include "Reactors.h"
+
+namespace {
+
+const std::string kModulePath = VARDESK_STAGE_DIR "/share/vardesk/VarDesk.so";
+const std::string kDictionary = "KOVA_VARDESKVARDESK";
+
+class LoadedModule : public testhost::HostTest {
+protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        iniFile = folder / "VarDesk.ini";
+    }
+    void TearDown() override {
+        host.unloadModules();
+        HostTest::TearDown();
+    }
+    std::filesystem::path iniFile;
+};
+
+TEST_F(LoadedModule, CommandDoesNothingBeforeADocumentEvent) {
+    AcApDocument* early = host.newDocument();
+    ASSERT_NE(early, nullptr);
+    ASSERT_TRUE(host.loadModule(kModulePath)) << kModulePath;
+
+    host.runCommand("KOVA_VARDESK"); // defined or not: no context yet, so nothing may happen
+    EXPECT_FALSE(std::filesystem::exists(iniFile));
+    EXPECT_TRUE(testhost::storedRecord(kDictionary, "SETTINGS").empty());
+
+    AcApDocument* second = host.newDocument();
+    ASSERT_NE(second, nullptr);
+    ASSERT_TRUE(host.isCommand("KOVA_VARDESK"));
+    ASSERT_TRUE(host.runCommand("KOVA_VARDESK"));
+    const std::string ini = testhost::readFile(iniFile);
+    EXPECT_NE(ini.find("[Settings]"), std::string::npos) << ini;
+    EXPECT_NE(ini.find("MainPosX=20"), std::string::npos) << ini;
+    EXPECT_NE(ini.find("SearchCheck=15"), std::string::npos) << ini;
+    EXPECT_EQ(testhost::storedRecord(kDictionary, "SETTINGS").size(), 52u);
+}
+
+TEST_F(LoadedModule, CommandWorksAgainAfterADrawingClosesAndAnotherOpens) {
+    ASSERT_TRUE(host.loadModule(kModulePath)) << kModulePath;
+    AcApDocument* first = host.newDocument();
+    ASSERT_NE(first, nullptr);
+    ASSERT_TRUE(host.runCommand("KOVA_VARDESK"));
+    ASSERT_TRUE(host.closeDocument(first));
+    std::filesystem::remove(iniFile);
+
+    AcApDocument* next = host.newDocument();
+    ASSERT_NE(next, nullptr);
+    EXPECT_TRUE(host.isCommand("KOVA_VARDESK")) << "defined again for the new drawing";
+    ASSERT_TRUE(host.runCommand("KOVA_VARDESK"));
+    EXPECT_TRUE(std::filesystem::exists(iniFile));
+    EXPECT_EQ(testhost::storedRecord(kDictionary, "SETTINGS").size(), 52u);
+}
+
+TEST_F(LoadedModule, SecondRunReadsTheIniFileAgain) {
+    ASSERT_TRUE(host.loadModule(kModulePath)) << kModulePath;
+    ASSERT_NE(host.newDocument(), nullptr);
+    ASSERT_TRUE(host.runCommand("KOVA_VARDESK"));
+    ASSERT_NE(host.newDocument(), nullptr); // a drawing with no stored settings of its own
+
+    std::string ini = testhost::readFile(iniFile);
+    const auto at = ini.find("MainPosX=20");
+    ASSERT_NE(at, std::string::npos) << ini;
+    ini.replace(at, 11, "MainPosX=77");
+    std::ofstream(iniFile, std::ios::binary | std::ios::trunc) << ini;
+
+    ASSERT_TRUE(host.runCommand("KOVA_VARDESK"));
+    const auto record = testhost::storedRecord(kDictionary, "SETTINGS");
+    bool found = false;
+    for (std::size_t i = 0; i + 1 < record.size(); i += 2)
+        if (record[i].second == "MAINPOSX") {
+            found = true;
+            EXPECT_EQ(record[i + 1].second, "77");
+        }
+    EXPECT_TRUE(found);
+}
+
+TEST_F(LoadedModule, UnloadTakesTheCommandsReactorsAway) {
+    ASSERT_TRUE(host.loadModule(kModulePath)) << kModulePath;
+    ASSERT_NE(host.newDocument(), nullptr);
+    host.unloadModules();
+    EXPECT_FALSE(host.isCommand("KOVA_VARDESK"));
+    // Events after the unload reach no reactor of the module.
+    EXPECT_NE(host.newDocument(), nullptr);
+}
+
+// The same entry, linked into this program from the frame library.
+class EntryPoint : public testhost::HostTest {
+protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        gDocList.clear();
+    }
+    void TearDown() override {
+        UnloadApp();
+        gDocList.clear();
+        HostTest::TearDown();
+    }
+};
+
+TEST_F(EntryPoint, InitRegistersTheReactorsAndUnloadTakesThemBack) {
+    int appId = 0;
+    ASSERT_EQ(HandleAppMessage(AcRx::kInitAppMsg, &appId), AcRx::kRetOK);
+    ASSERT_NE(gDocReactor, nullptr);
+    ASSERT_NE(gEdiReactor, nullptr);
+    EXPECT_EQ(gModuleHandle, &appId);
+    EXPECT_FALSE(gContext.moduleFileName.empty()) << "the path of this test program";
+    EXPECT_EQ(gHelpBase, gContext.moduleBaseName);
+    EXPECT_EQ(gContext.userIniFile.rfind(folder.string(), 0), 0u)
+        << "answered by the host from its profile folder: " << gContext.userIniFile;
+
+    AcApDocument* doc = host.newDocument();
+    ASSERT_NE(doc, nullptr);
+    ASSERT_NE(gCurDoc, nullptr) << "document events reach the list";
+    EXPECT_EQ(gCurDoc->document, doc);
+
+    EXPECT_EQ(HandleAppMessage(AcRx::kUnloadAppMsg, &appId), AcRx::kRetOK);
+    EXPECT_EQ(gDocReactor, nullptr);
+    EXPECT_EQ(gEdiReactor, nullptr);
+    cDocCntx* before = gCurDoc;
+    ASSERT_NE(host.newDocument(), nullptr);
+    EXPECT_EQ(gCurDoc, before) << "no events after the unload";
+}
+
+TEST_F(EntryPoint, OtherMessagesAnswerOk) {
+    EXPECT_EQ(HandleAppMessage(AcRx::kNullMsg, nullptr), AcRx::kRetOK);
+    EXPECT_EQ(HandleAppMessage(static_cast<AcRx::AppMsgCode>(99), nullptr), AcRx::kRetOK);
+}
+
+TEST_F(EntryPoint, CommandOutsideItsInvokeDoesNothing) {
+    CDocReactor reactor;
+    acDocManagerPtr()->addReactor(&reactor);
+    ASSERT_NE(host.newDocument(), nullptr);
+    acDocManagerPtr()->removeReactor(&reactor);
+    ASSERT_NE(gCurDoc, nullptr);
+    gCurDoc->mainPosX = -5;
+
+    CommandVarDesk(); // the function code is not the command's here
+    EXPECT_EQ(gCurDoc->mainPosX, -5) << "no settings were loaded";
+    EXPECT_FALSE(gContext.userIniFile.empty()) << "the ini path is asked for all the same";
+    EXPECT_FALSE(std::filesystem::exists(gContext.userIniFile));
+}
+
+TEST_F(EntryPoint, LispBridgeAsksTheHostForTheUserIniFile) {
+    std::string path = "old";
+    EXPECT_EQ(gLispBridge.GetUserIniFile(path, "KOVA_VARDESK", "VarDesk.ini"), RTNORM);
+    EXPECT_EQ(path, (folder / "VarDesk.ini").string());
+}
+
+TEST_F(EntryPoint, LispBridgeFindsFilesOnTheSupportPath) {
+    std::ofstream(folder / "found.txt") << "x";
+    host.setSupportPath({folder.string()});
+    std::string path = "old";
+    EXPECT_EQ(gLispBridge.PathInfo("found.txt", path), RTNORM);
+    EXPECT_EQ(path, (folder / "found.txt").string());
+    // The service answers nil for a file it cannot find: a list came back, with no text in it.
+    path = "old";
+    EXPECT_EQ(gLispBridge.PathInfo("missing.txt", path), RTNORM);
+    EXPECT_EQ(path, "");
+    host.setSupportPath({});
+}
+
+TEST(ResourceScope, EnterAndLeaveSwitchToTheModuleAndBack) {
+    int outer = 0;
+    int module = 0;
+    cResourceScope outerScope;
+    outerScope.Init(&outer);
+    outerScope.Enter();
+    cResourceScope scope;
+    scope.Init(&module);
+    EXPECT_EQ(cResourceScope::Current(), &outer);
+    scope.Enter();
+    EXPECT_EQ(cResourceScope::Current(), &module);
+    scope.Leave();
+    EXPECT_EQ(cResourceScope::Current(), &outer) << "the handle saved at Init is put back";
+    outerScope.Leave();
+    EXPECT_EQ(cResourceScope::Current(), nullptr);
+}
+
+} // namespace

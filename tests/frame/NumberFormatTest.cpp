@@ -1,0 +1,103 @@
+// The capture of the drawing's number format into the variable list of a document context.
+#include "TestHost.h"
+
+#include "cDocCntx.h"
+
+namespace {
+
+// A database that answers DIMDSEP and LUPREC with given values and does nothing else.
+class FormatDatabase : public AcDbDatabase {
+public:
+    FormatDatabase(char separator, Adesk::Int16 precision) : m_separator(separator), m_precision(precision) {}
+    char dimdsep() const override { return m_separator; }
+    Adesk::Int16 luprec() const override { return m_precision; }
+    void addReactor(AcDbDatabaseReactor*) const override {}
+    void removeReactor(AcDbDatabaseReactor*) const override {}
+    Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*&, AcDb::OpenMode) override {
+        return Acad::eNotApplicable;
+    }
+
+private:
+    char m_separator;
+    Adesk::Int16 m_precision;
+};
+
+struct FormatCase {
+    const char* name;
+    char separator;
+    Adesk::Int16 precision;
+    char expectedSeparator;
+    int expectedPrecision;
+};
+
+const FormatCase kFormatCases[] = {
+    {"comma and 4 pass", ',', 4, ',', 4},
+    {"full stop passes", '.', 2, '.', 2},
+    {"blank stays", ' ', 6, ' ', 6},
+    {"NUL becomes a blank", '\0', 4, ' ', 4},
+    {"tab becomes a blank", '\t', 4, ' ', 4},
+    {"digit 8 becomes a blank", '8', 4, ' ', 4},
+    {"digit 0 becomes a blank", '0', 4, ' ', 4},
+    {"E becomes a blank", 'E', 4, ' ', 4},
+    {"e becomes a blank", 'e', 4, ' ', 4},
+    {"0x80 becomes a blank", static_cast<char>(0x80), 4, ' ', 4},
+    {"0xC3 becomes a blank", static_cast<char>(0xC3), 4, ' ', 4},
+    {"0xFF becomes a blank", static_cast<char>(0xFF), 4, ' ', 4},
+    {"0x7F passes", static_cast<char>(0x7F), 4, static_cast<char>(0x7F), 4},
+    {"precision -1 becomes 4", ',', -1, ',', 4},
+    {"precision -32768 becomes 4", ',', -32768, ',', 4},
+    {"precision 0 stays 0", ',', 0, ',', 0},
+    {"precision 8 stays 8", ';', 8, ';', 8},
+};
+
+TEST(NumberFormatCapture, SeparatorAndPrecisionFromTheDatabase) {
+    for (const FormatCase& c : kFormatCases) {
+        FormatDatabase database(c.separator, c.precision);
+        cDocCntx context(nullptr);
+        context.varList.pointSeparator = 'X';
+        context.varList.valuePrecision = 99;
+        context.CaptureNumberFormat(&database);
+        EXPECT_EQ(context.varList.pointSeparator, c.expectedSeparator) << c.name;
+        EXPECT_EQ(context.varList.valuePrecision, c.expectedPrecision) << c.name;
+    }
+}
+
+TEST(NumberFormatCapture, NoDatabaseGivesBlankAndFour) {
+    cDocCntx context(nullptr);
+    context.varList.pointSeparator = ',';
+    context.varList.valuePrecision = 0;
+    context.CaptureNumberFormat(nullptr);
+    EXPECT_EQ(context.varList.pointSeparator, ' ');
+    EXPECT_EQ(context.varList.valuePrecision, 4);
+}
+
+class NumberFormatFromHost : public testhost::HostTest {};
+
+// The dialog loop takes the format from the host's working database at each run.
+TEST_F(NumberFormatFromHost, RunDialogLoopReadsTheWorkingDatabase) {
+    const std::string table = VARDESK_SOURCE_DIR "/data/hostvars.tsv";
+    if (!std::filesystem::exists(table) || !host.loadVariableTable(table))
+        GTEST_SKIP() << "no host variable table at " << table;
+    AcApDocument* doc = host.newDocument();
+    ASSERT_NE(doc, nullptr);
+    ASSERT_TRUE(host.setVariableText("DIMDSEP", ";"));
+    ASSERT_TRUE(host.setVariableText("LUPREC", "0"));
+
+    cDocCntx context(doc);
+    context.RunDialogLoop();
+    EXPECT_EQ(context.varList.pointSeparator, ';');
+    EXPECT_EQ(context.varList.valuePrecision, 0);
+
+    ASSERT_TRUE(host.setVariableText("DIMDSEP", "e"));
+    ASSERT_TRUE(host.setVariableText("LUPREC", "6"));
+    context.RunDialogLoop();
+    EXPECT_EQ(context.varList.pointSeparator, ' ') << "captured afresh at every run";
+    EXPECT_EQ(context.varList.valuePrecision, 6);
+
+    host.setWorkingDatabaseAvailable(false);
+    context.RunDialogLoop();
+    EXPECT_EQ(context.varList.pointSeparator, ' ');
+    EXPECT_EQ(context.varList.valuePrecision, 4);
+}
+
+} // namespace

@@ -1,0 +1,215 @@
+// Document contexts under document events: repeated, switched, closed and null documents.
+#include "TestHost.h"
+
+#include "cDocCntx.h"
+#include "cDocList.h"
+#include "Reactors.h"
+
+#include <unistd.h>
+
+namespace {
+
+class DocumentContexts : public testhost::HostTest {
+protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        gDocList.clear();
+        acDocManagerPtr()->addReactor(&reactor);
+    }
+
+    void TearDown() override {
+        acDocManagerPtr()->removeReactor(&reactor);
+        gDocList.clear();
+        HostTest::TearDown();
+    }
+
+    CDocReactor reactor;
+};
+
+TEST_F(DocumentContexts, ListStaysEmptyUntilADocumentEvent) {
+    acDocManagerPtr()->removeReactor(&reactor);
+    AcApDocument* doc = host.newDocument();
+    ASSERT_NE(doc, nullptr);
+    EXPECT_EQ(gDocList.count, 0);
+    EXPECT_EQ(gCurDoc, nullptr);
+    acDocManagerPtr()->addReactor(&reactor);
+}
+
+TEST_F(DocumentContexts, EventsForTheSameDocumentMakeOneRecord) {
+    AcApDocument* doc = host.newDocument();
+    ASSERT_NE(doc, nullptr);
+    ASSERT_NE(gCurDoc, nullptr);
+    EXPECT_EQ(gCurDoc->document, doc);
+    EXPECT_EQ(gDocList.count, 1);
+    cDocCntx* record = gCurDoc;
+
+    gDocList.ActivateDocument(doc);
+    gDocList.ActivateDocument(doc);
+    EXPECT_EQ(gDocList.count, 1);
+    EXPECT_EQ(gCurDoc, record);
+    EXPECT_EQ(gDocList.first, record);
+    EXPECT_EQ(gDocList.last, record);
+}
+
+TEST_F(DocumentContexts, SwitchingBackFindsTheSameRecordWithItsState) {
+    AcApDocument* first = host.newDocument();
+    ASSERT_NE(first, nullptr);
+    cDocCntx* firstRecord = gCurDoc;
+    firstRecord->errorCount = 7;
+    firstRecord->view = 1;
+
+    AcApDocument* second = host.newDocument();
+    ASSERT_NE(second, nullptr);
+    ASSERT_NE(gCurDoc, firstRecord);
+    EXPECT_EQ(gCurDoc->document, second);
+    EXPECT_EQ(gCurDoc->errorCount, 0) << "a second drawing starts with its own state";
+    cDocCntx* secondRecord = gCurDoc;
+
+    ASSERT_TRUE(host.activateDocument(first));
+    EXPECT_EQ(gCurDoc, firstRecord);
+    EXPECT_EQ(gCurDoc->errorCount, 7);
+    EXPECT_EQ(gCurDoc->view, 1);
+    ASSERT_TRUE(host.activateDocument(second));
+    EXPECT_EQ(gCurDoc, secondRecord);
+    EXPECT_EQ(gDocList.count, 2);
+    EXPECT_EQ(gDocList.first, firstRecord);
+    EXPECT_EQ(gDocList.last, secondRecord);
+    EXPECT_EQ(firstRecord->next, secondRecord);
+}
+
+TEST_F(DocumentContexts, ClosedDocumentKeepsItsRecordAndANewOneGetsAnother) {
+    AcApDocument* closed = host.newDocument();
+    ASSERT_NE(closed, nullptr);
+    cDocCntx* closedRecord = gCurDoc;
+    ASSERT_TRUE(host.closeDocument(closed));
+    EXPECT_EQ(gDocList.find(closed), closedRecord) << "records of closed documents stay";
+
+    // Records are matched by the document's pointer alone: a later document gets a record of its
+    // own unless the host happened to give it the closed one's address.
+    AcApDocument* later = host.newDocument();
+    ASSERT_NE(later, nullptr);
+    ASSERT_NE(gCurDoc, nullptr);
+    EXPECT_EQ(gCurDoc->document, later);
+    if (later != closed) {
+        EXPECT_NE(gCurDoc, closedRecord);
+        EXPECT_EQ(gDocList.count, 2);
+    } else {
+        EXPECT_EQ(gCurDoc, closedRecord);
+        EXPECT_EQ(gDocList.count, 1);
+    }
+    AcApDocument* third = host.newDocument();
+    ASSERT_NE(third, nullptr);
+    EXPECT_NE(third, later);
+    EXPECT_EQ(gCurDoc->document, third);
+    EXPECT_EQ(gDocList.count, later != closed ? 3 : 2);
+}
+
+TEST_F(DocumentContexts, NullDocumentIsReportedAndChangesNothing) {
+    AcApDocument* doc = host.newDocument();
+    ASSERT_NE(doc, nullptr);
+    cDocCntx* record = gCurDoc;
+    testhost::capture().printed.clear();
+
+    gDocList.ActivateDocument(nullptr);
+    EXPECT_EQ(gCurDoc, record);
+    EXPECT_EQ(gDocList.count, 1);
+    EXPECT_EQ(printed(), "Keine Zeichnung gefunden\n");
+    ASSERT_FALSE(uiLines().empty());
+    EXPECT_NE(uiLines().back().find("BOX info:"), std::string::npos) << uiLines().back();
+    EXPECT_NE(uiLines().back().find("Keine Zeichnung gefunden"), std::string::npos) << uiLines().back();
+}
+
+TEST_F(DocumentContexts, NameFieldsComeFromTheFileName) {
+    struct NameCase {
+        std::string path;
+        std::string stem, fileName, baseName;
+    };
+    const std::string dir = folder.string() + "/";
+    const NameCase cases[] = {
+        {dir + "Plan.dwg", dir + "Plan", "Plan.dwg", "Plan"},
+        {dir + "site plan.v2.dwg", dir + "site plan.v2", "site plan.v2.dwg", "site plan.v2"},
+        {dir + "noext", dir + "noext", "noext", "noext"},
+    };
+    for (const NameCase& c : cases) {
+        AcApDocument* doc = host.newDocument(c.path);
+        ASSERT_NE(doc, nullptr) << c.path;
+        ASSERT_NE(gCurDoc, nullptr) << c.path;
+        EXPECT_EQ(gCurDoc->drawingPath, c.path);
+        EXPECT_EQ(gCurDoc->drawingStem, c.stem) << c.path;
+        EXPECT_EQ(gCurDoc->drawingFileName, c.fileName) << c.path;
+        EXPECT_EQ(gCurDoc->drawingBaseName, c.baseName) << c.path;
+    }
+}
+
+// A document whose file name is whatever the test says; the host never gives a bare name.
+class NamedDocument : public AcApDocument {
+public:
+    explicit NamedDocument(const char* name) : m_name(name) {}
+    const char* fileName() const override { return m_name; }
+    AcDbDatabase* database() const override { return nullptr; }
+    AcAp::DocLockMode myLockMode() const override { return AcAp::kNotLocked; }
+
+private:
+    const char* m_name;
+};
+
+TEST_F(DocumentContexts, BareFileNameStandsInTheWorkingDirectory) {
+    char cwd[4096];
+    ASSERT_NE(getcwd(cwd, sizeof cwd), nullptr);
+    NamedDocument bare("bare.v1.dwg");
+    gDocList.ActivateDocument(&bare);
+    ASSERT_NE(gCurDoc, nullptr);
+    EXPECT_EQ(gCurDoc->drawingPath, "bare.v1.dwg");
+    EXPECT_EQ(gCurDoc->drawingStem, std::string(cwd) + "/bare.v1");
+    EXPECT_EQ(gCurDoc->drawingFileName, "bare.v1.dwg");
+    EXPECT_EQ(gCurDoc->drawingBaseName, "bare.v1");
+
+    // A document with no file name yet keeps the names it had.
+    NamedDocument unnamed("");
+    gDocList.ActivateDocument(&unnamed);
+    ASSERT_NE(gCurDoc, nullptr);
+    EXPECT_EQ(gCurDoc->document, &unnamed);
+    EXPECT_EQ(gCurDoc->drawingPath, "");
+    EXPECT_EQ(gCurDoc->drawingFileName, "");
+}
+
+TEST_F(DocumentContexts, DatabaseReactorHangsOnTheDatabaseOfItsCreation) {
+    AcApDocument* first = host.newDocument();
+    ASSERT_NE(first, nullptr);
+    cDocCntx* firstRecord = gCurDoc;
+    ASSERT_NE(firstRecord->dbsReactor, nullptr);
+    EXPECT_EQ(firstRecord->dbsReactor->database(), first->database());
+
+    AcApDocument* second = host.newDocument();
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(firstRecord->dbsReactor->database(), first->database())
+        << "still the first database after a switch";
+    EXPECT_NE(gCurDoc->dbsReactor->database(), first->database());
+
+    ASSERT_TRUE(host.closeDocument(first));
+    EXPECT_EQ(firstRecord->dbsReactor->database(), nullptr)
+        << "the closed database said goodbye and is not touched again";
+    gDocList.clear(); // deletes both reactors: one dead database, one live one
+    EXPECT_EQ(gCurDoc, nullptr);
+    EXPECT_EQ(gDocList.count, 0);
+    EXPECT_EQ(gDocList.first, nullptr);
+    EXPECT_EQ(gDocList.last, nullptr);
+}
+
+TEST_F(DocumentContexts, NoWorkingDatabaseMeansNoDatabaseReactor) {
+    host.setWorkingDatabaseAvailable(false);
+    cDocCntx context(nullptr);
+    EXPECT_EQ(context.dbsReactor, nullptr);
+}
+
+TEST_F(DocumentContexts, ReactorsAnswerWithTheirBaseClassDescriptors) {
+    CEdiReactor editorReactor;
+    ASSERT_NE(reactor.isA(), nullptr);
+    ASSERT_NE(editorReactor.isA(), nullptr);
+    EXPECT_STREQ(reactor.isA()->name(), "AcApDocManagerReactor");
+    EXPECT_STREQ(editorReactor.isA()->name(), "AcEditorReactor");
+    EXPECT_TRUE(reactor.isKindOf(AcApDocManagerReactor::desc()));
+    EXPECT_TRUE(editorReactor.isKindOf(AcRxEventReactor::desc()));
+}
+
+} // namespace
