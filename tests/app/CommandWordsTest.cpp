@@ -1,0 +1,117 @@
+// Splitting command lines into words, quoting, and the command line of cadhost.
+#include "CommandWords.h"
+#include "ConsoleOutput.h"
+#include "HostStartup.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+using namespace cadhost;
+
+namespace {
+
+TEST(SplitWords, WordsQuotesAndEscapes) {
+    struct Case {
+        const char* line;
+        std::vector<std::string> words;
+    };
+    const Case cases[] = {
+        {"", {}},
+        {"   \t ", {}},
+        {"SETVAR LUPREC 2", {"SETVAR", "LUPREC", "2"}},
+        {"  OPEN\t\"mein plan.dwg\"  ", {"OPEN", "mein plan.dwg"}},
+        {"text 1001 \"\"", {"text", "1001", ""}},
+        {"text 1001 \"a \\\"b\\\" \\\\c\"", {"text", "1001", "a \"b\" \\c"}},
+        {"OPEN C:\\plan.dwg", {"OPEN", "C:\\plan.dwg"}},
+        {"text 1 \"a\\nb\"", {"text", "1", "a\\nb"}},
+        {"SETVAR INSBASE 1,2,3", {"SETVAR", "INSBASE", "1,2,3"}},
+        {"x \"Größe\"", {"x", "Größe"}},
+    };
+    for (const auto& c : cases) {
+        std::vector<std::string> words;
+        std::string error;
+        EXPECT_TRUE(splitWords(c.line, words, error)) << c.line << ": " << error;
+        EXPECT_EQ(words, c.words) << c.line;
+    }
+}
+
+TEST(SplitWords, BadQuotesAreRefused) {
+    for (const char* line : {"OPEN \"plan.dwg", "text 1 \"a\\\"", "OPEN \"a\"b"}) {
+        std::vector<std::string> words;
+        std::string error;
+        EXPECT_FALSE(splitWords(line, words, error)) << line;
+        EXPECT_FALSE(error.empty()) << line;
+    }
+}
+
+TEST(Quoted, RoundTripsThroughSplitWords) {
+    for (const std::string text : {"", "plain", "a \"b\"", "back\\slash\\", "\\\"", "Größe 1,5"}) {
+        std::vector<std::string> words;
+        std::string error;
+        ASSERT_TRUE(splitWords("x " + quoted(text), words, error)) << text;
+        ASSERT_EQ(words.size(), 2u) << text;
+        EXPECT_EQ(words[1], text);
+    }
+}
+
+TEST(ConsoleOutput, LineAfterUnfinishedTextStartsAfresh) {
+    std::string out;
+    ConsoleOutput console([&](const std::string& t) { out += t; });
+    console.line("Command: X");
+    console.write("Modul geladen");
+    console.line("Command: Y");
+    console.write("eins\n");
+    console.line("Command: Z");
+    EXPECT_EQ(out, "Command: X\nModul geladen\nCommand: Y\neins\nCommand: Z\n");
+}
+
+TEST(ParseOptions, GoodCommandLines) {
+    Options o;
+    std::string error;
+    ASSERT_TRUE(parseOptions(
+        {"--batch", "a.scr", "--profile", "/p", "--exec", "--no-module", "x.dwg", "y.dwg"}, o, error));
+    EXPECT_EQ(o.batchScript, "a.scr");
+    EXPECT_EQ(o.profileDir, "/p");
+    EXPECT_TRUE(o.execForReal);
+    EXPECT_TRUE(o.noModule);
+    EXPECT_EQ(o.drawings, (std::vector<std::string>{"x.dwg", "y.dwg"}));
+
+    ASSERT_TRUE(parseOptions({"--", "--batch"}, o, error));
+    EXPECT_TRUE(o.batchScript.empty());
+    EXPECT_EQ(o.drawings, (std::vector<std::string>{"--batch"}));
+}
+
+TEST(ParseOptions, BadCommandLinesSayWhy) {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+        {{"--batch"}, "--batch needs a value"},
+        {{"--profile"}, "--profile needs a value"},
+        {{"--frob"}, "Unknown option --frob"},
+    };
+    for (const auto& [args, why] : cases) {
+        Options o;
+        std::string error;
+        EXPECT_FALSE(parseOptions(args, o, error)) << args[0];
+        EXPECT_NE(error.find(why), std::string::npos) << args[0] << ": " << error;
+    }
+}
+
+TEST(DefaultProfileDir, FollowsXdgThenHome) {
+    const char* oldXdg = std::getenv("XDG_CONFIG_HOME");
+    const std::string savedXdg = oldXdg ? oldXdg : "";
+    const std::string savedHome = std::getenv("HOME") ? std::getenv("HOME") : "";
+    setenv("XDG_CONFIG_HOME", "/xdg", 1);
+    EXPECT_EQ(defaultProfileDir(), "/xdg/cadhost");
+    unsetenv("XDG_CONFIG_HOME");
+    setenv("HOME", "/home/anna", 1);
+    EXPECT_EQ(defaultProfileDir(), "/home/anna/.config/cadhost");
+    setenv("HOME", savedHome.c_str(), 1);
+    if (oldXdg)
+        setenv("XDG_CONFIG_HOME", savedXdg.c_str(), 1);
+}
+
+TEST(ModuleDataDir, BesideTheBinFolder) {
+    EXPECT_EQ(moduleDataDir("/opt/vd/bin"), "/opt/vd/share/vardesk");
+}
+
+} // namespace
