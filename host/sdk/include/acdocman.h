@@ -31,6 +31,9 @@ public:
 // current: documentCreateStarted, documentCreated, documentToBeActivated, documentActivated,
 // documentBecameCurrent; on a switch from A to B: documentToBeDeactivated(A), documentToBeActivated(B),
 // documentActivated(B), documentBecameCurrent(B); on close: documentToBeDestroyed, documentDestroyed.
+// A drawing opened while another is active: documentCreateStarted(B), documentCreated(B), then the
+// switch from A to B. The new drawing is curDocument (and its database the working one) from
+// documentCreateStarted on. After a close the last remaining drawing is activated as on a switch.
 class ACSDK_EXPORT AcApDocManagerReactor : public AcRxObject {
 public:
     static AcRxClass* desc();
@@ -38,19 +41,20 @@ public:
     virtual void documentCreateStarted(AcApDocument*) {}
     virtual void documentCreated(AcApDocument*) {}
     virtual void documentToBeDestroyed(AcApDocument*) {}
-    virtual void documentDestroyed(const char* fileName) {}
+    virtual void documentDestroyed(const char* /*fileName*/) {}
     virtual void documentCreateCanceled(AcApDocument*) {}
-    virtual void documentLockModeWillChange(AcApDocument*, AcAp::DocLockMode myCurrentMode,
-                                            AcAp::DocLockMode myNewMode, AcAp::DocLockMode currentMode,
-                                            const char* globalCmdName) {}
-    virtual void documentLockModeChangeVetoed(AcApDocument*, const char* globalCmdName) {}
-    virtual void documentLockModeChanged(AcApDocument*, AcAp::DocLockMode myPreviousMode,
-                                         AcAp::DocLockMode myCurrentMode, AcAp::DocLockMode currentMode,
-                                         const char* globalCmdName) {}
+    virtual void documentLockModeWillChange(AcApDocument*, AcAp::DocLockMode /*myCurrentMode*/,
+                                            AcAp::DocLockMode /*myNewMode*/,
+                                            AcAp::DocLockMode /*currentMode*/,
+                                            const char* /*globalCmdName*/) {}
+    virtual void documentLockModeChangeVetoed(AcApDocument*, const char* /*globalCmdName*/) {}
+    virtual void documentLockModeChanged(AcApDocument*, AcAp::DocLockMode /*myPreviousMode*/,
+                                         AcAp::DocLockMode /*myCurrentMode*/,
+                                         AcAp::DocLockMode /*currentMode*/, const char* /*globalCmdName*/) {}
     virtual void documentBecameCurrent(AcApDocument*) {}
     virtual void documentToBeActivated(AcApDocument*) {}
     virtual void documentToBeDeactivated(AcApDocument*) {}
-    virtual void documentActivationModified(bool bActivation) {}
+    virtual void documentActivationModified(bool /*bActivation*/) {}
     virtual void documentActivated(AcApDocument*) {}
 };
 

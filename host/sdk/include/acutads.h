@@ -18,6 +18,6 @@ ACSDK_EXPORT resbuf* acutNewRb(int rtype);
 ACSDK_EXPORT int acutRelRb(resbuf* chain);
 
 // Wildcard match of text against pattern; see acutads_wildcards.md for the signs understood.
-// Returns true on a match. ignoreCase compares ASCII letters without case.
+// Returns true on a match. ignoreCase compares ASCII (and Latin-1) letters without case.
 ACSDK_EXPORT bool acutWcMatchEx(const char* text, const char* pattern, bool ignoreCase);
 }

@@ -89,10 +89,10 @@ public:
     virtual void objectReAppended(const AcDbDatabase*, const AcDbObject*) {}
     virtual void objectOpenedForModify(const AcDbDatabase*, const AcDbObject*) {}
     virtual void objectModified(const AcDbDatabase*, const AcDbObject*) {}
-    virtual void objectErased(const AcDbDatabase*, const AcDbObject*, bool erased) {}
-    virtual void headerSysVarWillChange(const AcDbDatabase*, const char* name) {}
-    virtual void headerSysVarChanged(const AcDbDatabase*, const char* name, bool success) {}
-    virtual void proxyResurrectionCompleted(const AcDbDatabase*, const char* appName) {}
+    virtual void objectErased(const AcDbDatabase*, const AcDbObject*, bool /*erased*/) {}
+    virtual void headerSysVarWillChange(const AcDbDatabase*, const char* /*name*/) {}
+    virtual void headerSysVarChanged(const AcDbDatabase*, const char* /*name*/, bool /*success*/) {}
+    virtual void proxyResurrectionCompleted(const AcDbDatabase*, const char* /*appName*/) {}
     // The database is about to be destroyed; reactors still on it are dropped afterwards.
     virtual void goodbye(const AcDbDatabase*) {}
 };

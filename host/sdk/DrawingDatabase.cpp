@@ -1,0 +1,607 @@
+// Drawing databases and their objects (dictionaries, xrecords), with open tracking and the file form.
+#include "DrawingDatabase.h"
+
+#include "acutads.h"
+#include "SessionInternal.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+using nlohmann::json;
+
+namespace cadhost {
+
+namespace {
+
+constexpr int kFormatVersion = 1;
+constexpr int kMaxDepth = 64;
+
+int openCountOf(const AcDbObject* object) {
+    const AcDbObject::Impl& d = AcDbHostAccess::impl(object);
+    int n = d.readers + (d.writer ? 1 : 0);
+    for (const auto& [key, entry] : d.entries)
+        n += openCountOf(entry.second);
+    return n;
+}
+
+void markErased(AcDbObject* object) {
+    AcDbObject::Impl& d = AcDbHostAccess::impl(object);
+    d.erased = true;
+    for (auto& [key, entry] : d.entries)
+        markErased(entry.second);
+}
+
+// Makes a new object resident in db under owner; it keeps its open-for-write state.
+void makeResident(AcDbObject* object, DrawingDatabase* db, AcDbObject* owner) {
+    AcDbObject::Impl& d = AcDbHostAccess::impl(object);
+    d.db = db;
+    d.owner = owner;
+    d.id = AcDbObjectId(db->nextHandle());
+    noteObjectsOpened(d.readers + (d.writer ? 1 : 0));
+}
+
+// Takes an entry out of its dictionary and keeps it erased until the database ends.
+void eraseEntry(AcDbObject::Impl& dict,
+                std::map<std::string, std::pair<std::string, AcDbObject*>>::iterator it) {
+    AcDbObject* old = it->second.second;
+    dict.entries.erase(it);
+    markErased(old);
+    AcDbHostAccess::impl(old).db->bury(old);
+}
+
+json realJson(double v) {
+    if (std::isfinite(v))
+        return v;
+    return realText(v);
+}
+
+bool realFromJson(const json& j, double& v) {
+    if (j.is_number()) {
+        v = j.get<double>();
+        return true;
+    }
+    if (j.is_string()) {
+        std::string s = j.get<std::string>();
+        if (s == "nan" || s == "inf" || s == "-inf") {
+            v = s == "nan" ? NAN : s == "inf" ? INFINITY : -INFINITY;
+            return true;
+        }
+    }
+    return false;
+}
+
+json entryJson(const ChainEntry& e) {
+    json item = json::array({e.code});
+    switch (kindOfCode(e.code)) {
+    case ValueKind::Text:
+        item.push_back(e.text);
+        break;
+    case ValueKind::Real:
+        item.push_back(realJson(e.real[0]));
+        break;
+    case ValueKind::Short:
+    case ValueKind::Long:
+        item.push_back(e.integer);
+        break;
+    case ValueKind::Point2:
+        item.push_back(json::array({realJson(e.real[0]), realJson(e.real[1])}));
+        break;
+    case ValueKind::Point3:
+        item.push_back(json::array({realJson(e.real[0]), realJson(e.real[1]), realJson(e.real[2])}));
+        break;
+    default:
+        break;
+    }
+    return item;
+}
+
+bool entryFromJson(const json& item, ChainEntry& e, std::string& why) {
+    if (!item.is_array() || item.empty() || !item[0].is_number_integer()) {
+        why = "an xrecord item must be [group code, value]";
+        return false;
+    }
+    long long code = item[0].get<long long>();
+    ValueKind kind =
+        code >= -32768 && code <= 32767 ? kindOfCode(static_cast<int>(code)) : ValueKind::Unsupported;
+    if (kind == ValueKind::Unsupported) {
+        why = "group code " + std::to_string(code) + " is not supported";
+        return false;
+    }
+    e.code = static_cast<short>(code);
+    if (kind == ValueKind::None) {
+        if (item.size() != 1) {
+            why = "group code " + std::to_string(code) + " takes no value";
+            return false;
+        }
+        return true;
+    }
+    if (item.size() != 2) {
+        why = "an xrecord item must be [group code, value]";
+        return false;
+    }
+    const json& v = item[1];
+    bool ok = false;
+    switch (kind) {
+    case ValueKind::Text:
+        ok = v.is_string();
+        if (ok)
+            e.text = v.get<std::string>();
+        break;
+    case ValueKind::Real:
+        ok = realFromJson(v, e.real[0]);
+        break;
+    case ValueKind::Short:
+    case ValueKind::Long: {
+        ok = v.is_number_integer() && !(v.is_number_unsigned() && v.get<unsigned long long>() > INT32_MAX);
+        if (ok) {
+            e.integer = v.get<long long>();
+            long long lo = kind == ValueKind::Short ? -32768 : INT32_MIN;
+            long long hi = kind == ValueKind::Short ? 32767 : INT32_MAX;
+            ok = e.integer >= lo && e.integer <= hi;
+        }
+        break;
+    }
+    case ValueKind::Point2:
+    case ValueKind::Point3: {
+        size_t n = kind == ValueKind::Point2 ? 2 : 3;
+        ok = v.is_array() && (v.size() == n || (kind == ValueKind::Point3 && v.size() == 2));
+        for (size_t i = 0; ok && i < v.size(); ++i)
+            ok = realFromJson(v[i], e.real[i]);
+        break;
+    }
+    default:
+        break;
+    }
+    if (!ok)
+        why = "group code " + std::to_string(code) + " has a value of the wrong kind";
+    return ok;
+}
+
+json objectJson(const AcDbObject* object) {
+    const AcDbObject::Impl& d = AcDbHostAccess::impl(object);
+    if (object->isKindOf(AcDbDictionary::desc())) {
+        json entries = json::object();
+        for (const auto& [upper, entry] : d.entries)
+            entries[entry.first] = objectJson(entry.second);
+        return json{{"dictionary", entries}};
+    }
+    json items = json::array();
+    for (const ChainEntry& e : d.chain)
+        items.push_back(entryJson(e));
+    return json{{"xrecord", items}};
+}
+
+// Fills the dictionary from its JSON entries; path names the place in messages.
+bool fillDictionary(AcDbDictionary* dict, const json& entries, DrawingDatabase* db, const std::string& path,
+                    int depth, std::string& why) {
+    if (depth > kMaxDepth) {
+        why = path + ": dictionaries nested too deeply";
+        return false;
+    }
+    if (!entries.is_object()) {
+        why = path + ": a dictionary must be a JSON object";
+        return false;
+    }
+    AcDbObject::Impl& d = AcDbHostAccess::impl(dict);
+    for (const auto& [key, value] : entries.items()) {
+        std::string where = path.empty() ? key : path + "/" + key;
+        if (key.empty()) {
+            why = (path.empty() ? std::string("Named Objects Dictionary") : path) +
+                  ": an entry has an empty key";
+            return false;
+        }
+        std::string upper = upperCase(key);
+        if (d.entries.count(upper)) {
+            why = where + ": the key is there twice (case is ignored)";
+            return false;
+        }
+        if (!value.is_object() || value.size() != 1) {
+            why = where + ": an entry must be {\"dictionary\": ...} or {\"xrecord\": ...}";
+            return false;
+        }
+        AcDbObject* child = nullptr;
+        if (value.contains("dictionary")) {
+            auto* sub = new AcDbDictionary();
+            child = sub;
+            makeResident(child, db, dict);
+            bool ok = fillDictionary(sub, value["dictionary"], db, where, depth + 1, why);
+            d.entries[upper] = {key, child};
+            if (!ok)
+                return false;
+        } else if (value.contains("xrecord")) {
+            child = new AcDbXrecord();
+            makeResident(child, db, dict);
+            d.entries[upper] = {key, child};
+            const json& items = value["xrecord"];
+            if (!items.is_array()) {
+                why = where + ": xrecord data must be a JSON array";
+                return false;
+            }
+            AcDbObject::Impl& c = AcDbHostAccess::impl(child);
+            for (size_t i = 0; i < items.size(); ++i) {
+                ChainEntry e;
+                if (!entryFromJson(items[i], e, why)) {
+                    why = where + " item " + std::to_string(i + 1) + ": " + why;
+                    return false;
+                }
+                c.chain.push_back(std::move(e));
+            }
+        } else {
+            why = where + ": an entry must be {\"dictionary\": ...} or {\"xrecord\": ...}";
+            return false;
+        }
+        // Loaded objects start closed.
+        AcDbObject::Impl& c = AcDbHostAccess::impl(child);
+        if (c.writer) {
+            c.writer = false;
+            noteObjectsOpened(-1);
+        }
+    }
+    return true;
+}
+
+void describe(const AcDbObject* object, const std::string& path, std::vector<std::string>& lines) {
+    const AcDbObject::Impl& d = AcDbHostAccess::impl(object);
+    for (const auto& [upper, entry] : d.entries) {
+        std::string where = path.empty() ? entry.first : path + "/" + entry.first;
+        if (entry.second->isKindOf(AcDbDictionary::desc())) {
+            describe(entry.second, where, lines);
+        } else {
+            lines.push_back("XRECORD " + where);
+            for (const ChainEntry& e : AcDbHostAccess::impl(entry.second).chain)
+                lines.push_back("  " + std::to_string(e.code) + " " + chainEntryText(e));
+        }
+    }
+}
+
+} // namespace
+
+std::string chainEntryText(const ChainEntry& e) {
+    switch (kindOfCode(e.code)) {
+    case ValueKind::Text:
+        return e.text;
+    case ValueKind::Real:
+        return realText(e.real[0]);
+    case ValueKind::Short:
+    case ValueKind::Long:
+        return std::to_string(e.integer);
+    case ValueKind::Point2:
+        return realText(e.real[0]) + "," + realText(e.real[1]);
+    case ValueKind::Point3:
+        return realText(e.real[0]) + "," + realText(e.real[1]) + "," + realText(e.real[2]);
+    default:
+        return {};
+    }
+}
+
+Acad::ErrorStatus openObject(AcDbObject* object, AcDb::OpenMode mode) {
+    AcDbObject::Impl& d = AcDbHostAccess::impl(object);
+    if (d.erased)
+        return Acad::eWasErased;
+    if (d.writer)
+        return Acad::eWasOpenForWrite;
+    if (mode == AcDb::kForWrite) {
+        if (d.readers > 0)
+            return Acad::eWasOpenForRead;
+        d.writer = true;
+    } else {
+        ++d.readers;
+    }
+    if (d.db)
+        noteObjectsOpened(1);
+    return Acad::eOk;
+}
+
+DrawingDatabase::DrawingDatabase() : m_nod(new AcDbDictionary()) {
+    makeResident(m_nod, this, nullptr);
+    AcDbHostAccess::impl(m_nod).writer = false;
+    noteObjectsOpened(-1);
+}
+
+DrawingDatabase::~DrawingDatabase() {
+    std::vector<AcDbDatabaseReactor*> reactors = m_reactors;
+    for (AcDbDatabaseReactor* r : reactors)
+        if (std::find(m_reactors.begin(), m_reactors.end(), r) != m_reactors.end())
+            r->goodbye(this);
+    m_reactors.clear();
+    int stillOpen = openCountOf(m_nod);
+    for (AcDbObject* o : m_graveyard)
+        stillOpen += openCountOf(o);
+    noteObjectsOpened(-stillOpen);
+    AcDbHostAccess::destroy(m_nod);
+    for (AcDbObject* o : m_graveyard)
+        AcDbHostAccess::destroy(o);
+}
+
+char DrawingDatabase::dimdsep() const {
+    const VarDef* def = hostVariables().find("DIMDSEP");
+    if (!def || def->type != VarType::String)
+        return '\0';
+    std::string text = variable(*def).text;
+    return text.empty() ? '\0' : text[0];
+}
+
+Adesk::Int16 DrawingDatabase::luprec() const {
+    const VarDef* def = hostVariables().find("LUPREC");
+    if (!def || def->type != VarType::Int)
+        return -1;
+    return static_cast<Adesk::Int16>(variable(*def).integer);
+}
+
+void DrawingDatabase::addReactor(AcDbDatabaseReactor* reactor) const {
+    if (reactor && std::find(m_reactors.begin(), m_reactors.end(), reactor) == m_reactors.end())
+        m_reactors.push_back(reactor);
+}
+
+void DrawingDatabase::removeReactor(AcDbDatabaseReactor* reactor) const {
+    m_reactors.erase(std::remove(m_reactors.begin(), m_reactors.end(), reactor), m_reactors.end());
+}
+
+Acad::ErrorStatus DrawingDatabase::getNamedObjectsDictionary(AcDbDictionary*& dict, AcDb::OpenMode mode) {
+    dict = nullptr;
+    Acad::ErrorStatus status = openObject(m_nod, mode);
+    if (status == Acad::eOk)
+        dict = m_nod;
+    return status;
+}
+
+VarValue DrawingDatabase::variable(const VarDef& def) const {
+    auto it = m_variables.find(def.name);
+    return it == m_variables.end() ? def.defaultValue : it->second;
+}
+
+void DrawingDatabase::setVariable(const VarDef& def, const VarValue& value) {
+    // Reactors may remove themselves (or others) while being told.
+    auto tell = [&](auto call) {
+        std::vector<AcDbDatabaseReactor*> reactors = m_reactors;
+        for (AcDbDatabaseReactor* r : reactors)
+            if (std::find(m_reactors.begin(), m_reactors.end(), r) != m_reactors.end())
+                call(r);
+    };
+    tell([&](AcDbDatabaseReactor* r) { r->headerSysVarWillChange(this, def.name.c_str()); });
+    m_variables[def.name] = value;
+    tell([&](AcDbDatabaseReactor* r) { r->headerSysVarChanged(this, def.name.c_str(), true); });
+}
+
+bool DrawingDatabase::registerApplication(const std::string& name) {
+    if (name.empty())
+        return false;
+    m_regApps.insert(upperCase(name));
+    return true;
+}
+
+bool DrawingDatabase::isApplicationRegistered(const std::string& name) const {
+    return m_regApps.count(upperCase(name)) > 0;
+}
+
+void DrawingDatabase::notifyAppended(const AcDbObject* object) {
+    std::vector<AcDbDatabaseReactor*> reactors = m_reactors;
+    for (AcDbDatabaseReactor* r : reactors)
+        if (std::find(m_reactors.begin(), m_reactors.end(), r) != m_reactors.end())
+            r->objectAppended(this, object);
+}
+
+int DrawingDatabase::openObjectCount() const {
+    int n = openCountOf(m_nod);
+    for (const AcDbObject* o : m_graveyard)
+        n += openCountOf(o);
+    return n;
+}
+
+std::unique_ptr<DrawingDatabase> DrawingDatabase::fromJson(const std::string& text,
+                                                           const VariableTable& table, std::string& message) {
+    try {
+        json root = json::parse(text, nullptr, true);
+        if (!root.is_object() || !root.contains("cadhostDrawing")) {
+            message = "not a drawing file (no \"cadhostDrawing\" entry)";
+            return nullptr;
+        }
+        if (!root["cadhostDrawing"].is_number_integer() ||
+            root["cadhostDrawing"].get<long long>() != kFormatVersion) {
+            message = "drawing format version " + root["cadhostDrawing"].dump() + " is not supported";
+            return nullptr;
+        }
+        auto db = std::make_unique<DrawingDatabase>();
+        if (root.contains("variables")) {
+            const json& vars = root["variables"];
+            if (!vars.is_object()) {
+                message = "\"variables\" must be a JSON object";
+                return nullptr;
+            }
+            for (const auto& [name, value] : vars.items()) {
+                const VarDef* def = table.find(name);
+                if (!def || def->global || def->computed != Computed::None)
+                    continue;
+                VarValue v;
+                std::string why;
+                if (!valueFromJson(*def, value, v, why)) {
+                    message = "variable " + name + ": " + why;
+                    return nullptr;
+                }
+                db->m_variables[def->name] = v;
+            }
+        }
+        if (root.contains("regApps")) {
+            const json& apps = root["regApps"];
+            if (!apps.is_array()) {
+                message = "\"regApps\" must be a JSON array of names";
+                return nullptr;
+            }
+            for (const json& a : apps) {
+                if (!a.is_string()) {
+                    message = "\"regApps\" must be a JSON array of names";
+                    return nullptr;
+                }
+                db->registerApplication(a.get<std::string>());
+            }
+        }
+        if (root.contains("namedObjects") &&
+            !fillDictionary(db->m_nod, root["namedObjects"], db.get(), "", 0, message)) {
+            return nullptr;
+        }
+        return db;
+    } catch (const json::exception& e) {
+        message = std::string("not valid JSON: ") + e.what();
+    } catch (const std::exception& e) {
+        message = e.what();
+    }
+    return nullptr;
+}
+
+std::string DrawingDatabase::toJson(const VariableTable& table) const {
+    json root;
+    root["cadhostDrawing"] = kFormatVersion;
+    json vars = json::object();
+    for (const VarDef& def : table.definitions())
+        if (!def.global && def.computed == Computed::None)
+            vars[def.name] = valueToJson(variable(def));
+    // Values of variables the table no longer knows travel on.
+    for (const auto& [name, value] : m_variables)
+        if (!table.find(name))
+            vars[name] = valueToJson(value);
+    root["variables"] = vars;
+    root["regApps"] = json(std::vector<std::string>(m_regApps.begin(), m_regApps.end()));
+    root["namedObjects"] = objectJson(m_nod)["dictionary"];
+    return root.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
+}
+
+std::vector<std::string> DrawingDatabase::describeNamedObjects() const {
+    std::vector<std::string> lines;
+    describe(m_nod, "", lines);
+    return lines;
+}
+
+} // namespace cadhost
+
+using namespace cadhost;
+
+AcDbObject::Impl::~Impl() {
+    for (auto& [key, entry] : entries)
+        delete entry.second;
+}
+
+AcDbObject::AcDbObject() : m_impl(new Impl) {}
+
+AcDbObject::~AcDbObject() {
+    delete m_impl;
+}
+
+Acad::ErrorStatus AcDbObject::close() {
+    Impl& d = *m_impl;
+    if (!d.db) {
+        // A new object that never became part of a database has no other owner.
+        delete this;
+        return Acad::eOk;
+    }
+    if (d.writer)
+        d.writer = false;
+    else if (d.readers > 0)
+        --d.readers;
+    else
+        return Acad::eNotOpenForRead;
+    noteObjectsOpened(-1);
+    return Acad::eOk;
+}
+
+AcDbObjectId AcDbObject::objectId() const {
+    return m_impl->id;
+}
+
+AcDbDatabase* AcDbObject::database() const {
+    return m_impl->db;
+}
+
+bool AcDbObject::isWriteEnabled() const {
+    return m_impl->writer;
+}
+
+bool AcDbObject::isReadEnabled() const {
+    return m_impl->writer || m_impl->readers > 0;
+}
+
+AcDbDictionary::AcDbDictionary() = default;
+AcDbDictionary::~AcDbDictionary() = default;
+
+Acad::ErrorStatus AcDbDictionary::getAt(const char* key, AcDbObject*& entry, AcDb::OpenMode mode) const {
+    entry = nullptr;
+    if (!isReadEnabled())
+        return Acad::eNotOpenForRead;
+    if (!key)
+        return Acad::eInvalidKey;
+    auto it = m_impl->entries.find(upperCase(key));
+    if (it == m_impl->entries.end())
+        return Acad::eKeyNotFound;
+    Acad::ErrorStatus status = openObject(it->second.second, mode);
+    if (status == Acad::eOk)
+        entry = it->second.second;
+    return status;
+}
+
+Acad::ErrorStatus AcDbDictionary::setAt(const char* key, AcDbObject* newValue, AcDbObjectId& newId) {
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    if (!newValue)
+        return Acad::eNullObjectPointer;
+    if (!key || !*key)
+        return Acad::eInvalidKey;
+    if (!m_impl->db)
+        return Acad::eNotInDatabase;
+    Impl& v = *newValue->m_impl;
+    if (v.db || newValue == this)
+        return Acad::eInvalidInput;
+    std::string upper = upperCase(key);
+    auto it = m_impl->entries.find(upper);
+    if (it != m_impl->entries.end())
+        eraseEntry(*m_impl, it);
+    makeResident(newValue, m_impl->db, this);
+    m_impl->entries[upper] = {key, newValue};
+    newId = v.id;
+    m_impl->db->notifyAppended(newValue);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbDictionary::remove(const char* key) {
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    if (!key)
+        return Acad::eInvalidKey;
+    auto it = m_impl->entries.find(upperCase(key));
+    if (it == m_impl->entries.end())
+        return Acad::eKeyNotFound;
+    eraseEntry(*m_impl, it);
+    return Acad::eOk;
+}
+
+bool AcDbDictionary::has(const char* key) const {
+    return key && m_impl->entries.count(upperCase(key)) > 0;
+}
+
+Adesk::UInt32 AcDbDictionary::numEntries() const {
+    return static_cast<Adesk::UInt32>(m_impl->entries.size());
+}
+
+AcDbXrecord::AcDbXrecord() = default;
+AcDbXrecord::~AcDbXrecord() = default;
+
+Acad::ErrorStatus AcDbXrecord::rbChain(resbuf** chain, AcDbDatabase*) const {
+    if (!chain)
+        return Acad::eInvalidInput;
+    *chain = nullptr;
+    if (!isReadEnabled())
+        return Acad::eNotOpenForRead;
+    if (m_impl->chain.empty())
+        return Acad::eOk;
+    *chain = chainFromEntries(m_impl->chain);
+    return *chain ? Acad::eOk : Acad::eOutOfMemory;
+}
+
+Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& first, AcDbDatabase*) {
+    if (!isWriteEnabled())
+        return Acad::eNotOpenForWrite;
+    if (!entriesFromChain(&first, m_impl->chain))
+        return Acad::eInvalidInput;
+    return Acad::eOk;
+}

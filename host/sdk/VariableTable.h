@@ -1,0 +1,91 @@
+// The host's table of system variables: definitions with their rules, read from hostvars.tsv.
+#pragma once
+#include "adsdef.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace cadhost {
+
+enum class VarType { Real, Int, Long, String, Point2, Point3 };
+
+// A value of one variable. Int and Long use integer, the point types real[0..2], String text.
+struct VarValue {
+    VarType type = VarType::Real;
+    double real[3] = {0, 0, 0};
+    long long integer = 0;
+    std::string text;
+
+    bool operator==(const VarValue& o) const;
+};
+
+// Variables whose value the host computes when asked instead of storing it.
+enum class Computed { None, DwgName, DwgPrefix, CDate, Date, DwgTitled };
+
+struct VarDef {
+    std::string name; // upper case
+    VarType type = VarType::Real;
+    VarValue defaultValue;
+    bool readOnly = false;
+    bool global = false;
+    Computed computed = Computed::None;
+
+    // Rules, checked in this order when a value is set: normalising (mod2pi, step), then bounds.
+    bool hasMin = false, hasMax = false;
+    double min = 0, max = 0;
+    bool minExclusive = false;      // "above": the bound itself is refused
+    bool clampToBounds = false;     // "clamp": out of bounds is taken at the nearest bound
+    std::vector<long long> allowed; // "values": the only integers taken
+    double step = 0;                // "step": reals are rounded to a multiple of it
+    bool modulo2Pi = false;         // "mod2pi": angles are stored in [0, 2π)
+    bool notEmpty = false;          // "nonempty"
+    bool oneCharacter = false;      // "char": exactly one (UTF-8) character
+    size_t maxLength = 0;           // "maxlen": at most this many bytes (0: no limit)
+};
+
+class VariableTable {
+public:
+    // Reads the table file. Lines that cannot be read are skipped and described in report (one
+    // line each, with their line number); false only when the file itself cannot be read.
+    bool load(const std::string& path, std::string& report);
+    // The same from text; source names the text in report lines.
+    void parse(const std::string& content, const std::string& source, std::string& report);
+
+    bool isEmpty() const { return m_defs.empty(); }
+    // Case ignored; null when unknown.
+    const VarDef* find(const std::string& name) const;
+    // In name order.
+    const std::vector<VarDef>& definitions() const { return m_defs; }
+
+private:
+    std::vector<VarDef> m_defs;
+    std::unordered_map<std::string, size_t> m_index;
+};
+
+// Applies the rules of def to value: normalises it and returns an empty text when it is taken,
+// else the host's refusal ("Value must be between 0 and 8.").
+std::string admitValue(const VarDef& def, VarValue& value);
+
+// Takes a value from a resbuf of a type that suits the variable; else false with the refusal.
+bool valueFromResbuf(const VarDef& def, const resbuf& rb, VarValue& value, std::string& message);
+// Fills rb (type and value; strings are malloc'ed) from value.
+bool valueToResbuf(const VarValue& value, resbuf& rb);
+
+// Parses text typed on the command line by the variable's type. separator is the drawing's point
+// separator, accepted between coordinates besides blanks, "," and ";".
+bool valueFromText(const VarDef& def, const std::string& text, char separator, VarValue& value,
+                   std::string& message);
+// The text form of a value: reals and points with precision decimals ("%E" from 1e10 on),
+// coordinates joined by separator.
+std::string valueToText(const VarValue& value, int precision, char separator);
+
+// JSON form in drawing and profile files: number, integer, string or array of coordinates.
+nlohmann::json valueToJson(const VarValue& value);
+bool valueFromJson(const VarDef& def, const nlohmann::json& json, VarValue& value, std::string& message);
+
+std::string upperCase(std::string text);
+
+} // namespace cadhost

@@ -1,0 +1,139 @@
+// cSysVarList: the chain of records in name order, bulk host reads and writes, and load checks.
+#include "cSysVarList.h"
+
+#include "TextHelpers.h"
+#include "settings/cMsgCatalog.h"
+
+#include "acedads.h"
+
+
+cSysVarList::~cSysVarList() { clearAll(); }
+
+bool cSysVarList::addVariable(const std::string& themeField, const std::string& nameField,
+                              const std::string& modeField, const std::string& descriptionField,
+                              int lineNumber)
+{
+    auto* record = new cSysVar(this);
+    if (!record->parseAvlFields(themeField, nameField, modeField, descriptionField)) {
+        delete record;
+        return false;
+    }
+    record->sourceLine = lineNumber;
+    cSysVar** link = &first;
+    while (*link && compareText((*link)->name, record->name) <= 0)
+        link = &(*link)->next;
+    record->next = *link;
+    *link = record;
+    return true;
+}
+
+bool cSysVarList::containsName(const std::string& name) const { return findName(name) != nullptr; }
+
+cSysVar* cSysVarList::findName(const std::string& name) const
+{
+    for (cSysVar* v = first; v; v = v->next)
+        if (compareText(v->name, name) == 0)
+            return v;
+    return nullptr;
+}
+
+bool cSysVarList::hasUserEntries() const
+{
+    for (const cSysVar* v = first; v; v = v->next)
+        if (v->inUserList())
+            return true;
+    return false;
+}
+
+void cSysVarList::readAllFromHost()
+{
+    for (cSysVar* v = first; v; v = v->next)
+        v->readFromHost();
+}
+
+// The one-time probe: the AVL file may call a variable changeable that the host refuses to
+// change. Each record that has just been read, is still unprobed and is not read-only gets its
+// own current value written back once; a refusal makes it read-only, so the user cannot type a
+// value the host would never take. A record whose read failed is not probed: it is unreadable
+// and the load step removes it. Writing the value just read changes nothing in the host.
+void cSysVarList::firstReadFromHost()
+{
+    for (cSysVar* v = first; v; v = v->next) {
+        if (!v->readFromHost())
+            continue;
+        if (!v->isUnprobed() || v->isReadOnly())
+            continue;
+        v->clearUnprobed();
+        resbuf probe{};
+        probe.rbnext = nullptr;
+        probe.restype = static_cast<short>(v->valueType);
+        probe.resval = v->currentValue;
+        if (acedSetVar(v->name.c_str(), &probe) != RTNORM)
+            v->setReadOnly();
+    }
+}
+
+bool cSysVarList::writeMarkedToHost()
+{
+    for (cSysVar* v = first; v; v = v->next)
+        if (v->isMarkedToSet())
+            v->writeToHost();
+    return true;
+}
+
+void cSysVarList::clearAllNewValues()
+{
+    for (cSysVar* v = first; v; v = v->next)
+        v->clearNewValue();
+}
+
+void cSysVarList::clearAllSelected()
+{
+    for (cSysVar* v = first; v; v = v->next)
+        v->clearSelected();
+}
+
+void cSysVarList::clearAll()
+{
+    while (first) {
+        cSysVar* next = first->next;
+        delete first;
+        first = next;
+    }
+    themes.clear();
+}
+
+int cSysVarList::purgeUnreadable(ReportList& report)
+{
+    int removed = 0;
+    cSysVar** link = &first;
+    while (*link) {
+        cSysVar* v = *link;
+        if (!v->isUnreadable()) {
+            link = &v->next;
+            continue;
+        }
+        *link = v->next;
+        report.push_back(formatText("%s %-4d: %s", gMsg.TxSysLoadError6.c_str(), v->sourceLine,
+                                    v->name.c_str()));
+        delete v;
+        ++removed;
+    }
+    return removed;
+}
+
+bool cSysVarList::proofAgainstHost(ReportList& report)
+{
+    resbuf* names = nullptr;
+    if (acedGetSysvarList("*", &names) != RTNORM)
+        return true;
+    for (const resbuf* rb = names; rb; rb = rb->rbnext) {
+        if (rb->restype != RTSTR || !rb->resval.rstring)
+            continue;
+        if (!containsName(rb->resval.rstring))
+            report.push_back(
+                formatText("%s: %s", gMsg.TxProofError1.c_str(), rb->resval.rstring));
+    }
+    acutRelRb(names);
+    return true;
+}

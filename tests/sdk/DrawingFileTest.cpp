@@ -1,0 +1,323 @@
+// Tests of drawings: the Named Objects Dictionary, open and close of objects, and the drawing file.
+#include "SdkTestSupport.h"
+
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <vector>
+
+namespace {
+
+class Drawing : public HostTest {
+protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        ASSERT_NE(host().newDocument(), nullptr);
+        db = acdbHostApplicationServices()->workingDatabase();
+        ASSERT_NE(db, nullptr);
+    }
+    // Puts a chain under NOD/dict/entry (dict made when missing); everything opened is closed.
+    void putRecord(const char* dictName, const char* entry, resbuf* chain) {
+        AcDbDictionary* nod = nullptr;
+        ASSERT_EQ(db->getNamedObjectsDictionary(nod, AcDb::kForWrite), Acad::eOk);
+        AcDbObject* obj = nullptr;
+        AcDbDictionary* dict = nullptr;
+        if (nod->getAt(dictName, obj, AcDb::kForWrite) == Acad::eKeyNotFound) {
+            dict = new AcDbDictionary();
+            AcDbObjectId id;
+            ASSERT_EQ(nod->setAt(dictName, dict, id), Acad::eOk);
+            EXPECT_FALSE(id.isNull());
+        } else {
+            dict = static_cast<AcDbDictionary*>(obj);
+        }
+        nod->close();
+        auto* rec = new AcDbXrecord();
+        AcDbObjectId id;
+        ASSERT_EQ(dict->setAt(entry, rec, id), Acad::eOk);
+        dict->close();
+        ASSERT_EQ(rec->setFromRbChain(*chain), Acad::eOk);
+        rec->close();
+    }
+    // The chain under NOD/path..., or null; everything opened is closed.
+    resbuf* readRecord(std::vector<const char*> path) {
+        AcDbDictionary* nod = nullptr;
+        EXPECT_EQ(db->getNamedObjectsDictionary(nod, AcDb::kForRead), Acad::eOk);
+        AcDbObject* current = nod;
+        for (const char* key : path) {
+            AcDbObject* next = nullptr;
+            Acad::ErrorStatus es = static_cast<AcDbDictionary*>(current)->getAt(key, next, AcDb::kForRead);
+            current->close();
+            if (es != Acad::eOk)
+                return nullptr;
+            current = next;
+        }
+        resbuf* chain = nullptr;
+        EXPECT_EQ(static_cast<AcDbXrecord*>(current)->rbChain(&chain), Acad::eOk);
+        current->close();
+        return chain;
+    }
+
+    AcDbDatabase* db = nullptr;
+};
+
+TEST_F(Drawing, EveryKindOfChainEntrySurvivesSaveAndOpen) {
+    const double p3[3] = {1.5, -2.25, 1e-300};
+    const double p2[2] = {3, 4};
+    resbuf* chain = acutBuildList(1, "Wände \"quoted\"", 40, 0.1, 70, -32768, 90, 2147483647, 10, p3, RTPOINT,
+                                  p2, RTSTR, "", RTREAL, INFINITY, RTSHORT, 7, RTLONG, -1, RT3DPOINT, p3,
+                                  1000, "xdata", 290, 1, 1071, 42, RTLB, RTLE, RTNONE);
+    ASSERT_NE(chain, nullptr);
+    putRecord("OUTER", "PLAIN", chain);
+    // A dictionary inside a dictionary inside the NOD.
+    AcDbDictionary* nod = nullptr;
+    ASSERT_EQ(db->getNamedObjectsDictionary(nod, AcDb::kForRead), Acad::eOk);
+    AcDbObject* outer = nullptr;
+    ASSERT_EQ(nod->getAt("outer", outer, AcDb::kForWrite), Acad::eOk) << "keys ignore case";
+    nod->close();
+    auto* inner = new AcDbDictionary();
+    AcDbObjectId id;
+    ASSERT_EQ(static_cast<AcDbDictionary*>(outer)->setAt("Inner", inner, id), Acad::eOk);
+    outer->close();
+    auto* rec = new AcDbXrecord();
+    ASSERT_EQ(inner->setAt("DEEP", rec, id), Acad::eOk);
+    inner->close();
+    resbuf* small = acutBuildList(1, "deep", RTNONE);
+    ASSERT_EQ(rec->setFromRbChain(*small), Acad::eOk);
+    rec->close();
+    EXPECT_EQ(host().openObjectCount(), 0);
+
+    std::string path = scratch + "/roundtrip.dwg";
+    ASSERT_TRUE(host().saveDocument(host().currentDocument(), path));
+    ASSERT_TRUE(host().closeDocument(host().currentDocument()));
+    std::string message;
+    ASSERT_NE(host().openDocument(path, &message), nullptr) << message;
+    db = acdbHostApplicationServices()->workingDatabase();
+
+    resbuf* back = readRecord({"OUTER", "PLAIN"});
+    resbuf* a = chain;
+    resbuf* b = back;
+    int index = 0;
+    for (; a && b; a = a->rbnext, b = b->rbnext, ++index) {
+        ASSERT_EQ(a->restype, b->restype) << "entry " << index;
+        switch (a->restype) {
+        case 1:
+        case 1000:
+        case RTSTR:
+            EXPECT_STREQ(a->resval.rstring, b->resval.rstring) << "entry " << index;
+            break;
+        case 40:
+        case RTREAL:
+            EXPECT_EQ(a->resval.rreal, b->resval.rreal) << "entry " << index;
+            break;
+        case 10:
+        case RT3DPOINT:
+        case RTPOINT:
+            for (int i = 0; i < (a->restype == RTPOINT ? 2 : 3); ++i)
+                EXPECT_EQ(a->resval.rpoint[i], b->resval.rpoint[i])
+                    << "entry " << index << " coordinate " << i;
+            break;
+        case 70:
+        case 290:
+        case RTSHORT:
+            EXPECT_EQ(a->resval.rint, b->resval.rint) << "entry " << index;
+            break;
+        case 90:
+        case 1071:
+        case RTLONG:
+            EXPECT_EQ(a->resval.rlong, b->resval.rlong) << "entry " << index;
+            break;
+        default:
+            break;
+        }
+    }
+    EXPECT_EQ(a, nullptr) << "the file lost entries";
+    EXPECT_EQ(b, nullptr) << "the file added entries";
+    resbuf* deep = readRecord({"OUTER", "INNER", "DEEP"});
+    ASSERT_NE(deep, nullptr);
+    EXPECT_STREQ(deep->resval.rstring, "deep");
+
+    std::vector<std::string> lines;
+    ASSERT_TRUE(host().namedObjectsListing(lines));
+    ASSERT_GE(lines.size(), 4u);
+    EXPECT_EQ(lines[0], "XRECORD OUTER/Inner/DEEP");
+    EXPECT_EQ(lines[1], "  1 deep");
+    EXPECT_EQ(lines[2], "XRECORD OUTER/PLAIN");
+    EXPECT_EQ(lines[4], "  40 0.1");
+    EXPECT_EQ(host().openObjectCount(), 0);
+    acutRelRb(chain);
+    acutRelRb(small);
+    acutRelRb(back);
+    acutRelRb(deep);
+}
+
+TEST_F(Drawing, DrawingVariablesTravelWithTheFile) {
+    ASSERT_TRUE(host().setVariableText("LUPREC", "2"));
+    ASSERT_TRUE(host().setVariableText("DIMDSEP", "."));
+    ASSERT_TRUE(host().setVariableText("INSBASE", "1 2 3"));
+    std::string path = scratch + "/vars.dwg";
+    ASSERT_TRUE(host().saveDocument(host().currentDocument(), path));
+    ASSERT_TRUE(host().closeDocument(host().currentDocument()));
+    ASSERT_NE(host().openDocument(path), nullptr);
+    std::string text;
+    ASSERT_TRUE(host().variableText("INSBASE", text));
+    EXPECT_EQ(text, "INSBASE = 1.00.2.00.3.00") << "LUPREC 2 and DIMDSEP . came back";
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase()->dimdsep(), '.');
+}
+
+TEST_F(Drawing, BrokenFilesOpenNothingAndSayWhy) {
+    struct Bad {
+        const char* content;
+        const char* said;
+    } bads[] = {
+        {"", "not valid JSON"},
+        {"{\"cadhostDrawing\": 1,", "not valid JSON"},
+        {"[]", "not a drawing file"},
+        {"{\"variables\": {}}", "not a drawing file"},
+        {"{\"cadhostDrawing\": 2}", "version 2"},
+        {"{\"cadhostDrawing\": 1, \"variables\": []}", "\"variables\" must be"},
+        {"{\"cadhostDrawing\": 1, \"variables\": {\"LUPREC\": \"four\"}}", "variable LUPREC"},
+        {"{\"cadhostDrawing\": 1, \"variables\": {\"LUPREC\": 99}}", "Value must be between 0 and 8"},
+        {"{\"cadhostDrawing\": 1, \"variables\": {\"INSBASE\": [1, 2]}}", "INSBASE requires a 3D point"},
+        {"{\"cadhostDrawing\": 1, \"regApps\": [1]}", "regApps"},
+        {"{\"cadhostDrawing\": 1, \"namedObjects\": []}", "must be a JSON object"},
+        {"{\"cadhostDrawing\": 1, \"namedObjects\": {\"A\": {}}}", "A: an entry must be"},
+        {"{\"cadhostDrawing\": 1, \"namedObjects\": {\"A\": {\"xrecord\": {}}}}", "must be a JSON array"},
+        {"{\"cadhostDrawing\": 1, \"namedObjects\": {\"A\": {\"xrecord\": [[40, \"x\"]]}}}",
+         "A item 1: group code 40 has a value of the wrong kind"},
+        {"{\"cadhostDrawing\": 1, \"namedObjects\": {\"A\": {\"xrecord\": [[70, 40000]]}}}", "group code 70"},
+        {"{\"cadhostDrawing\": 1, \"namedObjects\": {\"A\": {\"xrecord\": [[-9999, 1]]}}}", "not supported"},
+        {"{\"cadhostDrawing\": 1, \"namedObjects\": {\"A\": {\"xrecord\": [\"x\"]}}}", "[group code, value]"},
+        {"{\"cadhostDrawing\": 1, \"namedObjects\": {\"A\": {\"dictionary\": {\"b\": {\"dictionary\": {}}, "
+         "\"B\": {\"dictionary\": {}}}}}}",
+         "twice"},
+        {"{\"cadhostDrawing\": 1, \"namedObjects\": {\"\": {\"dictionary\": {}}}}", "empty key"},
+    };
+    int before = acDocManagerPtr()->documentCount();
+    for (const Bad& b : bads) {
+        std::string path = scratch + "/bad.dwg";
+        std::ofstream(path, std::ios::trunc) << b.content;
+        std::string message;
+        EXPECT_EQ(host().openDocument(path, &message), nullptr) << b.content;
+        EXPECT_NE(message.find(b.said), std::string::npos) << b.content << " said: " << message;
+        EXPECT_EQ(message.rfind("Cannot open drawing", 0), 0u) << message;
+        EXPECT_EQ(acDocManagerPtr()->documentCount(), before) << b.content;
+        EXPECT_EQ(host().openObjectCount(), 0) << b.content;
+    }
+    std::string message;
+    EXPECT_EQ(host().openDocument(scratch + "/missing.dwg", &message), nullptr);
+    EXPECT_NE(message.find("No such file"), std::string::npos) << message;
+    EXPECT_EQ(host().openDocument(scratch, &message), nullptr);
+}
+
+TEST_F(Drawing, ObjectsAreOpenedAndClosedLikeInARealHost) {
+    AcDbDictionary* nod = nullptr;
+    AcDbDictionary* again = nullptr;
+    ASSERT_EQ(db->getNamedObjectsDictionary(nod, AcDb::kForWrite), Acad::eOk);
+    EXPECT_EQ(host().openObjectCount(), 1);
+    EXPECT_EQ(db->getNamedObjectsDictionary(again, AcDb::kForWrite), Acad::eWasOpenForWrite);
+    EXPECT_EQ(again, nullptr);
+    EXPECT_EQ(db->getNamedObjectsDictionary(again, AcDb::kForRead), Acad::eWasOpenForWrite);
+    EXPECT_EQ(nod->close(), Acad::eOk);
+    EXPECT_EQ(host().openObjectCount(), 0);
+    EXPECT_NE(nod->close(), Acad::eOk) << "a second close is refused";
+    EXPECT_EQ(host().openObjectCount(), 0);
+
+    ASSERT_EQ(db->getNamedObjectsDictionary(nod, AcDb::kForRead), Acad::eOk);
+    ASSERT_EQ(db->getNamedObjectsDictionary(again, AcDb::kForRead), Acad::eOk) << "readers share";
+    EXPECT_EQ(host().openObjectCount(), 2);
+    AcDbDictionary* writer = nullptr;
+    EXPECT_EQ(db->getNamedObjectsDictionary(writer, AcDb::kForWrite), Acad::eWasOpenForRead);
+    AcDbObjectId id;
+    auto* rec = new AcDbXrecord();
+    EXPECT_EQ(nod->setAt("X", rec, id), Acad::eNotOpenForWrite);
+    rec->close(); // never added: closing it ends it
+    AcDbObject* missing = nod;
+    EXPECT_EQ(nod->getAt("NOSUCH", missing, AcDb::kForRead), Acad::eKeyNotFound);
+    EXPECT_EQ(missing, nullptr);
+    nod->close();
+    again->close();
+    EXPECT_EQ(host().openObjectCount(), 0);
+}
+
+TEST_F(Drawing, SetAtReplacesAndRemoveErases) {
+    resbuf* one = acutBuildList(1, "one", RTNONE);
+    resbuf* two = acutBuildList(1, "two", RTNONE);
+    putRecord("D", "E", one);
+    putRecord("D", "e", two);
+    resbuf* got = readRecord({"D", "E"});
+    ASSERT_NE(got, nullptr);
+    EXPECT_STREQ(got->resval.rstring, "two");
+    acutRelRb(got);
+
+    AcDbDictionary* nod = nullptr;
+    ASSERT_EQ(db->getNamedObjectsDictionary(nod, AcDb::kForRead), Acad::eOk);
+    AcDbObject* obj = nullptr;
+    ASSERT_EQ(nod->getAt("D", obj, AcDb::kForWrite), Acad::eOk);
+    nod->close();
+    auto* dict = static_cast<AcDbDictionary*>(obj);
+    EXPECT_EQ(dict->numEntries(), 1u);
+    EXPECT_EQ(dict->remove("E"), Acad::eOk);
+    EXPECT_EQ(dict->remove("E"), Acad::eKeyNotFound);
+    EXPECT_FALSE(dict->has("E"));
+    dict->close();
+    EXPECT_EQ(readRecord({"D", "E"}), nullptr);
+    EXPECT_EQ(host().openObjectCount(), 0);
+    acutRelRb(one);
+    acutRelRb(two);
+}
+
+TEST_F(Drawing, XrecordNeedsTheRightOpenModeAndKnownCodes) {
+    resbuf* chain = acutBuildList(1, "a", RTNONE);
+    putRecord("D", "R", chain);
+    AcDbDictionary* nod = nullptr;
+    ASSERT_EQ(db->getNamedObjectsDictionary(nod, AcDb::kForRead), Acad::eOk);
+    AcDbObject* obj = nullptr;
+    ASSERT_EQ(nod->getAt("D", obj, AcDb::kForRead), Acad::eOk);
+    nod->close();
+    AcDbObject* recObj = nullptr;
+    ASSERT_EQ(static_cast<AcDbDictionary*>(obj)->getAt("R", recObj, AcDb::kForRead), Acad::eOk);
+    obj->close();
+    auto* rec = static_cast<AcDbXrecord*>(recObj);
+    EXPECT_EQ(rec->setFromRbChain(*chain), Acad::eNotOpenForWrite);
+    rec->close();
+    resbuf* out = nullptr;
+    EXPECT_EQ(rec->rbChain(&out), Acad::eNotOpenForRead) << "closed";
+
+    auto* fresh = new AcDbXrecord();
+    resbuf odd{};
+    odd.restype = RTENAME;
+    EXPECT_EQ(fresh->setFromRbChain(odd), Acad::eInvalidInput);
+    ASSERT_EQ(fresh->rbChain(&out), Acad::eOk);
+    EXPECT_EQ(out, nullptr) << "no data gives a null chain";
+    fresh->close();
+    acutRelRb(chain);
+}
+
+TEST_F(Drawing, DatabaseSaysGoodbyeBeforeItDies) {
+    struct Watcher : AcDbDatabaseReactor {
+        int goodbyes = 0;
+        void goodbye(const AcDbDatabase*) override { ++goodbyes; }
+    } watcher;
+    db->addReactor(&watcher);
+    db->addReactor(&watcher);
+    ASSERT_TRUE(host().closeDocument(host().currentDocument()));
+    EXPECT_EQ(watcher.goodbyes, 1);
+}
+
+TEST(ResultBuffers, BuildListGivesNullForAnUnknownType) {
+    EXPECT_EQ(acutBuildList(RTSTR, "a", 4711, 1, RTNONE), nullptr);
+    resbuf* list = acutBuildList(RTSTR, "a", RTSHORT, 3, 0);
+    ASSERT_NE(list, nullptr);
+    ASSERT_NE(list->rbnext, nullptr);
+    EXPECT_EQ(list->rbnext->resval.rint, 3);
+    EXPECT_EQ(list->rbnext->rbnext, nullptr);
+    acutRelRb(list);
+    resbuf* one = acutNewRb(RTREAL);
+    ASSERT_NE(one, nullptr);
+    EXPECT_EQ(one->restype, RTREAL);
+    EXPECT_EQ(one->rbnext, nullptr);
+    acutRelRb(one);
+    EXPECT_EQ(acutRelRb(nullptr), RTNORM);
+}
+
+} // namespace
