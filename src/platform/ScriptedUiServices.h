@@ -21,6 +21,28 @@ public:
     virtual int driveModal(QDialog& dialog) = 0;
 };
 
+// The printed lines:
+//   BOX <info|warning|error|question>: <title>: <text>
+//   ALERT: <text>
+//   FILEDIALOG <open|save>: <filter> | <initial file>
+//   EXEC: <command line>
+//   HELP: <file>[#<topic>]
+// Line feeds inside a title or text are printed as "\n", carriage returns are dropped (catalog
+// texts break lines with a line feed and a carriage return), and breaks at the end are dropped.
+//
+// Answers, case ignored:
+// - A box with only an OK button takes no answer line: there is nothing to decide, so a script
+//   need not name it.
+// - Other boxes take "> answer WORD". "yes" and "ok" both mean the box's positive button (Yes or
+//   OK); "no" means No, or Cancel on an OK/Cancel box; "cancel" means Cancel, or No on a Yes/No
+//   box. Any other word is taken as the box's way out (Cancel where there is one, else No), as
+//   pressing Escape would: a wrong answer never stops the script.
+// - A file dialog takes "> file PATH" (surrounding quotes removed) or "> file cancel"; an empty
+//   path counts as cancel. A save dialog adds the default extension to a name that has none.
+// - Without execForReal a program is checked (ExecResult codes) but not started; Started means
+//   it would start.
+// - showHelp prints its line only when the engine is available and the file exists; otherwise
+//   it prints nothing and gives 0, as a help window that cannot open shows nothing.
 class ScriptedUiServices : public UiServices {
 public:
     explicit ScriptedUiServices(ScriptHost& host, bool execForReal = false);
