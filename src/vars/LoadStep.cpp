@@ -1,0 +1,103 @@
+// The load step: reading the AVL file, the checks against the host, and the error log's blocks.
+#include "LoadStep.h"
+
+#include "ErrorLog.h"
+#include "frame/cContext.h"
+#include "frame/cDocCntx.h"
+#include "settings/cMsgCatalog.h"
+
+#include "UiServices.h"
+#include "hostui.h"
+
+namespace {
+
+void addHeadBlock(ReportList& errorLines, const std::string& avlPath, DateTime moment)
+{
+    std::string date, time;
+    formatDateTime(moment, kDateOnly, date);
+    formatDateTime(moment, kTimeOnly, time);
+    errorLines.push_back(gMsg.TxErrorLogTitle);
+    errorLines.push_back("");
+    errorLines.push_back(formatText("%s: %s", gMsg.TxFile.c_str(), avlPath.c_str()));
+    errorLines.push_back(formatText("%s: %s", gMsg.TxDate.c_str(), date.c_str()));
+    errorLines.push_back(formatText("%s: %s", gMsg.TxTime.c_str(), time.c_str()));
+    errorLines.push_back("");
+}
+
+// Moves the lines of a block behind its heading lines and counts them as errors.
+void moveBlock(ReportList& errorLines, std::int32_t& errorCount, std::vector<std::string>& lines)
+{
+    errorCount += static_cast<std::int32_t>(lines.size());
+    errorLines.insert(errorLines.end(), std::make_move_iterator(lines.begin()),
+                      std::make_move_iterator(lines.end()));
+    lines.clear();
+}
+
+bool askToShowLog()
+{
+    kova::UiServices* ui = acHostUiServices();
+    return ui &&
+           ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, gMsg.TxShowErrorLog,
+                          kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes;
+}
+
+} // namespace
+
+bool runLoadStep(cDocCntx& context, ReportList& errorLines, int& runCode, DateTime moment)
+{
+    cSysVarList& list = context.varList;
+    if (!list.first) {
+        if (context.errorCount == 0) {
+            errorLines.clear();
+            addHeadBlock(errorLines, context.avlFilePath, moment);
+        }
+        pathDirectory(context.avlFilePath, list.avlDirectory);
+        pathFileName(context.avlFilePath, list.avlFileName);
+        list.userFileName = gMsg.TxNewVarFile;
+
+        ReportList report;
+        list.readAvlFile(report);
+        if (!report.empty()) {
+            errorLines.push_back(
+                formatText("%s %s", gMsg.TxSysLoadError0.c_str(), list.avlFileName.c_str()));
+            moveBlock(errorLines, context.errorCount, report);
+        }
+        if (list.first) {
+            runCode = runcode::listRead;
+            list.firstReadFromHost();
+            list.proofAgainstHost(context.unaccountedVars);
+        } else {
+            runCode = runcode::done;
+        }
+    }
+
+    if (runCode == runcode::listRead) {
+        ReportList report;
+        list.purgeUnreadable(report);
+        if (!report.empty()) {
+            errorLines.push_back("");
+            errorLines.push_back(gMsg.TxReadError);
+            moveBlock(errorLines, context.errorCount, report);
+        }
+        if (!context.unaccountedVars.empty()) {
+            errorLines.push_back("");
+            errorLines.push_back(gMsg.TxProofError);
+            moveBlock(errorLines, context.errorCount, context.unaccountedVars);
+        }
+        if (context.errorCount != 0) {
+            std::string directory;
+            pathDirectory(gContext.userIniFile, directory);
+            writeErrorLog(errorLines, directory, gContext.moduleBaseName);
+            if (askToShowLog())
+                ShowErrorLog(context);
+        }
+        runCode = runcode::done;
+    }
+
+    if (runCode != runcode::done) {
+        runCode = runcode::reading;
+        list.readAllFromHost();
+        runCode = runcode::done;
+    }
+    return true;
+}

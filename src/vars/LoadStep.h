@@ -1,0 +1,29 @@
+// The load step of the main dialog: the AVL file into the list, the checks against the host, the log.
+#pragma once
+#include "TextHelpers.h"
+#include "cSysVarList.h"
+
+class cDocCntx;
+
+// Values of the main dialog's runCode that the load step sets and reads.
+namespace runcode {
+inline constexpr int idle = 0;     // a later run in the same drawing: only the values are read
+inline constexpr int listRead = 1; // the AVL file was just read into the list
+inline constexpr int reading = 2;  // the values are being read again
+inline constexpr int done = 16;    // nothing is left to do
+} // namespace runcode
+
+// Fills or refreshes context's variable list as the main dialog opens.
+//
+// With an empty list it reads the AVL file of context's settings (avlFilePath) and collects its
+// report lines, the records the host cannot read and the host's variables the file does not
+// describe in errorLines and context's error count. When records survive and the count is above
+// 0, the log is written to the user ini file's folder and the user is asked (TxShowErrorLog)
+// whether to see it. When no record was read, the lines stay in errorLines: the reader's boxes
+// have told the user already. The log's head block is begun only while the error count is 0, and
+// moment gives its date and time.
+//
+// With a filled list (runCode not listRead) it reads every current value from the host again.
+// runCode ends as runcode::done. Always true.
+bool runLoadStep(cDocCntx& context, ReportList& errorLines, int& runCode,
+                 DateTime moment = currentDateTime());

@@ -1,0 +1,103 @@
+// Reading and writing user list files: one "NAME#value" line for each chosen variable.
+#include "UserListFile.h"
+
+#include "AvlFile.h"
+#include "TextHelpers.h"
+#include "settings/cMsgCatalog.h"
+
+#include <cstdio>
+
+namespace {
+
+bool isChosen(const cSysVar& v, bool selectedOnly)
+{
+    return selectedOnly ? v.isSelected() : v.inUserList();
+}
+
+} // namespace
+
+bool cSysVarList::writeUserFile(const std::string& directory, const std::string& fileName,
+                                bool selectedOnly)
+{
+    const std::string path = directory + fileName;
+    std::FILE* file = std::fopen(path.c_str(), "w");
+    if (!file) {
+        ShowErrorBox(path + gMsg.TxFileOpenFailure);
+        return false;
+    }
+    bool failed = false;
+    for (const cSysVar* v = first; v && !failed; v = v->next) {
+        if (isChosen(*v, selectedOnly)) {
+            const std::string& value = v->newText.empty() ? v->currentText : v->newText;
+            std::fprintf(file, "%-25s#%s\n", v->name.c_str(), value.c_str());
+        }
+        failed = std::ferror(file) != 0;
+    }
+    // A full disk may show only when the buffer is flushed, so closing is looked at as well.
+    if (std::fclose(file) != 0)
+        failed = true;
+    if (failed) {
+        ShowErrorBox(formatText("%s '%s'.", gMsg.TxFileWriteFailure.c_str(), fileName.c_str()) +
+                     gMsg.TxAbort);
+        return false;
+    }
+    return true;
+}
+
+int cSysVarList::readUserFile(ReportList& report)
+{
+    const std::string path = userDirectory + userFileName;
+    std::FILE* file = std::fopen(path.c_str(), "r");
+    if (!file) {
+        ShowErrorBox(path + gMsg.TxFileOpenFailure);
+        return 0;
+    }
+    TextLineReader reader(file);
+    std::string line, name, value, field3, field4;
+    int result = 1;
+    int lineNumber = 0;
+    for (;;) {
+        const TextLineReader::Outcome outcome = reader.next(line);
+        if (outcome == TextLineReader::Outcome::End)
+            break;
+        if (outcome == TextLineReader::Outcome::Failed) {
+            const std::string text =
+                formatText("%s '%s'.", gMsg.TxFileReadFailure.c_str(), userFileName.c_str());
+            report.push_back(text);
+            std::fclose(file);
+            ShowErrorBox(text + gMsg.TxAbort);
+            return 0;
+        }
+        ++lineNumber;
+        if (outcome == TextLineReader::Outcome::TooLong)
+            report.push_back(formatText("%s %d.", gMsg.TxFileReadError.c_str(), lineNumber));
+
+        trimBoth(line);
+        if (line.empty() || line[0] == ';')
+            continue;
+        splitFields(line, name, value, field3, field4); // a line without "#" has an empty value
+        upperCase(trimBoth(name));
+        trimBoth(value);
+        if (cSysVar* v = findName(name)) {
+            v->applyFileText(value); // a value that does not parse leaves the old one, silently
+            v->setInUserList();
+        } else {
+            ++result;
+        }
+    }
+    std::fclose(file);
+    return result;
+}
+
+void showUserFileResult(int result, const ReportList& report, const cSysVarList& list)
+{
+    if (result == 0)
+        return;
+    if (!report.empty())
+        ShowErrorBox(gMsg.TxReadErrorStart + " " + list.userDirectory + list.userFileName + " " +
+                     gMsg.TxReadErrorEnd);
+    if (result == 2)
+        ShowWarningBox(gMsg.TxInsertErrorOnce);
+    else if (result >= 3)
+        ShowWarningBox(formatText("%d %s", result - 1, gMsg.TxInsertError.c_str()));
+}

@@ -1,0 +1,337 @@
+// Tests of the load step and the error log: blocks, counts, the file, the question, the editor.
+#include "AvlFileTestKit.h"
+#include "HostFixture.h"
+
+#include "frame/cContext.h"
+#include "frame/cDocCntx.h"
+#include "settings/cMsgCatalog.h"
+#include "vars/ErrorLog.h"
+#include "vars/LoadStep.h"
+#include "vars/TextHelpers.h"
+
+#include <memory>
+#include <set>
+
+namespace {
+
+using filekit::linesOf;
+using filekit::capture;
+using filekit::readFile;
+
+// Every variable the host knows, in the host's order.
+std::vector<std::string> hostNames()
+{
+    std::vector<std::string> names;
+    resbuf* chain = nullptr;
+    if (acedGetSysvarList("*", &chain) != RTNORM)
+        return names;
+    for (const resbuf* rb = chain; rb; rb = rb->rbnext)
+        if (rb->restype == RTSTR && rb->resval.rstring)
+            names.emplace_back(rb->resval.rstring);
+    acutRelRb(chain);
+    return names;
+}
+
+class LoadStep : public filekit::FileTestOf<HostFixture> {
+protected:
+    void SetUp() override
+    {
+        FileTestOf::SetUp();
+        gContext.moduleBaseName = "VarDesk";
+        gContext.userIniFile = folder() + "VarDesk.ini";
+        context = std::make_unique<cDocCntx>(cadhost::HostSession::instance().currentDocument());
+        context->avlFilePath = folder() + "test.avl";
+        context->editorPath = "/bin/true";
+    }
+    void TearDown() override
+    {
+        context.reset();
+        FileTestOf::TearDown();
+    }
+
+    // A description line for every host variable but those left out.
+    std::string describeHost(const std::set<std::string>& leftOut = {}) const
+    {
+        std::string text;
+        for (const std::string& name : hostNames())
+            if (!leftOut.count(name))
+                text += "1#" + name + "#+-#Beschreibung\n";
+        return text;
+    }
+    void run()
+    {
+        runCode = runcode::idle;
+        runLoadStep(*context, errorLines, runCode, moment);
+    }
+    std::string logPath() const { return folder() + "VarDesk.err"; }
+    std::vector<std::string> headBlock() const
+    {
+        std::string date, time;
+        formatDateTime(moment, kDateOnly, date);
+        formatDateTime(moment, kTimeOnly, time);
+        return {"Fehlerprotokoll", "", "Datei: " + context->avlFilePath, "Datum: " + date,
+                "Uhrzeit: " + time, ""};
+    }
+
+    std::unique_ptr<cDocCntx> context;
+    ReportList errorLines;
+    int runCode = runcode::idle;
+    DateTime moment = currentDateTime();
+    const std::string question = "BOX question: RT·VarDesk - Rückfrage: Beim Einlesen der Variablen "
+                                 "sind Fehler aufgetaucht. Soll das Fehlerprotokoll angezeigt werden?";
+};
+
+TEST_F(LoadStep, LogOfEveryGroupFollowsTheLayoutLineForLine)
+{
+    const std::string lines = "0#Allgemein#1\n"
+                              "1#ALTEVAR#+-#gibt es nicht mehr\n"
+                              "3#BEISPIEL#x#Text\n" +
+                              describeHost({"OSMODE", "SAVETIME"}) + "0#Anderes#1\n";
+    writeFile("test.avl", lines);
+    const int lastLine = static_cast<int>(linesOf(lines).size());
+    ASSERT_GT(lastLine, 400) << "the host's table looks too small";
+
+    run();
+
+    std::vector<std::string> expected = headBlock();
+    const std::vector<std::string> rest = {
+        "Fehler beim Laden von test.avl",
+        "Fehler 4: Falsches Format für Variable in Zeile 3   : 3#BEISPIEL#x#Text",
+        formatText("Fehler 8: Index bereits vorhanden in Zeile %-4d: 0#Anderes#1", lastLine),
+        "",
+        "Fehler beim Abfragen der AutoCAD-Variablen",
+        "Fehler 6: unbekannter Variablenname in Zeile 2   : ALTEVAR",
+        "",
+        "Nicht berücksichtigte Variablen der aktuellen AutoCAD-Version",
+        "Fehler 10: Fehlende Variable: OSMODE",
+        "Fehler 10: Fehlende Variable: SAVETIME",
+    };
+    expected.insert(expected.end(), rest.begin(), rest.end());
+    EXPECT_EQ(linesOf(readFile(logPath())), expected);
+
+    EXPECT_EQ(context->errorCount, 5);
+    EXPECT_TRUE(errorLines.empty()) << "writing the log empties the lines";
+    EXPECT_TRUE(context->unaccountedVars.empty());
+    EXPECT_EQ(runCode, runcode::done);
+    EXPECT_FALSE(context->varList.containsName("ALTEVAR"));
+    EXPECT_TRUE(context->varList.containsName("LTSCALE"));
+    EXPECT_FALSE(context->varList.findName("LTSCALE")->currentText.empty());
+    EXPECT_EQ(context->varList.userFileName, "unbenannt");
+    EXPECT_EQ(boxes(), std::vector<std::string>{question}) << "answered no: no editor";
+}
+
+TEST_F(LoadStep, AnswerYesOpensTheLogInTheEditor)
+{
+    writeFile("test.avl", describeHost({"OSMODE"}));
+    capture().script.answers.push_back("yes");
+    run();
+    EXPECT_EQ(boxes(), (std::vector<std::string>{question, "EXEC: /bin/true \"" + logPath() + "\""}));
+}
+
+TEST_F(LoadStep, MissingHostVariablesAloneGiveHeadAndLastBlock)
+{
+    writeFile("test.avl", "0#Alles#1\n" + describeHost({"CLAYER"}));
+    run();
+    std::vector<std::string> expected = headBlock();
+    expected.push_back("Nicht berücksichtigte Variablen der aktuellen AutoCAD-Version");
+    expected.push_back("Fehler 10: Fehlende Variable: CLAYER");
+    // The head block ends in an empty line and the last block begins with one.
+    expected.insert(expected.end() - 2, "");
+    EXPECT_EQ(linesOf(readFile(logPath())), expected);
+    EXPECT_EQ(context->errorCount, 1);
+}
+
+TEST_F(LoadStep, LoadWithoutErrorsWritesNoLogAndLeavesAnOldOne)
+{
+    writeFile("VarDesk.err", "altes Protokoll\n");
+    writeFile("test.avl", "0#Alles#1\n" + describeHost());
+    run();
+    EXPECT_EQ(readFile(logPath()), "altes Protokoll\n");
+    EXPECT_EQ(context->errorCount, 0);
+    EXPECT_TRUE(boxes().empty()) << boxes().front();
+    EXPECT_EQ(runCode, runcode::done);
+    EXPECT_NE(context->varList.first, nullptr);
+}
+
+TEST_F(LoadStep, ShippedDescriptionFileFitsTheHostWithoutAnError)
+{
+    context->avlFilePath = VARDESK_SOURCE_DIR "/data/VarDesk.avl";
+    run();
+    EXPECT_EQ(context->errorCount, 0) << (errorLines.size() > 6 ? errorLines[7] : "");
+    EXPECT_FALSE(filekit::fs::exists(logPath()));
+    EXPECT_TRUE(boxes().empty()) << boxes().front();
+    std::size_t records = 0;
+    for (const cSysVar* v = context->varList.first; v; v = v->next) {
+        ++records;
+        EXPECT_FALSE(v->description.empty()) << v->name;
+        std::string title;
+        EXPECT_NE(context->varList.themes.themeNameOf(title, v->themeIndex), 0) << v->name;
+    }
+    EXPECT_EQ(records, hostNames().size());
+}
+
+TEST_F(LoadStep, FileOfBadLinesAloneWritesNoLogAndAsksNothing)
+{
+    writeFile("test.avl", "3#X\n1#A\n0#Neu#0\n");
+    run();
+    EXPECT_FALSE(filekit::fs::exists(logPath()));
+    EXPECT_EQ(context->errorCount, 4) << "three bad lines and the empty-list line";
+    EXPECT_EQ(runCode, runcode::done);
+    EXPECT_EQ(context->varList.first, nullptr);
+    ASSERT_EQ(boxes().size(), 1u);
+    EXPECT_EQ(boxes()[0].rfind("BOX warning:", 0), 0u) << boxes()[0];
+    std::vector<std::string> expected = headBlock();
+    expected.push_back("Fehler beim Laden von test.avl");
+    EXPECT_EQ(std::vector<std::string>(errorLines.begin(), errorLines.begin() + 7), expected);
+    EXPECT_EQ(errorLines.size(), 11u) << "the lines stay in memory";
+}
+
+TEST_F(LoadStep, FileThatCannotBeOpenedGivesItsBoxAlone)
+{
+    run();
+    EXPECT_EQ(boxes(), std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: " + folder() +
+                                                "test.avl  kann nicht geladen werden!"});
+    EXPECT_FALSE(filekit::fs::exists(logPath()));
+    EXPECT_EQ(context->errorCount, 0);
+    EXPECT_EQ(context->varList.first, nullptr);
+}
+
+TEST_F(LoadStep, LaterRunReadsTheValuesAgainAndNothingElse)
+{
+    writeFile("test.avl", "1#LTSCALE#+-#Linientypfaktor\n1#OSMODE#+-#Objektfang\n");
+    run();
+    ASSERT_TRUE(filekit::fs::exists(logPath()));
+    filekit::fs::remove(logPath());
+    const int count = context->errorCount;
+    ASSERT_TRUE(cadhost::HostSession::instance().setVariableText("LTSCALE", "3.5"));
+    boxes().clear();
+
+    run();
+    EXPECT_EQ(context->varList.findName("LTSCALE")->currentText, "3.5000");
+    EXPECT_EQ(context->errorCount, count);
+    EXPECT_FALSE(filekit::fs::exists(logPath()));
+    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(runCode, runcode::done);
+}
+
+TEST_F(LoadStep, NewDescriptionFileStartsTheLogAnew)
+{
+    writeFile("test.avl", "1#LTSCALE#+-#Linientypfaktor\n");
+    run();
+    ASSERT_GT(context->errorCount, 0);
+    // As after the user chose another file: the list is emptied and the count reset.
+    context->varList.clearAll();
+    context->errorCount = 0;
+    writeFile("neu.avl", "1#OSMODE#+-#Objektfang\nkaputt\n");
+    context->avlFilePath = folder() + "neu.avl";
+    moment += std::chrono::hours(30);
+    run();
+    const std::vector<std::string> log = linesOf(readFile(logPath()));
+    const std::vector<std::string> head = headBlock();
+    ASSERT_GE(log.size(), head.size() + 2);
+    EXPECT_EQ(std::vector<std::string>(log.begin(), log.begin() + 6), head);
+    EXPECT_EQ(log[6], "Fehler beim Laden von neu.avl");
+    EXPECT_EQ(log[7], "Fehler 1: zu wenig Argumente in Zeile 2   : kaputt");
+}
+
+TEST_F(LoadStep, LogThatCannotBeWrittenStaysInMemoryAndTheQuestionComes)
+{
+    gContext.userIniFile = folder() + "fehlt/VarDesk.ini";
+    writeFile("test.avl", describeHost({"OSMODE"}));
+    run();
+    const std::string failure = folder() + "fehlt/VarDesk.err kann nicht geladen werden!";
+    EXPECT_EQ(boxes(), (std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: " + failure,
+                                                 question}));
+    ASSERT_FALSE(errorLines.empty());
+    EXPECT_EQ(errorLines.back(), failure);
+    EXPECT_EQ(errorLines.front(), "Fehlerprotokoll");
+}
+
+TEST_F(LoadStep, ReportedLinesOfAUserListNeverReachTheLog)
+{
+    writeFile("test.avl", describeHost({"OSMODE"}));
+    run();
+    const std::string log = readFile(logPath());
+    writeFile("liste.var", "LTSCALE#" + std::string(40000, '1') + "\n");
+    context->varList.userDirectory = folder();
+    context->varList.userFileName = "liste.var";
+    ReportList report;
+    EXPECT_EQ(context->varList.readUserFile(report), 1);
+    EXPECT_EQ(report.size(), 1u);
+    run();
+    EXPECT_EQ(readFile(logPath()), log);
+    EXPECT_TRUE(errorLines.empty());
+}
+
+TEST(ErrorLogFile, WritesEveryLineAndEmptiesTheList)
+{
+    const auto dir = filekit::fs::temp_directory_path() / "vardesk-errorlog-write";
+    filekit::fs::create_directories(dir);
+    ReportList lines = {"Fehlerprotokoll", "", "Zeile mit Umlaut: ä"};
+    EXPECT_TRUE(writeErrorLog(lines, dir.string() + "/", "VarDesk"));
+    EXPECT_TRUE(lines.empty());
+    EXPECT_EQ(readFile(dir / "VarDesk.err"), "Fehlerprotokoll\n\nZeile mit Umlaut: ä\n");
+    ReportList none;
+    EXPECT_TRUE(writeErrorLog(none, dir.string() + "/", "VarDesk"));
+    EXPECT_EQ(readFile(dir / "VarDesk.err"), "") << "each writing replaces the whole file";
+    filekit::fs::remove_all(dir);
+}
+
+class ShowErrorLogTest : public filekit::FileTest {};
+
+TEST_F(ShowErrorLogTest, ResultCodesOfTheStartBecomeBoxes)
+{
+    gContext.userIniFile = "/home/anna/.kova/VarDesk.ini";
+    cDocCntx context(nullptr);
+    context.editorPath = "/opt/edit";
+    const std::string exec = "EXEC: /opt/edit \"/home/anna/.kova/VarDesk.err\"";
+    struct Case {
+        int code;
+        std::string box; // empty: none
+    };
+    const Case cases[] = {
+        {kova::ExecResult::OutOfMemory, "BOX error: RT·VarDesk - Fehler: Zu wenig Speicher verfügbar"},
+        {kova::ExecResult::FileNotFound, "BOX error: RT·VarDesk - Fehler: /opt/edit nicht gefunden"},
+        {kova::ExecResult::PathNotFound, "BOX error: RT·VarDesk - Fehler: /opt/edit nicht gefunden"},
+        {kova::ExecResult::BadFormat,
+         "BOX error: RT·VarDesk - Fehler: /opt/edit ist keine ausführbare Datei"},
+        {5, ""},
+        {kova::ExecResult::Started, ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "result code " << c.code);
+        boxes().clear();
+        capture().ui.execResult = c.code;
+        ShowErrorLog(context);
+        std::vector<std::string> expected = {exec};
+        if (!c.box.empty())
+            expected.push_back(c.box);
+        EXPECT_EQ(boxes(), expected);
+    }
+}
+
+TEST_F(ShowErrorLogTest, EditorThatIsNoProgramIsNamed)
+{
+    gContext.userIniFile = folder() + "VarDesk.ini";
+    writeFile("kein-programm", "nur Text\n");
+    cDocCntx context(nullptr);
+    struct Case {
+        std::string editor;
+        std::string text;
+    };
+    const Case cases[] = {
+        {folder() + "fehlt", " nicht gefunden"},
+        {folder() + "kein/ordner/edit", " nicht gefunden"},
+        {folder() + "kein-programm", " ist keine ausführbare Datei"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.editor);
+        boxes().clear();
+        context.editorPath = c.editor;
+        ShowErrorLog(context);
+        ASSERT_EQ(boxes().size(), 2u);
+        EXPECT_EQ(boxes()[1], "BOX error: RT·VarDesk - Fehler: " + c.editor + c.text);
+    }
+}
+
+} // namespace

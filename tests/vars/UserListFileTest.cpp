@@ -1,0 +1,287 @@
+// Tests of user list files: the written form, the free read grammar, round trips, failures, boxes.
+#include "AvlFileTestKit.h"
+#include "HostFixture.h"
+
+#include "settings/cMsgCatalog.h"
+#include "vars/AvlFile.h"
+#include "vars/TextHelpers.h"
+#include "vars/UserListFile.h"
+#include "vars/cSysVarList.h"
+
+namespace {
+
+using filekit::linesOf;
+using filekit::readFile;
+
+std::string padded(const std::string& name, const std::string& value)
+{
+    return formatText("%-25s#%s", name.c_str(), value.c_str());
+}
+
+// A list of host variables of every kind, read from the host, as the load step leaves it.
+class UserListFile : public filekit::FileTestOf<HostFixture> {
+protected:
+    void SetUp() override
+    {
+        FileTestOf::SetUp();
+        const char* rows[][2] = {
+            {"CLAYER", "+-"},     {"DWGNAME", "--"},   {"HPMAXLINES", "+-"}, {"INSBASE", "++"},
+            {"LIMMAX", "++"},     {"LTSCALE", "++"},   {"OSMODE", "+-"},     {"VIEWCTR", "-+"},
+        };
+        int line = 1;
+        for (const auto& row : rows)
+            ASSERT_TRUE(list.addVariable("1", row[0], row[1], "", line++)) << row[0];
+        list.readAllFromHost();
+        for (const cSysVar* v = list.first; v; v = v->next)
+            ASSERT_FALSE(v->isUnreadable()) << v->name << " is not in the host's table";
+    }
+
+    cSysVar& var(const std::string& name)
+    {
+        cSysVar* v = list.findName(name);
+        EXPECT_NE(v, nullptr) << name;
+        return *v;
+    }
+    // Writes content as "liste.var" and reads it into the list.
+    int read(const std::string& content)
+    {
+        writeFile("liste.var", content);
+        list.userDirectory = folder();
+        list.userFileName = "liste.var";
+        return list.readUserFile(report);
+    }
+
+    cSysVarList list;
+    ReportList report;
+};
+
+TEST_F(UserListFile, WritesChosenRecordsPaddedInNameOrder)
+{
+    ASSERT_TRUE(var("OSMODE").applyEditText("37"));
+    ASSERT_TRUE(var("LTSCALE").applyEditText("2.5"));
+    ASSERT_TRUE(var("INSBASE").applyEditText("1 2 3"));
+    ASSERT_TRUE(var("LIMMAX").applyEditText("10,20"));
+    ASSERT_TRUE(var("CLAYER").applyEditText("Wände"));
+    var("DWGNAME").setInUserList(); // no new value: the current one is written
+    ASSERT_TRUE(list.writeUserFile(folder(), "out.var", false));
+
+    const std::vector<std::string> expected = {
+        padded("CLAYER", "\"Wände\""),
+        padded("DWGNAME", var("DWGNAME").currentText),
+        padded("INSBASE", "1.0000 2.0000 3.0000"),
+        padded("LIMMAX", "10.0000 20.0000"),
+        padded("LTSCALE", "2.5000"),
+        padded("OSMODE", "37"),
+    };
+    EXPECT_EQ(linesOf(readFile(dir / "out.var")), expected);
+    EXPECT_EQ(expected[0], "CLAYER                   #\"Wände\"");
+    EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(UserListFile, SelectedOnlyWritesTheSelection)
+{
+    ASSERT_TRUE(var("OSMODE").applyEditText("37"));
+    var("LTSCALE").setSelected();
+    ASSERT_TRUE(list.writeUserFile(folder(), "sel.var", true));
+    EXPECT_EQ(readFile(dir / "sel.var"), padded("LTSCALE", var("LTSCALE").currentText) + "\n");
+}
+
+TEST_F(UserListFile, LongNamesAreNotCut)
+{
+    const std::string names[] = {"ABCDEFGHIJKLMNOPQRSTUVWXY", "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234"};
+    cSysVarList own;
+    for (const std::string& name : names) {
+        ASSERT_TRUE(own.addVariable("1", name, "+-", "", 1));
+        own.findName(name)->setInUserList();
+    }
+    ASSERT_TRUE(own.writeUserFile(folder(), "lang.var", false));
+    EXPECT_EQ(linesOf(readFile(dir / "lang.var")),
+              (std::vector<std::string>{"ABCDEFGHIJKLMNOPQRSTUVWXY#",
+                                        "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234#"}));
+    own.clearAllNewValues();
+    own.userDirectory = folder();
+    own.userFileName = "lang.var";
+    EXPECT_EQ(own.readUserFile(report), 1);
+    for (const std::string& name : names)
+        EXPECT_TRUE(own.findName(name)->inUserList()) << name;
+}
+
+TEST_F(UserListFile, RoundTripGivesTheSameNewTexts)
+{
+    const char* typed[][2] = {{"OSMODE", "4133"},  {"LTSCALE", "0.125"}, {"INSBASE", "-1 2.5 1e3"},
+                              {"LIMMAX", "420 297"}, {"CLAYER", "Achsen"}, {"HPMAXLINES", "250000"}};
+    for (const auto& row : typed)
+        ASSERT_TRUE(var(row[0]).applyEditText(row[1])) << row[0];
+    std::vector<std::pair<std::string, std::string>> before;
+    for (const cSysVar* v = list.first; v; v = v->next)
+        before.emplace_back(v->name, v->newText);
+
+    for (const char separator : {' ', ',', ';'}) {
+        SCOPED_TRACE(std::string("separator '") + separator + "'");
+        list.pointSeparator = separator;
+        for (cSysVar* v = list.first; v; v = v->next)
+            if (v->inUserList())
+                v->refreshNewText();
+        ASSERT_TRUE(list.writeUserFile(folder(), "rund.var", false));
+        list.clearAllNewValues();
+        EXPECT_EQ(read(readFile(dir / "rund.var")), 1);
+        EXPECT_TRUE(report.empty());
+        list.pointSeparator = ' ';
+        std::vector<std::pair<std::string, std::string>> after;
+        for (cSysVar* v = list.first; v; v = v->next) {
+            if (v->inUserList())
+                v->refreshNewText();
+            after.emplace_back(v->name, v->newText);
+        }
+        EXPECT_EQ(after, before);
+    }
+}
+
+TEST_F(UserListFile, ReaderGrammarIsFree)
+{
+    struct Case {
+        const char* what;
+        std::string content;
+        const char* name;
+        std::string newText;
+    };
+    const Case cases[] = {
+        {"no padding", "OSMODE#12\n", "OSMODE", "12"},
+        {"wide padding and tabs", "  \tOSMODE \t\t          #   12   \n", "OSMODE", "12"},
+        {"lower case name", "osmode#12\n", "OSMODE", "12"},
+        {"carriage return line ends", "OSMODE#12\r\n", "OSMODE", "12"},
+        {"no final line end", "OSMODE#12", "OSMODE", "12"},
+        {"comment lines and empty lines", "; Liste\n\n;OSMODE#99\nOSMODE#12\n", "OSMODE", "12"},
+        {"further fields are ignored", "OSMODE#12#13#14#15\n", "OSMODE", "12"},
+        {";; belongs to the value", "CLAYER#\"a;;b\"\n", "CLAYER", "\"a;;b\""},
+        {"a # in a string cuts it", "CLAYER#\"Wand#alt\"\n", "CLAYER", "\"Wand\""},
+        {"quotes anywhere are removed", "CLAYER#\"A\"B\"\n", "CLAYER", "\"AB\""},
+        {"a name alone gives an empty string", "CLAYER\n", "CLAYER", "\"\""},
+        {"the later of two lines wins", "OSMODE#1\nOSMODE#2\n", "OSMODE", "2"},
+        {"numbers are shown rounded", "LTSCALE#1.23456789\n", "LTSCALE", "1.2346"},
+        {"a point under any of the separators", "INSBASE#1;2:3\n", "INSBASE",
+         "1.0000 2.0000 3.0000"},
+        {"a read-only variable takes a value", "VIEWCTR#5 6 7\n", "VIEWCTR", "5.0000 6.0000 7.0000"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        list.clearAllNewValues();
+        report.clear();
+        EXPECT_EQ(read(c.content), 1);
+        EXPECT_TRUE(var(c.name).inUserList());
+        EXPECT_EQ(var(c.name).newText, c.newText);
+        EXPECT_TRUE(report.empty());
+    }
+}
+
+TEST_F(UserListFile, ValuesThatDoNotParseKeepTheOldNewValue)
+{
+    ASSERT_TRUE(var("LTSCALE").applyEditText("2.5"));
+    ASSERT_TRUE(var("INSBASE").applyEditText("1 2 3"));
+    ASSERT_TRUE(var("LIMMAX").applyEditText("4 5"));
+    EXPECT_EQ(read("LTSCALE#abc\nINSBASE#1.0000#2.0000#3.0000\nLIMMAX\nOSMODE#\n"), 1);
+    EXPECT_EQ(var("LTSCALE").newText, "2.5000");
+    EXPECT_EQ(var("LTSCALE").newValue.rreal, 2.5);
+    EXPECT_EQ(var("INSBASE").newText, "1.0000 2.0000 3.0000") << "a point saved under '#'";
+    EXPECT_EQ(var("LIMMAX").newText, "4.0000 5.0000");
+    EXPECT_EQ(var("OSMODE").newText, "0") << "an empty integer keeps its (zero) new value";
+    for (const char* name : {"LTSCALE", "INSBASE", "LIMMAX", "OSMODE"})
+        EXPECT_TRUE(var(name).inUserList()) << name;
+}
+
+TEST_F(UserListFile, UnknownNamesAreCountedAndNotReported)
+{
+    EXPECT_EQ(read("OSMODE#3\nGIBTSNICHT#1\n"), 2);
+    EXPECT_EQ(read("ALT1#1\nALT2#2\nALT3#3\nOSMODE#4\n"), 4);
+    EXPECT_TRUE(report.empty());
+    EXPECT_EQ(var("OSMODE").newText, "4");
+    EXPECT_TRUE(var("LTSCALE").newText.empty()) << "a record the file does not name is left alone";
+}
+
+TEST_F(UserListFile, OverlongLineIsReportedAndReadingGoesOn)
+{
+    const std::string longValue(100000, '7');
+    EXPECT_EQ(read("CLAYER#" + longValue + "\nOSMODE#5\n"), 1);
+    EXPECT_EQ(report, ReportList{"I/O-Fehler beim Lesen in Zeile 1."});
+    EXPECT_EQ(var("CLAYER").newText.size(), kMaxLineBytes - 7 + 2);
+    EXPECT_EQ(var("OSMODE").newText, "5");
+}
+
+TEST_F(UserListFile, BinaryFileReadsWithoutHarm)
+{
+    std::string binary;
+    unsigned state = 99;
+    for (int i = 0; i < 100000; ++i) {
+        state = state * 1103515245u + 12345u;
+        binary += static_cast<char>(state >> 16);
+    }
+    EXPECT_GE(read(binary + "\nOSMODE#7"), 1);
+    EXPECT_EQ(var("OSMODE").newText, "7");
+}
+
+TEST_F(UserListFile, FilesThatCannotBeOpenedShowTheirBox)
+{
+    list.userDirectory = folder();
+    list.userFileName = "fehlt.var";
+    EXPECT_EQ(list.readUserFile(report), 0);
+    EXPECT_FALSE(list.writeUserFile(folder() + "kein/ordner/", "x.var", false));
+    EXPECT_EQ(boxes(), (std::vector<std::string>{
+                           "BOX error: RT·VarDesk - Fehler: " + folder() +
+                               "fehlt.var kann nicht geladen werden!",
+                           "BOX error: RT·VarDesk - Fehler: " + folder() +
+                               "kein/ordner/x.var kann nicht geladen werden!"}));
+    EXPECT_TRUE(report.empty());
+}
+
+TEST_F(UserListFile, FolderInPlaceOfTheFileIsAFatalReadError)
+{
+    filekit::fs::create_directory(dir / "ordner.var");
+    list.userDirectory = folder();
+    list.userFileName = "ordner.var";
+    EXPECT_EQ(list.readUserFile(report), 0);
+    EXPECT_EQ(report, ReportList{"Fataler I/O-Fehler beim Lesen von 'ordner.var'."});
+    EXPECT_EQ(boxes(), std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: Fataler "
+                                                "I/O-Fehler beim Lesen von 'ordner.var'.Abbruch"});
+}
+
+TEST_F(UserListFile, FullDiskIsAFatalWriteError)
+{
+    if (!filekit::fs::exists("/dev/full"))
+        GTEST_SKIP() << "no /dev/full";
+    ASSERT_TRUE(var("OSMODE").applyEditText("37"));
+    EXPECT_FALSE(list.writeUserFile("/dev/", "full", false));
+    EXPECT_EQ(boxes(), std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: Fataler "
+                                                "I/O-Fehler beim Schreiben von 'full'.Abbruch"});
+}
+
+TEST_F(UserListFile, ResultOfAReadBecomesItsBoxes)
+{
+    list.userDirectory = "/listen/";
+    list.userFileName = "a.var";
+    const std::string errorBox =
+        "BOX error: RT·VarDesk - Fehler: Es sind Fehler beim Lesen von /listen/a.var aufgetreten.";
+    const std::string onceBox = "BOX warning: RT·VarDesk - Warnung: Eine Variablen konnte nicht "
+                                "in die aktuelle AutoCAD-Variablenliste eingesetzt werden.";
+    const std::string manyBox = "BOX warning: RT·VarDesk - Warnung: 4 Variablen konnten nicht in "
+                                "die aktuelle AutoCAD-Variablenliste eingesetzt werden.";
+    struct Case {
+        int result;
+        bool reported;
+        std::vector<std::string> boxes;
+    };
+    const Case cases[] = {
+        {0, false, {}},         {0, true, {}},
+        {1, false, {}},         {1, true, {errorBox}},
+        {2, false, {onceBox}},  {2, true, {errorBox, onceBox}},
+        {5, false, {manyBox}},  {5, true, {errorBox, manyBox}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << "result " << c.result << (c.reported ? " with" : " without")
+                                        << " report lines");
+        boxes().clear();
+        showUserFileResult(c.result, c.reported ? ReportList{"x"} : ReportList{}, list);
+        EXPECT_EQ(boxes(), c.boxes);
+    }
+}
+
+} // namespace

@@ -1,0 +1,417 @@
+// Tests of cSysVar without a host: value texts, parsing of typed and file texts, flags, AVL fields.
+#include "vars/cSysVar.h"
+#include "vars/cSysVarList.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace {
+
+// A record that owns the number format of its list, with the usual precision 4 and a blank.
+class SysVarFixture : public ::testing::Test {
+protected:
+    cSysVarList list;
+    cSysVar var{&list};
+
+    void typed(int type) { var.valueType = type; }
+    std::string listText(const ads_u_val& value)
+    {
+        std::string out = "<untouched>";
+        var.formatListValue(value, out);
+        return out;
+    }
+    static ads_u_val real(double v)
+    {
+        ads_u_val u{};
+        u.rreal = v;
+        return u;
+    }
+    static ads_u_val point(double x, double y, double z)
+    {
+        ads_u_val u{};
+        u.rpoint[0] = x;
+        u.rpoint[1] = y;
+        u.rpoint[2] = z;
+        return u;
+    }
+};
+
+using SysVarFormat = SysVarFixture;
+
+TEST_F(SysVarFormat, RealUsesPrecisionBelowTheLimitAndExponentFromIt)
+{
+    typed(vartype::real);
+    const std::pair<double, std::string> cases[] = {
+        {1.5, "1.5000"},
+        {-0.00004, "-0.0000"},
+        {9999999999.99, "9999999999.9900"},
+        {1e10, "1.000000E+10"},
+        {-1e10, "-1.000000E+10"},
+        {1.5e12, "1.500000E+12"},
+    };
+    for (const auto& [value, expected] : cases)
+        EXPECT_EQ(listText(real(value)), expected) << "value " << value;
+    EXPECT_NE(listText(real(std::numeric_limits<double>::quiet_NaN())).find("NAN"), std::string::npos);
+
+    list.valuePrecision = 2;
+    EXPECT_EQ(listText(real(3.14159)), "3.14");
+    list.valuePrecision = 0;
+    EXPECT_EQ(listText(real(7.0)), "7");
+}
+
+TEST_F(SysVarFormat, PointsJoinCoordinatesWithTheSeparator)
+{
+    struct Case {
+        int type;
+        char separator;
+        ads_u_val value;
+        std::string expected;
+    };
+    const Case cases[] = {
+        {vartype::point2d, ',', point(1, 2.5, 99), "1.0000,2.5000"},
+        {vartype::point2d, ' ', point(1, 2.5, 0), "1.0000 2.5000"},
+        {vartype::point2d, ',', point(1, 1e12, 0), "1.000000E+00,1.000000E+12"},
+        {vartype::point2d, ',', point(1, 2, 1e12), "1.0000,2.0000"}, // z is not shown
+        {vartype::point3d, ' ', point(1, 2, 3), "1.0000 2.0000 3.0000"},
+        {vartype::point3d, ';', point(1, 2, 1e12), "1.000000E+00;2.000000E+00;1.000000E+12"},
+        {vartype::point3d, ' ', point(-1e10, 0, 0), "-1.000000E+10 0.000000E+00 0.000000E+00"},
+    };
+    for (const auto& c : cases) {
+        typed(c.type);
+        list.pointSeparator = c.separator;
+        EXPECT_EQ(listText(c.value), c.expected) << "type " << c.type << " expected " << c.expected;
+    }
+}
+
+TEST_F(SysVarFormat, IntegersStringsAndKindsWithoutText)
+{
+    ads_u_val v{};
+    typed(vartype::integer);
+    v.rint = -5;
+    EXPECT_EQ(listText(v), "-5");
+    typed(vartype::longInt);
+    v.rlong = 2000000000;
+    EXPECT_EQ(listText(v), "2000000000");
+
+    typed(vartype::string);
+    char text[] = "Layer \"0\"";
+    v.rstring = text;
+    EXPECT_EQ(listText(v), "\"Layer \"0\"\"") << "no escaping inside the quotes";
+    std::string edit = "x";
+    var.formatEditValue(edit, v);
+    EXPECT_EQ(edit, "Layer \"0\"");
+    v.rstring = nullptr;
+    std::string out = "kept";
+    EXPECT_TRUE(var.formatListValue(v, out));
+    EXPECT_EQ(out, "kept") << "a null string writes nothing";
+
+    for (int other : {vartype::none, 5004, 5006, 5007, 5008}) {
+        typed(other);
+        std::string kept = "kept";
+        EXPECT_FALSE(var.formatListValue(real(1), kept)) << "type " << other;
+        EXPECT_EQ(kept, "kept") << "type " << other;
+    }
+}
+
+TEST_F(SysVarFormat, RecordWithoutListUsesBlankAndFourPlaces)
+{
+    cSysVar loose;
+    loose.valueType = vartype::point3d;
+    std::string out;
+    loose.formatListValue(point(1, 2, 3), out);
+    EXPECT_EQ(out, "1.0000 2.0000 3.0000");
+}
+
+using SysVarSplit = SysVarFixture;
+
+TEST_F(SysVarSplit, SeparatorsBecomeBlanksAndThreeTokensAtMost)
+{
+    struct Case {
+        std::string text;
+        char separator;
+        int count;
+        std::string t1, t2, t3;
+    };
+    const Case cases[] = {
+        {"", ' ', 0, "", "", ""},
+        {"   ", ' ', 0, "", "", ""},
+        {",;:#", ' ', 0, "", "", ""},
+        {"1,2,3", ',', 3, "1", "2", "3"},
+        {"1 2 3", ',', 3, "1", "2", "3"},
+        {"1.5,2.5;3", ' ', 3, "1.5", "2.5", "3"},
+        {"  1   2  ", ' ', 2, "1", "2", ""},
+        {"1#2:3 4 5", ' ', 3, "1", "2", "3"},
+        {"1\t2", ' ', 1, "1\t2", "", ""}, // a tab does not split
+        {"1/2/3", '/', 3, "1", "2", "3"},
+        {"1.5", '.', 2, "1", "5", ""}, // the full stop splits only as the separator
+        {"\xC3\xA4 \xE2\x82\xAC,\xF0\x9F\x98\x80", ' ', 3, "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"},
+    };
+    for (const auto& c : cases) {
+        list.pointSeparator = c.separator;
+        std::string t1 = "x", t2 = "x", t3 = "x";
+        EXPECT_EQ(var.splitPointText(t1, t2, t3, c.text), c.count) << "text [" << c.text << "]";
+        EXPECT_EQ(t1, c.t1) << "text [" << c.text << "]";
+        EXPECT_EQ(t2, c.t2) << "text [" << c.text << "]";
+        EXPECT_EQ(t3, c.t3) << "text [" << c.text << "]";
+    }
+}
+
+using SysVarEdit = SysVarFixture;
+
+TEST_F(SysVarEdit, TypedTextByTypeGivesNewText)
+{
+    struct Case {
+        int type;
+        char separator;
+        std::string text;
+        std::string newText;
+    };
+    const Case cases[] = {
+        {vartype::real, ' ', "2.5", "2.5000"},
+        {vartype::real, ' ', "  12abc", "12.0000"},
+        {vartype::real, ' ', "1,5", "1.0000"},
+        {vartype::real, ' ', "1e3", "1000.0000"},
+        {vartype::real, ' ', "1e10", "1.000000E+10"},
+        {vartype::integer, ' ', "70000", "4464"},
+        {vartype::integer, ' ', "-3", "-3"},
+        {vartype::integer, ' ', "65535", "-1"},
+        {vartype::longInt, ' ', "123456789", "123456789"},
+        {vartype::longInt, ' ', "-42x", "-42"},
+        {vartype::point2d, ',', "1,2", "1.0000,2.0000"},
+        {vartype::point2d, ' ', "1;2.5", "1.0000 2.5000"},
+        {vartype::point2d, ' ', "1:2:3", "1.0000 2.0000"},
+        {vartype::point2d, '/', "1/2", "1.0000/2.0000"},
+        {vartype::point3d, ',', "1,2,3", "1.0000,2.0000,3.0000"},
+        {vartype::point3d, ',', "1 2 3", "1.0000,2.0000,3.0000"},
+        {vartype::point3d, ' ', "1#2#3#4", "1.0000 2.0000 3.0000"},
+        {vartype::string, ' ', "say \"hi\"", "\"say hi\""},
+        {vartype::string, ' ', "\xE2\x82\xAC \xF0\x9F\x98\x80", "\"\xE2\x82\xAC \xF0\x9F\x98\x80\""},
+    };
+    for (const auto& c : cases) {
+        cSysVar v{&list};
+        v.valueType = c.type;
+        list.pointSeparator = c.separator;
+        EXPECT_TRUE(v.applyEditText(c.text)) << "type " << c.type << " text [" << c.text << "]";
+        EXPECT_EQ(v.newText, c.newText) << "type " << c.type << " text [" << c.text << "]";
+        EXPECT_TRUE(v.inUserList()) << "type " << c.type << " text [" << c.text << "]";
+        v.clearNewValue();
+    }
+}
+
+TEST_F(SysVarEdit, ThirdPointCoordinateOfA2DPointIsZero)
+{
+    typed(vartype::point2d);
+    ASSERT_TRUE(var.applyEditText("4 5 6"));
+    EXPECT_EQ(var.newValue.rpoint[2], 0.0);
+}
+
+TEST_F(SysVarEdit, PointsThatDoNotParseChangeNothing)
+{
+    struct Case {
+        int type;
+        std::string text;
+    };
+    const Case cases[] = {
+        {vartype::point2d, "1"},   {vartype::point2d, "a 2"}, {vartype::point2d, "1 b"},
+        {vartype::point3d, "1 2"}, {vartype::point3d, ""},    {vartype::point3d, "1 2 z"},
+    };
+    for (const auto& c : cases) {
+        cSysVar v{&list};
+        v.valueType = c.type;
+        ASSERT_TRUE(v.applyEditText("7 8 9"));
+        v.clearInUserList();
+        const ads_u_val before = v.newValue;
+        EXPECT_FALSE(v.applyEditText(c.text)) << "type " << c.type << " text [" << c.text << "]";
+        EXPECT_EQ(v.newText, c.type == vartype::point2d ? "7.0000 8.0000" : "7.0000 8.0000 9.0000")
+            << "text [" << c.text << "]";
+        EXPECT_EQ(std::memcmp(&before, &v.newValue, sizeof before), 0) << "text [" << c.text << "]";
+        EXPECT_FALSE(v.inUserList()) << "text [" << c.text << "]";
+    }
+}
+
+TEST_F(SysVarEdit, TextWithoutNumberKeepsTheOldValue)
+{
+    typed(vartype::real);
+    ASSERT_TRUE(var.applyEditText("2.5"));
+    var.clearInUserList();
+    EXPECT_TRUE(var.applyEditText("abc"));
+    EXPECT_EQ(var.newText, "2.5000");
+    EXPECT_TRUE(var.inUserList());
+}
+
+TEST_F(SysVarEdit, EmptyTextEmptiesNewTextExceptFor3DPoints)
+{
+    for (int type : {vartype::real, vartype::integer, vartype::longInt, vartype::point2d, vartype::string}) {
+        cSysVar v{&list};
+        v.valueType = type;
+        ASSERT_TRUE(v.applyEditText("1 2")) << "type " << type;
+        EXPECT_TRUE(v.applyEditText("")) << "type " << type;
+        EXPECT_TRUE(v.newText.empty()) << "type " << type;
+        EXPECT_TRUE(v.inUserList()) << "flags stay, type " << type;
+        if (type == vartype::string) {
+            EXPECT_EQ(v.newValue.rstring, nullptr);
+        }
+    }
+}
+
+TEST_F(SysVarEdit, ReadOnlyRecordTakesNoTypedText)
+{
+    typed(vartype::integer);
+    var.setReadOnly();
+    EXPECT_FALSE(var.applyEditText("5"));
+    EXPECT_TRUE(var.newText.empty());
+    EXPECT_FALSE(var.inUserList());
+}
+
+TEST_F(SysVarEdit, EditTextShowsNewValueElseCurrentWithoutQuotes)
+{
+    typed(vartype::string);
+    var.currentText = "\"old\"";
+    char current[] = "old";
+    var.currentValue.rstring = current;
+    std::string out;
+    var.editText(out);
+    EXPECT_EQ(out, "old");
+    ASSERT_TRUE(var.applyEditText("new \"one\""));
+    var.editText(out);
+    EXPECT_EQ(out, "new one");
+    EXPECT_EQ(var.newText, "\"new one\"");
+    var.currentValue.rstring = nullptr; // not the record's to free
+
+    cSysVar other{&list};
+    other.valueType = 5004;
+    other.currentText = "shown as stored";
+    other.editText(out);
+    EXPECT_EQ(out, "shown as stored");
+}
+
+using SysVarFile = SysVarFixture;
+
+TEST_F(SysVarFile, FileTextRulesDifferFromTypedText)
+{
+    typed(vartype::string);
+    EXPECT_TRUE(var.applyFileText(""));
+    EXPECT_EQ(var.newText, "\"\"");
+    ASSERT_NE(var.newValue.rstring, nullptr);
+    EXPECT_STREQ(var.newValue.rstring, "");
+
+    cSysVar p2{&list};
+    p2.valueType = vartype::point2d;
+    EXPECT_FALSE(p2.applyFileText(""));
+    EXPECT_TRUE(p2.inUserList()) << "set before parsing, stays after a failed point";
+    EXPECT_TRUE(p2.newText.empty());
+
+    cSysVar r{&list};
+    r.valueType = vartype::real;
+    EXPECT_TRUE(r.applyFileText("1.23456"));
+    EXPECT_EQ(r.newText, "1.2346");
+    EXPECT_DOUBLE_EQ(r.newValue.rreal, 1.23456) << "the full number is kept";
+    EXPECT_TRUE(r.applyFileText(""));
+    EXPECT_EQ(r.newText, "1.2346") << "empty text: newText is remade from the kept value";
+}
+
+TEST_F(SysVarFile, ReadOnlyRecordTakesFileTextButIsNeverWritten)
+{
+    typed(vartype::integer);
+    var.setReadOnly();
+    EXPECT_TRUE(var.applyFileText("12"));
+    EXPECT_EQ(var.newText, "12");
+    EXPECT_TRUE(var.inUserList());
+    var.setMarkedToSet();
+    EXPECT_FALSE(var.writeToHost()) << "no host call for a read-only record";
+    EXPECT_FALSE(var.setFailed());
+    EXPECT_FALSE(var.setSucceeded());
+}
+
+using SysVarCompare = SysVarFixture;
+
+TEST_F(SysVarCompare, ColoursFollowTheTextsAtDisplayPrecision)
+{
+    const std::tuple<std::string, std::uint32_t> cases[] = {
+        {"1.00001", kColourEqual},
+        {"1.0000", kColourEqual},
+        {"1.0002", kColourDiffers},
+        {"-1", kColourDiffers},
+    };
+    for (const auto& [text, colour] : cases) {
+        cSysVar v{&list};
+        v.valueType = vartype::real;
+        v.currentText = "1.0000";
+        EXPECT_EQ(v.compareColour, 0u);
+        ASSERT_TRUE(v.applyFileText(text));
+        EXPECT_EQ(v.compareColour, colour) << "file text " << text;
+        v.compareColour = 0;
+        ASSERT_TRUE(v.applyEditText(text));
+        EXPECT_EQ(v.compareColour, colour) << "typed text " << text;
+    }
+}
+
+TEST_F(SysVarCompare, NoComparisonWithoutNewText)
+{
+    typed(vartype::real);
+    var.currentText = "1.0000";
+    EXPECT_TRUE(var.applyEditText(""));
+    EXPECT_EQ(var.compareColour, 0u);
+}
+
+TEST_F(SysVarEdit, ClearNewValueForgetsValueTextAndMembership)
+{
+    typed(vartype::string);
+    ASSERT_TRUE(var.applyEditText("abc"));
+    var.setSelected();
+    var.setMarkedToSet();
+    var.currentText = "\"x\"";
+    ASSERT_TRUE(var.refreshNewText());
+    const auto colour = var.compareColour;
+    EXPECT_TRUE(var.clearNewValue());
+    EXPECT_FALSE(var.inUserList());
+    EXPECT_FALSE(var.isSelected());
+    EXPECT_TRUE(var.isMarkedToSet());
+    EXPECT_TRUE(var.newText.empty());
+    EXPECT_EQ(var.newValue.rstring, nullptr);
+    EXPECT_EQ(var.compareColour, colour);
+}
+
+TEST(SysVarFields, AvlFieldsSetNameModeScopeAndTheme)
+{
+    struct Case {
+        std::string theme, name, mode, description;
+        bool good;
+        bool readOnly = false, drawing = false;
+        int themeIndex = 0;
+        std::string storedName = {}, storedDescription = {};
+    };
+    const Case cases[] = {
+        {"3", "BEISPIEL", "+-", "Erste Variable ", true, false, false, 3, "BEISPIEL", "Erste Variable"},
+        {"3 ", " ZWEITE ", " -+ ", " Zweite ", true, true, true, 3, "ZWEITE", "Zweite"},
+        {" -7", "X", "++extra", "", true, false, true, -7, "X", ""},
+        {"7", "\xC3\x84RGER", "--", "\xE2\x82\xAC", true, true, false, 7, "\xC3\x84RGER", "\xE2\x82\xAC"},
+        {"0", "X", "+-", "d", false},
+        {"drei", "X", "+-", "d", false},
+        {"3", "   ", "+-", "d", false},
+        {"3", "X", "+", "d", false},
+        {"3", "X", "   +", "d", false},
+        {"3", "X", "x-", "d", false},
+        {"3", "X", "+x", "d", false},
+        {"3", "X", "\xC3\xA4-", "d", false},
+    };
+    for (const auto& c : cases) {
+        cSysVar v;
+        const std::string label = c.theme + "#" + c.name + "#" + c.mode + "#" + c.description;
+        ASSERT_EQ(v.parseAvlFields(c.theme, c.name, c.mode, c.description), c.good) << label;
+        if (!c.good)
+            continue;
+        EXPECT_EQ(v.isReadOnly(), c.readOnly) << label;
+        EXPECT_EQ(v.isDrawingSpecific(), c.drawing) << label;
+        EXPECT_EQ(v.themeIndex, c.themeIndex) << label;
+        EXPECT_EQ(v.name, c.storedName) << label;
+        EXPECT_EQ(v.description, c.storedDescription) << label;
+        EXPECT_EQ(v.valueType, vartype::none) << label;
+        EXPECT_TRUE(v.isUnprobed()) << label;
+    }
+}
+
+} // namespace
