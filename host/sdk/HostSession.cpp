@@ -1053,7 +1053,8 @@ int acedInvoke(const resbuf* args, resbuf** result) {
     }
     if (function == "KOVA_PATHINFO") {
         // (kova_pathInfo fileName): the first of the module folders, the profile folder and the
-        // support path that holds the file; nil when none does.
+        // support path that holds the file; nil when none does. Nil is Lisp's empty list, so no
+        // result chain comes back for it.
         if (texts.empty())
             return RTERROR;
         std::vector<std::string> folders;
@@ -1062,7 +1063,9 @@ int acedInvoke(const resbuf* args, resbuf** result) {
         folders.push_back(s.profileDir);
         folders.insert(folders.end(), s.supportPath.begin(), s.supportPath.end());
         std::string found = texts[0].empty() ? std::string() : findInFolders(texts[0], folders);
-        *result = found.empty() ? allocateRb(RTNIL) : textResult(found);
+        if (found.empty())
+            return RTNORM;
+        *result = textResult(found);
         return *result ? RTNORM : RTERROR;
     }
     return RTERROR;

@@ -4,6 +4,8 @@
 #include "cContext.h"
 #include "HostLookup.h"
 #include "Reactors.h"
+#include "cResourceScope.h"
+#include "dialogs/main/cDlgVarDesk.h"
 #include "vars/TextHelpers.h"
 
 #include <dbmain.h>
@@ -133,7 +135,8 @@ void cDocCntx::CaptureNumberFormat(const AcDbDatabase* database) {
 
 void cDocCntx::RunDialogLoop() {
     CaptureNumberFormat(hostLookup::workingDatabase());
-    // The main dialog (cDlgVarDesk) is not part of the module yet. Its run belongs here: made
-    // with no parent inside gResourceScope, run modally inside the scope again and again until
-    // its runCode is 0, then deleted. Until then a run ends after the capture.
+    // The module's resources are in force while the main dialog is made and runs.
+    gResourceScope.Enter();
+    runMainDialog(*this);
+    gResourceScope.Leave();
 }

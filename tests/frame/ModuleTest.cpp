@@ -164,9 +164,9 @@ TEST_F(EntryPoint, LispBridgeFindsFilesOnTheSupportPath) {
     std::string path = "old";
     EXPECT_EQ(gLispBridge.PathInfo("found.txt", path), RTNORM);
     EXPECT_EQ(path, (folder / "found.txt").string());
-    // The service answers nil for a file it cannot find: a list came back, with no text in it.
+    // The service answers nil for a file it cannot find: no list comes back.
     path = "old";
-    EXPECT_EQ(gLispBridge.PathInfo("missing.txt", path), RTNORM);
+    EXPECT_EQ(gLispBridge.PathInfo("missing.txt", path), RTERROR);
     EXPECT_EQ(path, "");
     host.setSupportPath({});
 }

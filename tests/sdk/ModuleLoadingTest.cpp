@@ -181,10 +181,10 @@ TEST_F(Modules, PathInfoSearchesModuleFolderProfileAndSupportPath) {
         int status = 0;
         resbuf* r = invoke({"KOVA_PATHINFO", c.file.c_str()}, status);
         EXPECT_EQ(status, RTNORM) << c.file;
-        ASSERT_NE(r, nullptr) << c.file;
         if (c.found.empty()) {
-            EXPECT_EQ(r->restype, RTNIL) << c.file;
+            EXPECT_EQ(r, nullptr) << c.file;
         } else {
+            ASSERT_NE(r, nullptr) << c.file;
             ASSERT_EQ(r->restype, RTSTR) << c.file;
             EXPECT_EQ(std::string(r->resval.rstring), c.found) << c.file;
         }

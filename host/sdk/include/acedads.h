@@ -23,7 +23,7 @@ ACSDK_EXPORT int acedUndef(const char* name, int code);
 ACSDK_EXPORT int acedGetFunCode();
 ACSDK_EXPORT int acedRetVoid();
 // Calls a Lisp function: args is a chain whose first RTSTR is the function name. On RTNORM,
-// *result holds a chain the caller releases.
+// *result holds the chain the function returned, which the caller releases; null for nil.
 ACSDK_EXPORT int acedInvoke(const resbuf* args, resbuf** result);
 
 // Shows an alert box (a printed "ALERT: text" line in batch mode).

@@ -1,0 +1,48 @@
+// Icons and bitmaps of the module by resource number, drawn from the SVG pictures in its resources.
+#include "ModuleResources.h"
+
+#include <QFile>
+#include <QPainter>
+#include <QSvgRenderer>
+
+namespace {
+
+QString iconPath(int id) {
+    return QStringLiteral(":/vardesk/icons/%1.svg").arg(id);
+}
+
+QPixmap render(const QString& path, const QSize& size) {
+    if (!QFile::exists(path) || size.isEmpty())
+        return {};
+    QSvgRenderer renderer(path);
+    if (!renderer.isValid())
+        return {};
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    renderer.render(&painter);
+    return pixmap;
+}
+
+} // namespace
+
+bool hasModuleIcon(int id) {
+    return QFile::exists(iconPath(id));
+}
+
+QIcon moduleIcon(int id) {
+    if (!hasModuleIcon(id))
+        return {};
+    QIcon icon;
+    for (int size : {16, 32, 48})
+        icon.addPixmap(render(iconPath(id), QSize(size, size)));
+    return icon;
+}
+
+QPixmap moduleIconPixmap(int id, int size) {
+    return render(iconPath(id), QSize(size, size));
+}
+
+QPixmap moduleBitmap(int id, const QSize& size) {
+    return render(QStringLiteral(":/vardesk/bitmaps/%1.svg").arg(id), size);
+}

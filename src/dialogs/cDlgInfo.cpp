@@ -1,0 +1,112 @@
+// cDlgInfo: the info dialog with the program's title, version, command and copyright lines.
+#include "cDlgInfo.h"
+
+#include "DialogRoutines.h"
+#include "ModuleResources.h"
+#include "settings/cMsgCatalog.h"
+
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace {
+
+QLabel* makeStatic(QWidget* parent, const DialogTemplate& t, int id, const DialogBaseUnits& base) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(QString::number(id));
+    label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    if (const DialogControl* c = t.control(id))
+        label->setGeometry(dialogUnitsToPixels(c->rect, base));
+    return label;
+}
+
+} // namespace
+
+cDlgInfo::cDlgInfo(std::string titleLine, std::string versionLine, std::string commandLine,
+                   std::string copyrightLine, QWidget* parent)
+    : QDialog(parent), m_titleLine(std::move(titleLine)), m_versionLine(std::move(versionLine)),
+      m_commandLine(std::move(commandLine)), m_copyrightLine(std::move(copyrightLine)) {
+    setProperty("templateId", kTemplateId);
+    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                   Qt::MSWindowsFixedSizeDialogHint);
+    DialogTemplate t;
+    loadDialogTemplate(kTemplateId, t); // without it the controls stand at 0 and the start still works
+    const QFont font = dialogFontOf(t);
+    setFont(font);
+    const DialogBaseUnits base = baseUnitsOf(font);
+    setFixedSize(dialogUnitsToPixels(t.size, base));
+    setWindowTitle(t.title);
+
+    m_ok = new QPushButton(this);
+    m_ok->setObjectName(QString::number(kIdOk));
+    m_ok->setDefault(true);
+    if (const DialogControl* c = t.control(kIdOk)) {
+        m_ok->setText(c->text);
+        m_ok->setGeometry(dialogUnitsToPixels(c->rect, base));
+    }
+    connect(m_ok, &QPushButton::clicked, this, &QDialog::accept);
+    m_title = makeStatic(this, t, kIdTitle, base);
+    m_version = makeStatic(this, t, kIdVersion, base);
+    m_command = makeStatic(this, t, kIdCommand, base);
+    m_copyright = makeStatic(this, t, kIdCopyright, base);
+
+    auto* picture = new QLabel(this);
+    picture->setObjectName(QString::number(kIdPicture));
+    if (const DialogControl* c = t.control(kIdPicture)) {
+        const QRect rect = dialogUnitsToPixels(c->rect, base);
+        picture->setGeometry(rect);
+        picture->setPixmap(moduleBitmap(c->text.toInt(), rect.size()));
+    }
+}
+
+std::string cDlgInfo::versionLineText() {
+    return "Version: 1.1";
+}
+
+std::string cDlgInfo::commandLineText() {
+    return "KOVA_VARDESK";
+}
+
+std::string cDlgInfo::copyrightLineText() {
+    return "Copyright (C) 2024 KOVA";
+}
+
+void cDlgInfo::setVisible(bool visible) {
+    if (visible && !m_initialised) {
+        m_initialised = true;
+        OnInitDialog();
+    }
+    QDialog::setVisible(visible);
+}
+
+void cDlgInfo::OnInitDialog() {
+    // Centred on the screen, as the template asks.
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        QRect frame = frameGeometry();
+        frame.moveCenter(screen->geometry().center());
+        move(frame.topLeft());
+    }
+
+    const QFontMetrics metrics = m_title->fontMetrics();
+    int widest = 0;
+    for (const std::string* line : {&m_titleLine, &m_versionLine, &m_commandLine, &m_copyrightLine})
+        widest = std::max(widest, metrics.horizontalAdvance(QString::fromStdString(*line)));
+    if (widest > kNarrowTextWidth) {
+        const QSize frameExtra = windowFrameExtra(*this);
+        setFixedSize(widest + 88 - frameExtra.width(), height());
+        const QRect ok = m_ok->geometry();
+        m_ok->move((widest - ok.width() + 88) / 2, ok.y());
+        for (QLabel* label : {m_title, m_version, m_command, m_copyright})
+            label->setGeometry(78, label->y(), widest, label->height());
+    }
+
+    setWindowTitle(QString::fromStdString(gMsg.TiDlgInfo));
+    m_title->setText(QString::fromStdString(m_titleLine));
+    m_version->setText(QString::fromStdString(m_versionLine));
+    m_command->setText(QString::fromStdString(m_commandLine));
+    m_copyright->setText(QString::fromStdString(m_copyrightLine));
+}
