@@ -154,8 +154,8 @@ TEST_F(MainDialog, StartsWithTheLoadedListAndTheFrame) {
     EXPECT_EQ(d->frameGeometry(), QRect(20, 30, 450, 320));
     auto* list = d->findChild<QTreeView*>("9002");
     ASSERT_NE(list, nullptr);
-    ASSERT_EQ(list->model()->rowCount(), 5);
-    EXPECT_EQ(list->model()->index(0, 0).data().toString(), "CLAYER");
+    ASSERT_EQ(list->model()->rowCount(), 10) << "five records under their letters";
+    EXPECT_EQ(list->model()->index(1, 0).data().toString(), QString(14, ' ') + "CLAYER");
     EXPECT_EQ(list->model()->headerData(1, Qt::Horizontal).toString().toStdString(), gMsg.ClAcadValue);
     EXPECT_EQ(list->columnWidth(0), 150);
     EXPECT_TRUE(d->findChild<QLineEdit*>("9004")->isReadOnly()) << "no record is shown";

@@ -32,7 +32,7 @@ function(mask_text in out)
     string(REGEX REPLACE "CDATE = [-0-9.eE+]+" "CDATE = <CDATE>" t "${t}")
     string(REGEX REPLACE "DATE = [-0-9.eE+]+" "DATE = <DATE>" t "${t}")
     # The same clock variables as rows of a dialog's list.
-    string(REGEX REPLACE "\"(C?DATE)\" \"[-0-9.eE+]+\"" "\"\\1\" \"<\\1>\"" t "${t}")
+    string(REGEX REPLACE "\"( *)(C?DATE)\" \"[-0-9.eE+]+\"" "\"\\1\\2\" \"<\\2>\"" t "${t}")
     set(${out} "${t}" PARENT_SCOPE)
 endfunction()
 

@@ -60,8 +60,5 @@ inline constexpr int kToolBarIndent = 3;
 inline constexpr int kMaxVisibleLines = 3;
 inline constexpr int kListLinesWanted = 6;
 inline constexpr int kListLinesLeast = 2;
-// Column widths that SaveGeometry stores.
-inline constexpr int kStoredColumnMin = 20;
-inline constexpr int kStoredColumnMax = 1200;
 
 } // namespace mainids

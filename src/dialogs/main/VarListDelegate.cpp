@@ -1,26 +1,123 @@
-// VarListDelegate: paints the rows of the main list from their records.
+// VarListDelegate: paints the rows of a variable list from their records: colours, image, indent, clip.
 #include "VarListDelegate.h"
 
-#include "cDlgVarDesk.h"
-
+#include <QAbstractItemView>
 #include <QPainter>
 
-VarListDelegate::VarListDelegate(cDlgVarDesk& dialog, QObject* parent)
-    : QStyledItemDelegate(parent), m_dialog(dialog) {}
+namespace {
+
+constexpr int kMostCharacters = 255;
+constexpr int kRecordIndentLetterThemeOrders = 20;
+constexpr int kRecordIndentScopeOrders = 40;
+constexpr int kSecondLevelHeaderIndent = 20;
+constexpr int kImageSize = 16;
+
+bool isScopeOrder(int order) {
+    return order == 2 || order == 3;
+}
+
+int imageIndentOf(const cSysVar* record, int image, int order) {
+    if (record)
+        return isScopeOrder(order) ? kRecordIndentScopeOrders : kRecordIndentLetterThemeOrders;
+    if (isScopeOrder(order) && (image == rowimage::letter || image == rowimage::theme))
+        return kSecondLevelHeaderIndent;
+    return 0;
+}
+
+// The first count characters of text, never half of a surrogate pair.
+QString firstCharacters(const QString& text, int count) {
+    int units = 0;
+    for (int characters = 0; units < text.size() && characters < count; ++characters)
+        units += text[units].isHighSurrogate() && units + 1 < text.size() ? 2 : 1;
+    return text.left(units);
+}
+
+} // namespace
+
+QColor colourOfRef(std::uint32_t colourRef) {
+    return QColor(colourRef & 0xFF, (colourRef >> 8) & 0xFF, (colourRef >> 16) & 0xFF);
+}
+
+RowPalette RowPalette::of(const QPalette& palette) {
+    return {palette.color(QPalette::Active, QPalette::Base), palette.color(QPalette::Active, QPalette::Text),
+            palette.color(QPalette::Active, QPalette::Highlight),
+            palette.color(QPalette::Active, QPalette::HighlightedText)};
+}
+
+RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, int order, bool selected,
+                  const RowPalette& palette) {
+    RowLook look;
+    look.texts[0] = firstCharacters(text0, kMostCharacters);
+    look.image = image;
+    look.imageIndent = imageIndentOf(record, image, order);
+    for (int i = 0; i < 3; ++i) {
+        look.backgrounds[i] = palette.window;
+        look.foregrounds[i] = palette.windowText;
+    }
+    if (record) {
+        if (record->isReadOnly())
+            for (QColor& c : look.backgrounds)
+                c = colourOfRef(kReadOnlyBackground);
+        if (!record->isDrawingSpecific())
+            look.foregrounds[0] = colourOfRef(kGlobalNameColour);
+        look.texts[1] = QString::fromStdString(record->currentText);
+        look.texts[2] = QString::fromStdString(record->newText);
+        look.foregrounds[2] = colourOfRef(record->compareColour);
+    }
+    if (selected)
+        for (int i = 0; i < 3; ++i) {
+            look.backgrounds[i] = palette.highlight;
+            look.foregrounds[i] = palette.highlightText;
+        }
+    return look;
+}
+
+VarListDelegate::VarListDelegate(QAbstractItemView& view, const std::vector<QIcon>& images,
+                                 const std::int32_t& order, QObject* parent)
+    : QStyledItemDelegate(parent), m_view(view), m_images(images), m_order(order) {}
+
+RowLook VarListDelegate::lookAt(const QModelIndex& index, bool selected) const {
+    const QModelIndex first = index.siblingAtColumn(0);
+    const auto* record = static_cast<const cSysVar*>(first.data(kRowRecordRole).value<void*>());
+    return lookOfRow(first.data(Qt::DisplayRole).toString(), first.data(kRowImageRole).toInt(), record,
+                     m_order, selected, RowPalette::of(m_view.palette()));
+}
 
 void VarListDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                             const QModelIndex& index) const {
-    QStyleOptionViewItem opt(option);
-    if (index.column() == 0) {
-        const int image = index.data(kRowImageRole).toInt();
-        if (image >= 0 && image < static_cast<int>(m_dialog.rowImages.size()))
-            opt.icon = m_dialog.rowImages[image];
-        opt.features |= QStyleOptionViewItem::HasDecoration;
-        opt.decorationSize = QSize(16, 16);
-    }
-    QStyledItemDelegate::paint(painter, opt, index);
+    const int column = index.column();
+    if (column < 0 || column > 2)
+        return;
+    const RowLook look = lookAt(index, option.state & QStyle::State_Selected);
+    // Windows' edges: the cell Qt gives starts one pixel right of the list's own column edge.
+    const int left = option.rect.left() + kFirstEdge;
+    const int right = left + option.rect.width();
+    const int top = option.rect.top();
+    const int height = option.rect.height();
+
+    painter->save();
+    painter->fillRect(QRect(left, top, right - left + 1, height), look.backgrounds[column]);
+    if (column == 0 && look.image >= 0 && look.image < static_cast<int>(m_images.size()))
+        m_images[look.image].paint(painter,
+                                   QRect(left + kCellMargin + look.imageIndent, top, kImageSize, kImageSize));
+    const QRect clip(left + kCellMargin, top, std::max(0, right - left - kCellMargin), height);
+    painter->setClipRect(clip);
+    painter->setFont(option.font);
+    painter->setPen(look.foregrounds[column]);
+    painter->drawText(QRect(left + kCellMargin, top + kTextDrop, 1 << 20, height),
+                      Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, look.texts[column]);
+    painter->restore();
 }
 
-QVariantMap VarListDelegate::automationCell(const QModelIndex&) const {
-    return {};
+QVariantMap VarListDelegate::automationCell(const QModelIndex& index) const {
+    const int column = index.column();
+    if (!index.isValid() || column < 0 || column > 2)
+        return {};
+    const QItemSelectionModel* selection = m_view.selectionModel();
+    const bool selected = selection && selection->isSelected(index.siblingAtColumn(0));
+    const RowLook look = lookAt(index, selected);
+    return {{QStringLiteral("text"), look.texts[column]},
+            {QStringLiteral("background"), look.backgrounds[0]},
+            {QStringLiteral("foreground"), look.foregrounds[column]},
+            {QStringLiteral("image"), look.image}};
 }

@@ -7,6 +7,7 @@
 #include "dialogs/ModuleResources.h"
 #include "frame/cDocCntx.h"
 #include "settings/cMsgCatalog.h"
+#include "ValueEditing.h"
 #include "vars/LoadStep.h"
 #include "vars/TextHelpers.h"
 
@@ -23,12 +24,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QStandardItemModel>
 #include <QStatusBar>
-#include <QTextBlock>
-#include <QTextLayout>
 #include <QToolBar>
-#include <QTreeView>
 
 #include <algorithm>
 #include <new>
@@ -115,21 +112,14 @@ cDlgVarDesk::cDlgVarDesk(cDocCntx& context, QWidget* parent) : QDialog(parent), 
         if (const DialogControl* c = t.control(id))
             w->setGeometry(dialogUnitsToPixels(c->rect, base));
     };
-    listCtrl = new QTreeView(m_client);
+    listCtrl = new VarListView(m_client);
     placeControl(listCtrl, kList);
-    listCtrl->setRootIsDecorated(false);
-    listCtrl->setUniformRowHeights(true);
-    listCtrl->setItemsExpandable(false);
-    listCtrl->setAllColumnsShowFocus(true);
-    listCtrl->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    listCtrl->setSelectionBehavior(QAbstractItemView::SelectRows);
-    listCtrl->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    listCtrl->header()->setStretchLastSection(false);
-    listCtrl->header()->setSectionsMovable(false);
     // Columns narrow down to nothing, as the window system's do; a width of 0 is never stored.
     listCtrl->header()->setMinimumSectionSize(0);
-    m_model = new QStandardItemModel(0, 3, this);
+    m_model = new VarListModel(3, this);
     listCtrl->setModel(m_model);
+    connect(listCtrl, &VarListView::rowClicked, this, &cDlgVarDesk::OnListClick);
+    connect(listCtrl, &VarListView::rowStepping, this, &cDlgVarDesk::OnListStep);
 
     descriptionEdit = new QPlainTextEdit(m_client);
     placeControl(descriptionEdit, kDescription);
@@ -138,6 +128,7 @@ cDlgVarDesk::cDlgVarDesk(cDocCntx& context, QWidget* parent) : QDialog(parent), 
 
     valueEdit = new QLineEdit(m_client);
     placeControl(valueEdit, kValue);
+    m_editing = new ValueEditing(*listCtrl, *descriptionEdit, *valueEdit, currentVar, visibleLines, this);
 
     // Tab order as the template's: list, description, value field.
     setTabOrder(listCtrl, descriptionEdit);
@@ -355,18 +346,8 @@ void cDlgVarDesk::setStatusParts() {
     }
 }
 
-int cDlgVarDesk::descriptionLineCount() const {
-    int lines = 0;
-    for (QTextBlock block = descriptionEdit->document()->begin(); block.isValid(); block = block.next()) {
-        const QTextLayout* layout = block.layout();
-        lines += layout && layout->lineCount() > 0 ? layout->lineCount() : 1;
-    }
-    return lines;
-}
-
 void cDlgVarDesk::updateDescriptionScrollBar() {
-    descriptionEdit->setVerticalScrollBarPolicy(
-        descriptionLineCount() > visibleLines ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+    m_editing->updateScrollBar();
 }
 
 void cDlgVarDesk::LayoutControls() {
@@ -460,8 +441,7 @@ void cDlgVarDesk::SaveGeometry() {
                                                  &m_context.listCtrlThirdCol};
     for (int column = 0; column < 3; ++column) {
         const int width = listCtrl->isColumnHidden(column) ? 0 : listCtrl->columnWidth(column);
-        if (width != 0)
-            *stored[column] = std::clamp(width, kStoredColumnMin, kStoredColumnMax);
+        VarListView::storedWidth(width, *stored[column]);
     }
     if (toolTips) {
         delete toolTips;
@@ -518,8 +498,7 @@ void cDlgVarDesk::OnOK() {
 }
 
 void cDlgVarDesk::OnCancel() {
-    currentVar = nullptr;
-    listCtrl->setFocus(Qt::OtherFocusReason);
+    m_editing->cancel();
 }
 
 // ---- commands ----

@@ -1,6 +1,7 @@
 // cDlgVarDesk: the main dialog with menu, tool bar, list, description, value field and status bar.
 #pragma once
 #include "MainDialogIds.h"
+#include "VarListView.h"
 #include "vars/cSysVarList.h"
 
 #include <QDialog>
@@ -19,10 +20,9 @@ class QLineEdit;
 class QMenu;
 class QMenuBar;
 class QPlainTextEdit;
-class QStandardItemModel;
 class QStatusBar;
 class QToolBar;
-class QTreeView;
+class ValueEditing;
 class cDocCntx;
 
 // The one window of the command. It holds no lasting state: view, compare mode, order, the
@@ -48,7 +48,7 @@ public:
     ToolTipTable* toolTips = nullptr;                      // owned; null when none
     QPlainTextEdit* descriptionEdit = nullptr;             // 9003
     QLineEdit* valueEdit = nullptr;                        // 9004
-    QTreeView* listCtrl = nullptr;                         // 9002
+    VarListView* listCtrl = nullptr;                       // 9002
     std::vector<QIcon> rowImages;                          // the six row images
     QStatusBar* statusBar = nullptr;                       // 59393
     ReportList errorLines;                                 // log lines of the load step
@@ -98,6 +98,7 @@ public slots:
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
@@ -108,7 +109,10 @@ private:
     void placeFrameParts();
     void setStatusParts();
     void updateDescriptionScrollBar();
-    int descriptionLineCount() const;
+    // List events: a click, Up or Down onto a row, and a context menu at a screen point.
+    void OnListClick(cSysVar* record);
+    void OnListStep(cSysVar* record, bool single);
+    void OnContextMenu(const QPoint& screenPoint);
     void applyMenuMarks();
     void applyToolMarks();
     void onToolButton(int buttonId);
@@ -138,7 +142,8 @@ private:
     cDocCntx& m_context;
     QMenuBar* m_menuBar = nullptr;
     QWidget* m_client = nullptr;
-    QStandardItemModel* m_model = nullptr;
+    VarListModel* m_model = nullptr;
+    ValueEditing* m_editing = nullptr; // the two fields of the current record
     std::array<QLabel*, 3> m_panes{};
     std::map<int, QAction*> m_menuActions;
     std::vector<QMenu*> m_popups;

@@ -1,0 +1,85 @@
+// VarListModel: the rows of a variable list by view, compare mode and order, with their header rows.
+#pragma once
+#include "vars/cSysVarList.h"
+
+#include <QAbstractTableModel>
+#include <QStringList>
+
+#include <string>
+#include <vector>
+
+// Roles of column 0 of a list row: the row image's index and the record (a cSysVar*, null for a
+// header row).
+inline constexpr int kRowImageRole = Qt::UserRole + 1;
+inline constexpr int kRowRecordRole = Qt::UserRole + 2;
+
+// Indices into the row images, in the order the images are made.
+namespace rowimage {
+inline constexpr int drawing = 0; // a drawing-specific variable, and its scope header
+inline constexpr int global = 1;  // a global variable, and its scope header
+inline constexpr int letter = 4;  // a letter header
+inline constexpr int theme = 5;   // a theme header
+inline constexpr int count = 6;
+} // namespace rowimage
+
+// The indents of the three levels: leading blanks of the text of column 0, over which the row's
+// image is drawn.
+inline constexpr int kIndentBlanks[] = {7, 14, 21};
+
+// Which records get a row. Compare mode is tested first, so it narrows the user list too.
+struct RowFilter {
+    int view = 0;        // 0 all variables, 1 the user list
+    int compareMode = 0; // 1: only user-list records whose texts differ
+    bool passes(const cSysVar& record) const;
+};
+
+// One row as it is inserted: column 0's text with its indent, the image, and the record (null for
+// a header row). Columns 1 and 2 of a variable row are its currentText and newText.
+struct ListRow {
+    std::string text;
+    int image = 0;
+    cSysVar* record = nullptr;
+};
+
+// The rows of list in view order 0 to 3 (letters; themes; scope then letters; scope then themes)
+// for the records that pass filter. A header stands only ahead of a record that passed; an order
+// outside 0 to 3 gives no rows. Names that do not begin with "A" to "Z" have no row in the letter
+// orders; records of a theme that the list does not hold gather under TxDefaultTheme.
+std::vector<ListRow> buildListRows(const cSysVarList& list, int order, const RowFilter& filter);
+
+// The rows of a list control: three columns (or two, without the new value) whose cells are
+// written at insertion and by setData of a cell, and whose header texts are set by the owner.
+class VarListModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    explicit VarListModel(int columns, QObject* parent = nullptr);
+
+    // Replaces all rows at once.
+    void setRows(const std::vector<ListRow>& rows);
+    void clearRows();
+    void setHeaderTexts(const QStringList& texts);
+
+    // The record of row, or null for a header row and a row that does not exist.
+    cSysVar* recordAt(int row) const;
+    // The row of record, or -1.
+    int rowOf(const cSysVar* record) const;
+    // The text of a cell as the row holds it; empty for a cell that does not exist.
+    QString cellText(int row, int column) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    struct Row {
+        QString texts[3];
+        int image = 0;
+        cSysVar* record = nullptr;
+    };
+    int m_columns;
+    std::vector<Row> m_rows;
+    QStringList m_headers;
+};

@@ -1,0 +1,142 @@
+// VarListView: the list control of the variable rows: clicks, Up and Down, letter keys, selection.
+#include "VarListView.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::int32_t kFirstColumnLeast = 46; // room for the image of a level-one header
+constexpr std::int32_t kColumnLeast = 20;
+constexpr std::int32_t kColumnMost = 1200;
+
+} // namespace
+
+VarListView::VarListView(QWidget* parent) : QTreeView(parent) {
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    setItemsExpandable(false);
+    setAllColumnsShowFocus(true);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setTabKeyNavigation(false);
+    header()->setStretchLastSection(false);
+    header()->setSectionsMovable(false);
+}
+
+VarListModel* VarListView::rowModel() const {
+    return qobject_cast<VarListModel*>(model());
+}
+
+void VarListView::fillRows(const std::vector<ListRow>& rows) {
+    VarListModel* rowsModel = rowModel();
+    if (!rowsModel)
+        return;
+    rowsModel->setRows(rows);
+    QItemSelection selection;
+    for (int row = 0; row < rowsModel->rowCount(); ++row) {
+        cSysVar* record = rowsModel->recordAt(row);
+        if (record && record->isSelected()) {
+            selection.select(rowsModel->index(row, 0), rowsModel->index(row, rowsModel->columnCount() - 1));
+            record->clearSelected();
+        }
+    }
+    if (!selection.isEmpty())
+        selectionModel()->select(selection, QItemSelectionModel::Select);
+}
+
+void VarListView::rememberSelection() {
+    VarListModel* rowsModel = rowModel();
+    if (!rowsModel)
+        return;
+    for (int row = 0; row < rowsModel->rowCount(); ++row) {
+        cSysVar* record = rowsModel->recordAt(row);
+        if (!record)
+            continue;
+        if (selectionModel()->isSelected(rowsModel->index(row, 0)))
+            record->setSelected();
+        else
+            record->clearSelected();
+    }
+}
+
+int VarListView::selectedCount() const {
+    return selectionModel() ? static_cast<int>(selectionModel()->selectedRows().size()) : 0;
+}
+
+cSysVar* VarListView::focusedRecord() const {
+    VarListModel* rowsModel = rowModel();
+    return rowsModel ? rowsModel->recordAt(currentIndex().row()) : nullptr;
+}
+
+std::int32_t VarListView::clampedStartWidth(int column, std::int32_t width) {
+    if (width > kColumnMost)
+        return kColumnMost;
+    return std::max(width, column == 0 ? kFirstColumnLeast : kColumnLeast);
+}
+
+bool VarListView::storedWidth(int width, std::int32_t& stored) {
+    if (width == 0)
+        return false;
+    stored = std::clamp<std::int32_t>(width, kColumnLeast, kColumnMost);
+    return true;
+}
+
+void VarListView::mouseReleaseEvent(QMouseEvent* event) {
+    QTreeView::mouseReleaseEvent(event);
+    if (event->button() != Qt::LeftButton)
+        return;
+    VarListModel* rowsModel = rowModel();
+    cSysVar* record = nullptr;
+    if (rowsModel && selectedCount() == 1)
+        record = rowsModel->recordAt(indexAt(event->position().toPoint()).row());
+    emit rowClicked(record);
+}
+
+void VarListView::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    if (plain && key >= Qt::Key_A && key <= Qt::Key_Z) {
+        goToLetter(QChar('A' + (key - Qt::Key_A)));
+        return;
+    }
+    if (key == Qt::Key_Up || key == Qt::Key_Down) {
+        // Told before the view moves the focus, as the row that is about to get it.
+        VarListModel* rowsModel = rowModel();
+        const int next = currentIndex().row() + (key == Qt::Key_Down ? 1 : -1);
+        if (rowsModel && next >= 0 && next < rowsModel->rowCount())
+            emit rowStepping(rowsModel->recordAt(next), selectedCount() <= 1);
+    }
+    QTreeView::keyPressEvent(event);
+}
+
+void VarListView::goToLetter(QChar letter) {
+    VarListModel* rowsModel = rowModel();
+    if (!rowsModel)
+        return;
+    const int count = rowsModel->rowCount();
+    const int start = currentIndex().isValid() ? currentIndex().row() + 1 : 0;
+    if (start >= count)
+        return;
+    int row = start;
+    bool wrapped = false;
+    while (true) {
+        const QString text = rowsModel->cellText(row, 0).trimmed();
+        if (!text.isEmpty() && text[0].toUpper() == letter) {
+            const QModelIndex index = rowsModel->index(row, 0);
+            scrollTo(index);
+            selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+            return;
+        }
+        if (++row >= count) {
+            if (wrapped)
+                return;
+            wrapped = true;
+            row = 0;
+        }
+    }
+}
