@@ -91,6 +91,8 @@ void cDlgInfo::OnInitDialog() {
         move(frame.topLeft());
     }
 
+    // Measured with the font the label will paint with, which is only settled once it is polished.
+    m_title->ensurePolished();
     const QFontMetrics metrics = m_title->fontMetrics();
     int widest = 0;
     for (const std::string* line : {&m_titleLine, &m_versionLine, &m_commandLine, &m_copyrightLine})
@@ -102,6 +104,16 @@ void cDlgInfo::OnInitDialog() {
         m_ok->move((widest - ok.width() + 88) / 2, ok.y());
         for (QLabel* label : {m_title, m_version, m_command, m_copyright})
             label->setGeometry(78, label->y(), widest, label->height());
+        // The texts now start at a fixed pixel column, while the picture was laid out in dialog
+        // units: with a font wider than the template's, it would reach under the texts.
+        if (auto* picture = findChild<QLabel*>(QString::number(kIdPicture))) {
+            QRect rect = picture->geometry();
+            if (rect.right() >= 78 - kPictureGap) {
+                rect.setRight(78 - kPictureGap - 1);
+                picture->setGeometry(rect);
+                picture->setPixmap(moduleBitmap(kBitmapId, rect.size()));
+            }
+        }
     }
 
     setWindowTitle(QString::fromStdString(gMsg.TiDlgInfo));

@@ -24,6 +24,8 @@ public:
     static constexpr int kIdPicture = 1204;
     // Texts no wider than this keep the template's layout.
     static constexpr int kNarrowTextWidth = 80;
+    static constexpr int kPictureGap = 4; // pixels between the picture and the widened texts
+    static constexpr int kBitmapId = 1098;
 
     cDlgInfo(std::string titleLine, std::string versionLine, std::string commandLine,
              std::string copyrightLine, QWidget* parent = nullptr);
