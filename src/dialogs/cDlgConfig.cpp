@@ -1,0 +1,283 @@
+// cDlgConfig: the configuration dialog for the two paths of the system, the AVL file and the editor.
+#include "cDlgConfig.h"
+
+#include "CEditEx.h"
+#include "DialogRoutines.h"
+#include "DialogTemplate.h"
+#include "frame/cDocCntx.h"
+#include "settings/cMsgCatalog.h"
+#include "settings/HelpService.h"
+#include "vars/TextHelpers.h"
+
+#include "hostui.h"
+#include "UiServices.h"
+
+#include <QFocusEvent>
+#include <QFontMetrics>
+#include <QLabel>
+#include <QPushButton>
+#include <QResizeEvent>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <optional>
+#include <type_traits>
+
+namespace {
+
+constexpr int kMargin = 10;
+// Room between a label's text and its field.
+constexpr int kLabelGap = 4;
+
+QString qs(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+template <typename Control>
+Control* makeControl(QWidget* parent, const DialogTemplate& t, int id, const DialogBaseUnits& base) {
+    auto* control = new Control(parent);
+    control->setObjectName(QString::number(id));
+    if (const DialogControl* c = t.control(id)) {
+        control->setGeometry(dialogUnitsToPixels(c->rect, base));
+        if constexpr (!std::is_same_v<Control, CEditEx>)
+            control->setText(c->text);
+    }
+    return control;
+}
+
+// Whether the platform can give the file's status: the one test of a path here.
+bool hasFileStatus(const std::string& path) {
+    struct stat status {};
+    return !path.empty() && ::stat(path.c_str(), &status) == 0;
+}
+
+int bottomOf(const QWidget* w) {
+    return w->y() + w->height();
+}
+
+} // namespace
+
+cDlgConfig::cDlgConfig(cDocCntx& context, QWidget* parent)
+    : QDialog(parent), avlPath(context.avlFilePath), editorPath(context.editorPath), m_context(context) {
+    setProperty("templateId", kTemplateId);
+    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+    setSizeGripEnabled(false);
+
+    DialogTemplate t;
+    loadDialogTemplate(kTemplateId, t); // without it the controls start at 0; the layout places them
+    const QFont font = dialogFontOf(t);
+    setFont(font);
+    const DialogBaseUnits base = baseUnitsOf(font);
+    resize(dialogUnitsToPixels(t.size, base));
+    setWindowTitle(t.title);
+
+    m_ok = makeControl<QPushButton>(this, t, kIdOk, base);
+    m_ok->setDefault(true);
+    m_cancel = makeControl<QPushButton>(this, t, kIdCancel, base);
+    m_help = makeControl<QPushButton>(this, t, kIdHelp, base);
+    m_avlLabel = makeControl<QLabel>(this, t, kIdAvlLabel, base);
+    m_avlField = makeControl<CEditEx>(this, t, kIdAvlPath, base);
+    m_avlBrowse = makeControl<QPushButton>(this, t, kIdAvlBrowse, base);
+    m_editorLabel = makeControl<QLabel>(this, t, kIdEditorLabel, base);
+    m_editorField = makeControl<CEditEx>(this, t, kIdEditorPath, base);
+    m_editorBrowse = makeControl<QPushButton>(this, t, kIdEditorBrowse, base);
+    for (QLabel* label : {m_avlLabel, m_editorLabel})
+        label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    // The browse buttons take no part in Enter: only 1014 is the default.
+    for (QPushButton* button : {m_ok, m_cancel, m_help, m_avlBrowse, m_editorBrowse})
+        button->setAutoDefault(false);
+
+    connect(m_ok, &QPushButton::clicked, this, &cDlgConfig::accept);
+    connect(m_cancel, &QPushButton::clicked, this, &cDlgConfig::reject);
+    connect(m_help, &QPushButton::clicked, this, [] { ShowHelp("VarDesk", "ConfigDialog"); });
+    connect(m_avlBrowse, &QPushButton::clicked, this, &cDlgConfig::OnBrowseAvl);
+    connect(m_editorBrowse, &QPushButton::clicked, this, &cDlgConfig::OnBrowseEditor);
+    for (CEditEx* field : {m_avlField, m_editorField}) {
+        connect(field, &CEditEx::keyNotify, this, &cDlgConfig::OnPathKey, Qt::DirectConnection);
+        field->installEventFilter(this);
+    }
+}
+
+// ---- start and end ----
+
+void cDlgConfig::setVisible(bool visible) {
+    if (visible && !m_initialised) {
+        m_initialised = true;
+        OnInitDialog();
+    }
+    QDialog::setVisible(visible);
+}
+
+void cDlgConfig::OnInitDialog() {
+    PlaceWindow(m_context.configPosX, m_context.configPosY, m_context.configSizeX, m_context.configSizeY,
+                this);
+    SetDialogIcon(this);
+
+    setWindowTitle(qs(gMsg.TiConfig));
+    m_ok->setText(qs(gMsg.RsBtnOk));
+    m_cancel->setText(qs(gMsg.RsBtnCancel));
+    m_help->setText(qs(gMsg.RsBtnHelp));
+    m_avlField->setText(qs(avlPath));
+    m_editorField->setText(qs(editorPath));
+
+    // The fields of both rows begin at the wider of the two labels; a label's room is its text
+    // behind the left margin, and a small gap before the field.
+    m_avlLabel->setText(qs(gMsg.RsStcAVL));
+    m_editorLabel->setText(qs(gMsg.RsStcEditor));
+    const QFontMetrics metrics(m_avlLabel->font());
+    const int avlWidth = metrics.horizontalAdvance(m_avlLabel->text());
+    const int editorWidth = metrics.horizontalAdvance(m_editorLabel->text());
+    labelWidth = kMargin + std::max(avlWidth, editorWidth) + kLabelGap;
+
+    const int h = m_avlLabel->height();
+    m_avlLabel->setGeometry(kMargin, kMargin, labelWidth - kMargin, h);
+    m_editorLabel->setGeometry(kMargin, h + 2 * kMargin, labelWidth - kMargin, h);
+
+    LayoutControls();
+}
+
+void cDlgConfig::accept() {
+    // A click on OK takes the focus from a path field first, and that takes the field's text over.
+    if (QWidget* focused = focusWidget(); focused == m_avlField || focused == m_editorField) {
+        auto* field = static_cast<CEditEx*>(focused);
+        m_ok->setFocus(Qt::MouseFocusReason);
+        workingPathOf(field) = field->text().toStdString();
+    }
+
+    const bool avlMissing = !hasFileStatus(avlPath);
+    if (!avlMissing)
+        m_context.avlFilePath = avlPath;
+    const bool editorMissing = !hasFileStatus(editorPath);
+    if (!editorMissing)
+        m_context.editorPath = editorPath;
+
+    if (avlMissing || editorMissing) {
+        std::string question;
+        if (avlMissing && editorMissing)
+            question = formatText("%s %s %s %s %s", avlPath.c_str(), gMsg.Tx_and.c_str(), editorPath.c_str(),
+                                  gMsg.TxDoNotExist.c_str(), gMsg.TxAssume.c_str());
+        else
+            question = formatText("%s %s %s", (avlMissing ? avlPath : editorPath).c_str(),
+                                  gMsg.TxDoesNotExist.c_str(), gMsg.TxAssume.c_str());
+        kova::BoxAnswer answer = kova::BoxAnswer::No;
+        if (kova::UiServices* ui = acHostUiServices())
+            answer = ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, question,
+                                    kova::BoxButtons::YesNo);
+        if (answer == kova::BoxAnswer::Yes) {
+            m_context.avlFilePath = avlPath;
+            m_context.editorPath = editorPath;
+        }
+    }
+
+    // There is no way back into the dialog from the question.
+    SaveRect();
+    QDialog::done(QDialog::Accepted);
+}
+
+void cDlgConfig::reject() {
+    SaveRect();
+    QDialog::done(QDialog::Rejected);
+}
+
+void cDlgConfig::SaveRect() {
+    storeWindowRect(*this, m_context.configPosX, m_context.configPosY, m_context.configSizeX,
+                    m_context.configSizeY);
+}
+
+// ---- the path fields ----
+
+std::string& cDlgConfig::workingPathOf(const CEditEx* field) {
+    return field == m_avlField ? avlPath : editorPath;
+}
+
+bool cDlgConfig::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_avlField || watched == m_editorField) {
+        auto* field = static_cast<CEditEx*>(watched);
+        if (event->type() == QEvent::FocusIn) {
+            // Posted, so that the click that brought the focus does not undo the selection.
+            QMetaObject::invokeMethod(field, &QLineEdit::selectAll, Qt::QueuedConnection);
+        } else if (event->type() == QEvent::FocusOut) {
+            workingPathOf(field) = field->text().toStdString();
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void cDlgConfig::OnPathKey(const EditKeyNotification& notification) {
+    auto* field = static_cast<CEditEx*>(notification.sender);
+    if (field != m_avlField && field != m_editorField)
+        return;
+    if (notification.key == kVirtualKeyReturn) {
+        m_ok->setFocus(Qt::OtherFocusReason);
+        workingPathOf(field) = field->text().toStdString();
+    } else if (notification.key == kVirtualKeyEscape) {
+        // The field's loss of focus comes first and takes its text over, so Escape keeps what was
+        // typed; it only leaves the field.
+        m_cancel->setFocus(Qt::OtherFocusReason);
+        field->setText(qs(workingPathOf(field)));
+    }
+}
+
+void cDlgConfig::browse(CEditEx* field, const std::string& filterName, const std::string& extension) {
+    kova::UiServices* ui = acHostUiServices();
+    if (!ui)
+        return;
+    const std::string filter =
+        MakeFilterEntry(filterName, extension, false) + MakeFilterEntry(gMsg.FiAll, "*", true);
+    std::string& path = workingPathOf(field);
+    const std::optional<std::string> chosen =
+        ui->fileDialog(kova::FileDialogKind::Open, filter, path, extension);
+    if (!chosen)
+        return;
+    path = *chosen;
+    field->setText(qs(path));
+}
+
+void cDlgConfig::OnBrowseAvl() {
+    browse(m_avlField, gMsg.FiAcadVarList, "avl");
+}
+
+void cDlgConfig::OnBrowseEditor() {
+    browse(m_editorField, gMsg.FiExecutables, "exe");
+}
+
+// ---- layout ----
+
+void cDlgConfig::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    if (m_initialised)
+        LayoutControls();
+}
+
+void cDlgConfig::LayoutControls() {
+    const int bw = m_ok->width();
+    const int bh = m_ok->height();
+    const int clientRight = width();
+
+    const int rowTop = bottomOf(m_editorLabel) + kMargin;
+    const QRect ok(kMargin, rowTop, bw, bh);
+    const QRect cancel(bw + 2 * kMargin, rowTop, bw, bh);
+    // A narrow dialog lets Help follow Cancel, past the right edge if need be.
+    const bool wide = clientRight > 3 * bw + 40;
+    const QRect help(wide ? clientRight - kMargin - bw : cancel.x() + bw + kMargin, rowTop, bw, bh);
+
+    // The browse buttons keep their widths and end where Help ends, each in its label's row.
+    auto besideLabel = [&help](const QWidget* button, const QWidget* label) {
+        return QRect(help.x() + help.width() - button->width(), label->y(), button->width(), label->height());
+    };
+    const QRect avlBrowse = besideLabel(m_avlBrowse, m_avlLabel);
+    const QRect editorBrowse = besideLabel(m_editorBrowse, m_editorLabel);
+    const QRect avlField(labelWidth, m_avlLabel->y(), avlBrowse.x() - kMargin - labelWidth,
+                         m_avlLabel->height());
+    const QRect editorField(labelWidth, m_editorLabel->y(), editorBrowse.x() - kMargin - labelWidth,
+                            m_editorLabel->height());
+
+    m_ok->setGeometry(ok);
+    m_cancel->setGeometry(cancel);
+    m_help->setGeometry(help);
+    m_avlBrowse->setGeometry(avlBrowse);
+    m_editorBrowse->setGeometry(editorBrowse);
+    m_avlField->setGeometry(avlField);
+    m_editorField->setGeometry(editorField);
+}

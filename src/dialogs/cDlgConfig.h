@@ -1,0 +1,74 @@
+// cDlgConfig: the configuration dialog for the two paths of the system, the AVL file and the editor.
+#pragma once
+#include <QDialog>
+
+#include <cstdint>
+#include <string>
+
+class CEditEx;
+class QLabel;
+class QPushButton;
+class cDocCntx;
+struct EditKeyNotification;
+
+// Built from template 1118. Works on copies of the AVL path and the editor path and stores them
+// in the context only on OK: a path the file system knows is stored at once, and when one is
+// missing the user is asked whether to take both all the same. OK ends the dialog after either
+// answer. The rectangle is stored at every end.
+class cDlgConfig : public QDialog {
+    Q_OBJECT
+public:
+    static constexpr int kTemplateId = 1118;
+    static constexpr int kIdOk = 1014;
+    static constexpr int kIdCancel = 1013;
+    static constexpr int kIdHelp = 3;
+    static constexpr int kIdAvlLabel = 1008;
+    static constexpr int kIdAvlPath = 1010;
+    static constexpr int kIdAvlBrowse = 1000;
+    static constexpr int kIdEditorLabel = 1009;
+    static constexpr int kIdEditorPath = 1011;
+    static constexpr int kIdEditorBrowse = 1001;
+
+    // Copies the two paths from context, which must outlive the dialog.
+    explicit cDlgConfig(cDocCntx& context, QWidget* parent = nullptr);
+
+    std::int32_t labelWidth = 0; // the wider label text in pixels; 0 until the start measured it
+    std::string avlPath;         // the working paths
+    std::string editorPath;
+
+    // The file dialogs of the two browse buttons: the choice becomes the working path and the
+    // field's text; a cancel changes nothing.
+    void OnBrowseAvl();
+    void OnBrowseEditor();
+
+    void setVisible(bool visible) override;
+
+public slots:
+    void accept() override; // the OK step (button 1014 and Enter)
+    void reject() override; // button 1013, Escape and the close box
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void OnInitDialog();
+    void LayoutControls();
+    void SaveRect();
+    void OnPathKey(const EditKeyNotification& notification);
+    // The working path that field edits.
+    std::string& workingPathOf(const CEditEx* field);
+    void browse(CEditEx* field, const std::string& filterName, const std::string& extension);
+
+    cDocCntx& m_context;
+    bool m_initialised = false;
+    QPushButton* m_ok = nullptr;
+    QPushButton* m_cancel = nullptr;
+    QPushButton* m_help = nullptr;
+    QPushButton* m_avlBrowse = nullptr;
+    QPushButton* m_editorBrowse = nullptr;
+    QLabel* m_avlLabel = nullptr;
+    QLabel* m_editorLabel = nullptr;
+    CEditEx* m_avlField = nullptr;
+    CEditEx* m_editorField = nullptr;
+};

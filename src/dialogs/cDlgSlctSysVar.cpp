@@ -1,0 +1,315 @@
+// cDlgSlctSysVar: the selection dialog, through which variables enter the user list.
+#include "cDlgSlctSysVar.h"
+
+#include "DialogRoutines.h"
+#include "dialogs/main/VarListDelegate.h"
+#include "dialogs/main/VarListModel.h"
+#include "dialogs/main/VarListView.h"
+#include "DialogTemplate.h"
+#include "frame/cDocCntx.h"
+#include "ModuleResources.h"
+#include "settings/cMsgCatalog.h"
+#include "settings/HelpService.h"
+
+#include "hostui.h"
+#include "UiServices.h"
+
+#include <QAction>
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QPushButton>
+#include <QResizeEvent>
+
+#include <algorithm>
+#include <new>
+
+namespace {
+
+constexpr int kMargin = 10;
+constexpr int kIconButtonGap = 4;
+constexpr int kIconSize = 16;
+
+// Row images in their order: drawing-specific, global, the two scope orders, letter, theme.
+constexpr int kRowIcons[rowimage::count] = {1074, 1102, 1110, 1111, 1072, 1073};
+
+QString qs(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+QPushButton* makeButton(QWidget* parent, const DialogTemplate& t, int id, const DialogBaseUnits& base) {
+    auto* button = new QPushButton(parent);
+    button->setObjectName(QString::number(id));
+    if (const DialogControl* c = t.control(id)) {
+        button->setGeometry(dialogUnitsToPixels(c->rect, base));
+        if (c->kind != QLatin1String("iconbutton"))
+            button->setText(c->text);
+    }
+    return button;
+}
+
+} // namespace
+
+cDlgSlctSysVar::cDlgSlctSysVar(cDocCntx& context, QWidget* parent) : QDialog(parent), m_context(context) {
+    setProperty("templateId", kTemplateId);
+    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+    setSizeGripEnabled(false);
+
+    DialogTemplate t;
+    loadDialogTemplate(kTemplateId, t); // without it the controls start at 0; the layout places them
+    const QFont font = dialogFontOf(t);
+    setFont(font);
+    const DialogBaseUnits base = baseUnitsOf(font);
+    resize(dialogUnitsToPixels(t.size, base));
+    setWindowTitle(t.title);
+
+    m_ok = makeButton(this, t, kIdOk, base);
+    m_ok->setDefault(true);
+    m_cancel = makeButton(this, t, kIdCancel, base);
+    m_help = makeButton(this, t, kIdHelp, base);
+    m_find = makeButton(this, t, kIdFind, base);
+
+    listCtrl = new VarListView(this);
+    listCtrl->setObjectName(QString::number(kIdList));
+    if (const DialogControl* c = t.control(kIdList))
+        listCtrl->setGeometry(dialogUnitsToPixels(c->rect, base));
+    // Columns narrow down to nothing, as the window system's do; a width of 0 is never stored.
+    listCtrl->header()->setMinimumSectionSize(0);
+    m_model = new VarListModel(2, this);
+    listCtrl->setModel(m_model);
+
+    m_markAll = makeButton(this, t, kIdMarkAll, base);
+    m_invert = makeButton(this, t, kIdInvert, base);
+
+    connect(m_ok, &QPushButton::clicked, this, &cDlgSlctSysVar::accept);
+    connect(m_cancel, &QPushButton::clicked, this, &cDlgSlctSysVar::reject);
+    connect(m_help, &QPushButton::clicked, this, [] { ShowHelp("VarDesk", "AddDialog"); });
+    connect(m_find, &QPushButton::clicked, this, &cDlgSlctSysVar::OnFind);
+    connect(m_markAll, &QPushButton::clicked, this, &cDlgSlctSysVar::OnMarkAll);
+    connect(m_invert, &QPushButton::clicked, this, &cDlgSlctSysVar::OnInvert);
+}
+
+cDlgSlctSysVar::~cDlgSlctSysVar() {
+    delete contextMenu;
+}
+
+// ---- start and end ----
+
+void cDlgSlctSysVar::setVisible(bool visible) {
+    if (visible && !m_initialised) {
+        m_initialised = true;
+        OnInitDialog();
+    }
+    QDialog::setVisible(visible);
+}
+
+void cDlgSlctSysVar::OnInitDialog() {
+    lastClientRect = QRect(0, 0, 0, 0);
+    PlaceWindow(m_context.selectionPosX, m_context.selectionPosY, m_context.selectionSizeX,
+                m_context.selectionSizeY, this);
+
+    m_help->setText(qs(gMsg.RsBtnHelp));
+    m_find->setText(qs(gMsg.RsBtnSearch));
+    m_cancel->setText(qs(gMsg.RsBtnCancel));
+    m_ok->setText(qs(gMsg.RsBtnOk));
+
+    // Plain icon buttons; a picture that can't be had leaves its button without one.
+    for (auto [button, icon] : {std::pair{m_markAll, kIconMarkAll}, std::pair{m_invert, kIconInvert}}) {
+        button->setText(QString());
+        button->setIconSize(QSize(kIconSize, kIconSize));
+        button->setIcon(moduleIcon(icon));
+    }
+
+    setWindowTitle(qs(gMsg.TiSlctSysVar));
+    m_markAll->setToolTip(qs(gMsg.MnSelectAll));
+    m_invert->setToolTip(qs(gMsg.MnInverse));
+    SetDialogIcon(this);
+
+    contextMenu = new (std::nothrow) QMenu(this);
+    if (contextMenu) {
+        const std::pair<int, const std::string*> entries[] = {{kCmdSelectAll, &gMsg.MnSelectAll},
+                                                              {kCmdInverse, &gMsg.MnInverse}};
+        for (const auto& [id, text] : entries) {
+            QAction* action = contextMenu->addAction(qs(*text));
+            action->setObjectName(QString::number(id));
+            connect(action, &QAction::triggered, this,
+                    id == kCmdSelectAll ? &cDlgSlctSysVar::OnMarkAll : &cDlgSlctSysVar::OnInvert);
+        }
+    }
+
+    SetupList();
+    FillList();
+
+    // A hidden window gets its size event only when shown: lay out for the present size now.
+    LayoutControls();
+    listCtrl->setFocus(Qt::OtherFocusReason);
+}
+
+void cDlgSlctSysVar::SetupList() {
+    rowImages.clear();
+    for (int icon : kRowIcons)
+        rowImages.push_back(moduleIcon(icon));
+    if (!qobject_cast<VarListDelegate*>(listCtrl->itemDelegate()))
+        listCtrl->setItemDelegate(new VarListDelegate(*listCtrl, rowImages, m_context.viewOrder, listCtrl));
+
+    m_context.listCtrl2FirstCol = std::clamp(m_context.listCtrl2FirstCol, kFirstColumnLeast, kColumnMost);
+    m_context.listCtrl2SecCol = std::clamp(m_context.listCtrl2SecCol, kSecondColumnLeast, kColumnMost);
+    m_model->clearRows();
+    m_model->setHeaderTexts({qs(gMsg.ClVariable), qs(gMsg.ClAcadValue)});
+    listCtrl->setColumnWidth(0, m_context.listCtrl2FirstCol);
+    listCtrl->setColumnWidth(1, m_context.listCtrl2SecCol);
+}
+
+void cDlgSlctSysVar::FillList() {
+    listCtrl->setUpdatesEnabled(false);
+    listCtrl->fillRows(buildListRows(m_context.varList, m_context.viewOrder, RowFilter{0, 0}));
+    listCtrl->setUpdatesEnabled(true);
+    listCtrl->viewport()->repaint();
+}
+
+void cDlgSlctSysVar::accept() {
+    // Only adds: rows that are not selected leave their variables as they are.
+    const QItemSelectionModel* selection = listCtrl->selectionModel();
+    for (int row = 0; row < m_model->rowCount(); ++row)
+        if (cSysVar* record = m_model->recordAt(row))
+            if (selection->isSelected(m_model->index(row, 0)))
+                record->setInUserList();
+    SaveGeometry();
+    QDialog::done(QDialog::Accepted);
+}
+
+void cDlgSlctSysVar::reject() {
+    SaveGeometry();
+    QDialog::done(QDialog::Rejected);
+}
+
+void cDlgSlctSysVar::SaveGeometry() {
+    storeWindowRect(*this, m_context.selectionPosX, m_context.selectionPosY, m_context.selectionSizeX,
+                    m_context.selectionSizeY);
+    const int first = listCtrl->isColumnHidden(0) ? 0 : listCtrl->columnWidth(0);
+    if (first != 0)
+        m_context.listCtrl2FirstCol = std::clamp<std::int32_t>(first, kFirstColumnLeast, kColumnMost);
+    const int second = listCtrl->isColumnHidden(1) ? 0 : listCtrl->columnWidth(1);
+    if (second != 0)
+        m_context.listCtrl2SecCol = std::clamp<std::int32_t>(second, kSecondColumnLeast, kColumnMost);
+    // A second saving on the way out must find no menu.
+    delete contextMenu;
+    contextMenu = nullptr;
+}
+
+// ---- selection ----
+
+void cDlgSlctSysVar::OnMarkAll() {
+    QItemSelection on;
+    for (int row = 0; row < m_model->rowCount(); ++row)
+        if (m_model->recordAt(row))
+            on.select(m_model->index(row, 0), m_model->index(row, m_model->columnCount() - 1));
+    listCtrl->selectionModel()->select(on, QItemSelectionModel::ClearAndSelect);
+    listCtrl->setFocus(Qt::OtherFocusReason);
+}
+
+void cDlgSlctSysVar::OnInvert() {
+    QItemSelectionModel* selection = listCtrl->selectionModel();
+    QItemSelection on;
+    for (int row = 0; row < m_model->rowCount(); ++row)
+        if (m_model->recordAt(row) && !selection->isSelected(m_model->index(row, 0)))
+            on.select(m_model->index(row, 0), m_model->index(row, m_model->columnCount() - 1));
+    selection->select(on, QItemSelectionModel::ClearAndSelect);
+    listCtrl->setFocus(Qt::OtherFocusReason);
+}
+
+// ---- search ----
+
+void cDlgSlctSysVar::OnFind() {
+    auto* find = new (std::nothrow) DlgFind2(m_context);
+    if (!find)
+        return;
+    find->setOwner(this); // the search walks all variables: no limit to the user list
+    if (kova::UiServices* ui = acHostUiServices())
+        ui->runModal(*find);
+    else
+        find->exec();
+    delete find;
+}
+
+void cDlgSlctSysVar::onFindNotify(const FindNotification& notification) {
+    // The refill drops the selection made by hand and selects the search's records.
+    FillList();
+    QList<int> selectedRows;
+    for (const QModelIndex& index : listCtrl->selectionModel()->selectedRows())
+        selectedRows.push_back(index.row());
+    std::sort(selectedRows.begin(), selectedRows.end());
+    const int row = DlgFind2::rowToShow(selectedRows, notification.value);
+    if (row >= 0)
+        listCtrl->scrollTo(m_model->index(row, 0));
+}
+
+// ---- layout and context menu ----
+
+void cDlgSlctSysVar::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    if (m_initialised)
+        LayoutControls();
+}
+
+void cDlgSlctSysVar::LayoutControls() {
+    if (rect() == lastClientRect)
+        return;
+    lastClientRect = rect();
+    listCtrl->setUpdatesEnabled(false);
+
+    const int bw = m_find->width();
+    const int bh = m_find->height();
+    const int iw = m_markAll->width();
+    const int cw = width();
+    const int ch = height();
+
+    int rowTop = 0;
+    int listBottom = 0;
+    if (ch > 3 * bh + 30) {
+        rowTop = ch - kMargin - bh;
+        listBottom = rowTop - kMargin;
+    } else {
+        // Too low: the list keeps two button heights, and the row stands below it, fitting or not.
+        listBottom = kMargin + 2 * bh;
+        rowTop = listBottom + kMargin;
+    }
+
+    const QRect list(kMargin, kMargin, cw - 2 * kMargin, listBottom - kMargin);
+    const QRect find(kMargin, rowTop, bw, bh);
+    const QRect markAll(find.x() + bw + kMargin, rowTop, bh, bh);
+    const QRect invert(markAll.x() + bh + kIconButtonGap, rowTop, bh, bh);
+    QRect ok, cancel, help;
+    if (cw > 2 * (iw + 2 * bw) + 62) {
+        help = QRect(cw - kMargin - bw, rowTop, bw, bh);
+        cancel = QRect(help.x() - kMargin - bw, rowTop, bw, bh);
+        ok = QRect(cancel.x() - kMargin - bw, rowTop, bw, bh);
+    } else {
+        ok = QRect(invert.x() + bh + kMargin, rowTop, bw, bh);
+        cancel = QRect(ok.x() + bw + kMargin, rowTop, bw, bh);
+        help = QRect(cancel.x() + bw + kMargin, rowTop, bw, bh);
+    }
+
+    listCtrl->setGeometry(list);
+    m_ok->setGeometry(ok);
+    m_cancel->setGeometry(cancel);
+    m_find->setGeometry(find);
+    m_help->setGeometry(help);
+    m_markAll->setGeometry(markAll);
+    m_invert->setGeometry(invert);
+
+    listCtrl->setUpdatesEnabled(true);
+    repaint();
+}
+
+void cDlgSlctSysVar::contextMenuEvent(QContextMenuEvent* event) {
+    event->accept();
+    if (!contextMenu)
+        return;
+    // Strictly inside: a point on any edge of the list opens nothing.
+    const QPoint p = event->globalPos();
+    const QRect list(listCtrl->mapToGlobal(QPoint(0, 0)), listCtrl->size());
+    if (p.x() > list.left() && p.x() < list.left() + list.width() && p.y() > list.top() &&
+        p.y() < list.top() + list.height())
+        contextMenu->exec(p);
+}
