@@ -95,10 +95,12 @@ TEST_F(BatchConsoleTest, QuotedArgumentsKeepBlanks) {
     EXPECT_NE(text.find("Achse \"B\""), std::string::npos) << text;
 }
 
-TEST_F(BatchConsoleTest, UnreadableScriptIsReported) {
+TEST_F(BatchConsoleTest, UnreadableScriptAndDictWithoutDrawingAreReported) {
     std::string error;
     EXPECT_FALSE(console.loadScript("/no/such/script.scr", error));
     EXPECT_NE(error.find("/no/such/script.scr"), std::string::npos);
+    EXPECT_EQ(run("DICT\n"), BatchExit::Completed);
+    EXPECT_TRUE(printed("No drawing is open.")) << "DICT without a drawing is refused: " << text;
 }
 
 TEST_F(BatchConsoleTest, DictListsNestedXrecords) {
@@ -109,11 +111,6 @@ TEST_F(BatchConsoleTest, DictListsNestedXrecords) {
     EXPECT_TRUE(printed("  90 20240115")) << text;
     EXPECT_TRUE(printed("XRECORD KOVA_PROJEKT/MASSSTAB")) << text;
     EXPECT_EQ(text.find("ACAD_GROUP"), std::string::npos) << "an empty dictionary has no xrecord: " << text;
-}
-
-TEST_F(BatchConsoleTest, DictWithoutDrawingIsRefused) {
-    EXPECT_EQ(run("DICT\n"), BatchExit::Completed);
-    EXPECT_TRUE(printed("No drawing is open.")) << text;
 }
 
 class BatchWindowTest : public BatchConsoleTest {
@@ -158,34 +155,21 @@ TEST_F(BatchWindowTest, TakeAnswerReturnsTheWord) {
 
 using BatchWindowDeathTest = BatchWindowTest;
 
-TEST_F(BatchWindowDeathTest, WindowStillOpenAtScriptEndStops) {
+TEST_F(BatchWindowDeathTest, WrongLinesWhileAWindowOrQuestionIsOpenStop) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     TestDialog dialog;
-    console.setScript("> text 1001 \"x\"\n");
-    EXPECT_EXIT(console.driveModal(dialog), ::testing::ExitedWithCode(BatchExit::Stopped), "");
-}
-
-TEST_F(BatchWindowDeathTest, CommandLineWhileWindowOpenStops) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    TestDialog dialog;
-    console.setScript("NEW\n");
-    EXPECT_EXIT(console.driveModal(dialog), ::testing::ExitedWithCode(BatchExit::Stopped), "");
-}
-
-TEST_F(BatchWindowDeathTest, ContextMenuTakesOnlyItsLines) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    TestDialog dialog;
-    for (const char* s :
-         {"> rclick 1004\n> cmd 8099\n", "> rclick 1004\n> text 1001 \"x\"\n", "> rclick 1004\n"}) {
+    const char* windowScripts[] = {
+        "> text 1001 \"x\"\n",         // window still open at the script's end
+        "NEW\n",                       // a command line while the window is open
+        "> rclick 1004\n> cmd 8099\n", // the context menu takes only its lines
+        "> rclick 1004\n> text 1001 \"x\"\n",
+        "> rclick 1004\n",
+    };
+    for (const char* s : windowScripts) {
         console.setScript(s);
         EXPECT_EXIT(console.driveModal(dialog), ::testing::ExitedWithCode(BatchExit::Stopped), "") << s;
     }
-}
-
-TEST_F(BatchWindowDeathTest, WrongAnswerLineStops) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const char* scripts[] = {"> file x.var\n", "> answer perhaps\n", "NEW\n", ""};
-    for (const char* s : scripts) {
+    for (const char* s : {"> file x.var\n", "> answer perhaps\n", "NEW\n", ""}) {
         console.setScript(s);
         EXPECT_EXIT(console.takeAnswer("answer"), ::testing::ExitedWithCode(BatchExit::Stopped), "") << s;
     }

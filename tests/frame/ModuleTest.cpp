@@ -131,10 +131,7 @@ TEST_F(EntryPoint, InitRegistersTheReactorsAndUnloadTakesThemBack) {
     cDocCntx* before = gCurDoc;
     ASSERT_NE(host.newDocument(), nullptr);
     EXPECT_EQ(gCurDoc, before) << "no events after the unload";
-}
-
-TEST_F(EntryPoint, OtherMessagesAnswerOk) {
-    EXPECT_EQ(HandleAppMessage(AcRx::kNullMsg, nullptr), AcRx::kRetOK);
+    EXPECT_EQ(HandleAppMessage(AcRx::kNullMsg, nullptr), AcRx::kRetOK) << "other messages answer ok";
     EXPECT_EQ(HandleAppMessage(static_cast<AcRx::AppMsgCode>(99), nullptr), AcRx::kRetOK);
 }
 
@@ -152,20 +149,15 @@ TEST_F(EntryPoint, CommandOutsideItsInvokeDoesNothing) {
     EXPECT_FALSE(std::filesystem::exists(gContext.userIniFile));
 }
 
-TEST_F(EntryPoint, LispBridgeAsksTheHostForTheUserIniFile) {
+TEST_F(EntryPoint, LispBridgeAsksTheHostForIniFileAndSupportFiles) {
     std::string path = "old";
     EXPECT_EQ(gLispBridge.GetUserIniFile(path, "KOVA_VARDESK", "VarDesk.ini"), RTNORM);
     EXPECT_EQ(path, (folder / "VarDesk.ini").string());
-}
-
-TEST_F(EntryPoint, LispBridgeFindsFilesOnTheSupportPath) {
     std::ofstream(folder / "found.txt") << "x";
     host.setSupportPath({folder.string()});
-    std::string path = "old";
     EXPECT_EQ(gLispBridge.PathInfo("found.txt", path), RTNORM);
     EXPECT_EQ(path, (folder / "found.txt").string());
     // The service answers nil for a file it cannot find: no list comes back.
-    path = "old";
     EXPECT_EQ(gLispBridge.PathInfo("missing.txt", path), RTERROR);
     EXPECT_EQ(path, "");
     host.setSupportPath({});

@@ -194,12 +194,8 @@ TEST_F(DocumentContexts, DatabaseReactorHangsOnTheDatabaseOfItsCreation) {
     EXPECT_EQ(gDocList.count, 0);
     EXPECT_EQ(gDocList.first, nullptr);
     EXPECT_EQ(gDocList.last, nullptr);
-}
-
-TEST_F(DocumentContexts, NoWorkingDatabaseMeansNoDatabaseReactor) {
     host.setWorkingDatabaseAvailable(false);
-    cDocCntx context(nullptr);
-    EXPECT_EQ(context.dbsReactor, nullptr);
+    EXPECT_EQ(cDocCntx(nullptr).dbsReactor, nullptr) << "no working database, no database reactor";
 }
 
 TEST_F(DocumentContexts, ReactorsAnswerWithTheirBaseClassDescriptors) {

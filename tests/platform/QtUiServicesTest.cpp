@@ -81,27 +81,22 @@ TEST_F(StartProgram, StartsDetachedWithItsQuotedArgument) {
 }
 
 TEST(ParseCommandLine, SplitsProgramAndArguments) {
-    const ProgramCall quoted = parseCommandLine("\"/opt/my editor/ed\" \"/a b/c.err\" -x");
-    EXPECT_EQ(quoted.program, "/opt/my editor/ed");
-    EXPECT_EQ(quoted.arguments, (std::vector<std::string>{"/a b/c.err", "-x"}));
-
-    const ProgramCall plain = parseCommandLine("  /usr/bin/xdg-open \"/home/u/VarDesk.err\"");
-    EXPECT_EQ(plain.program, "/usr/bin/xdg-open");
-    EXPECT_EQ(plain.arguments, std::vector<std::string>{"/home/u/VarDesk.err"});
-
-    const ProgramCall bare = parseCommandLine("ed");
-    EXPECT_EQ(bare.program, "ed");
-    EXPECT_TRUE(bare.arguments.empty());
-}
-
-TEST(ParseCommandLine, FindsAnUnquotedProgramWithBlanksInItsPath) {
     const fs::path dir = fs::temp_directory_path() / "parse cmd test";
     fs::create_directories(dir);
-    const fs::path program = dir / "my editor";
-    std::ofstream(program) << "#!/bin/sh\n";
-    const ProgramCall call = parseCommandLine(program.string() + " \"/x/y.err\"");
-    EXPECT_EQ(call.program, program.string());
-    EXPECT_EQ(call.arguments, std::vector<std::string>{"/x/y.err"});
+    const std::string unquoted = (dir / "my editor").string(); // a program with blanks in its path
+    std::ofstream(unquoted) << "#!/bin/sh\n";
+    const std::pair<std::string, std::vector<std::string>> cases[] = {
+        {"\"/opt/my editor/ed\" \"/a b/c.err\" -x", {"/opt/my editor/ed", "/a b/c.err", "-x"}},
+        {"  /usr/bin/xdg-open \"/home/u/VarDesk.err\"", {"/usr/bin/xdg-open", "/home/u/VarDesk.err"}},
+        {"ed", {"ed"}},
+        {unquoted + " \"/x/y.err\"", {unquoted, "/x/y.err"}},
+    };
+    for (const auto& [line, expected] : cases) {
+        const ProgramCall call = parseCommandLine(line);
+        std::vector<std::string> words = {call.program};
+        words.insert(words.end(), call.arguments.begin(), call.arguments.end());
+        EXPECT_EQ(words, expected) << "command line: " << line;
+    }
     fs::remove_all(dir);
 }
 

@@ -34,26 +34,23 @@ private:
 
 class EditorLog : public AcEditorReactor {
 public:
-    void commandWillStart(const char* c) override { events.push_back(std::string("commandWillStart ") + c); }
-    void commandEnded(const char* c) override { events.push_back(std::string("commandEnded ") + c); }
-    void unknownCommand(const char* c) override { events.push_back(std::string("unknownCommand ") + c); }
-    void beginDwgOpen(const char* f) override { events.push_back(std::string("beginDwgOpen ") + tail(f)); }
-    void endDwgOpen(const char* f, AcDbDatabase*) override {
-        events.push_back(std::string("endDwgOpen ") + tail(f));
-    }
-    void beginSave(AcDbDatabase*, const char* f) override {
-        events.push_back(std::string("beginSave ") + tail(f));
-    }
-    void saveComplete(AcDbDatabase*, const char* f) override {
-        events.push_back(std::string("saveComplete ") + tail(f));
-    }
+    void commandWillStart(const char* c) override { note("commandWillStart", c); }
+    void commandEnded(const char* c) override { note("commandEnded", c); }
+    void unknownCommand(const char* c) override { note("unknownCommand", c); }
+    void beginDwgOpen(const char* f) override { note("beginDwgOpen", f); }
+    void endDwgOpen(const char* f, AcDbDatabase*) override { note("endDwgOpen", f); }
+    void beginSave(AcDbDatabase*, const char* f) override { note("beginSave", f); }
+    void saveComplete(AcDbDatabase*, const char* f) override { note("saveComplete", f); }
     void beginClose(AcDbDatabase*) override { events.push_back("beginClose"); }
-    void sysVarChanged(const char* v, bool) override { events.push_back(std::string("sysVarChanged ") + v); }
+    void sysVarChanged(const char* v, bool) override { note("sysVarChanged", v); }
 
     std::vector<std::string> events;
 
 private:
-    static std::string tail(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
+    // The event and the last part of its path or name.
+    void note(const char* what, const std::string& path) {
+        events.push_back(std::string(what) + " " + path.substr(path.find_last_of('/') + 1));
+    }
 };
 
 class Documents : public HostTest {
@@ -84,6 +81,10 @@ TEST_F(Documents, FirstDrawingIsCreatedActivatedAndCurrent) {
     EXPECT_EQ(acDocManagerPtr()->curDocument(), doc);
     EXPECT_EQ(acDocManagerPtr()->mdiActiveDocument(), doc);
     EXPECT_STREQ(doc->fileName(), "") << "a new drawing has no file name yet";
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), doc->database());
+    host().setWorkingDatabaseAvailable(false);
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), nullptr) << "the database can be withheld";
+    host().setWorkingDatabaseAvailable(true);
     EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), doc->database());
 }
 
@@ -170,14 +171,6 @@ TEST_F(Documents, LocksAreGivenUnlessRefused) {
     host().setDocumentLockRefused(false);
     EXPECT_EQ(dm->lockDocument(doc), Acad::eOk);
     EXPECT_EQ(dm->unlockDocument(doc), Acad::eOk);
-}
-
-TEST_F(Documents, WorkingDatabaseCanBeWithheld) {
-    AcApDocument* doc = host().newDocument();
-    host().setWorkingDatabaseAvailable(false);
-    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), nullptr);
-    host().setWorkingDatabaseAvailable(true);
-    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), doc->database());
 }
 
 TEST_F(Documents, EditorHearsOpenSaveCloseAndVariables) {

@@ -2,11 +2,34 @@
 #include "SdkTestSupport.h"
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <vector>
 
 namespace {
+
+// Each entry of a chain as its type and exact value, for comparing chains.
+std::vector<std::string> entries(const resbuf* chain) {
+    std::vector<std::string> out;
+    for (const resbuf* rb = chain; rb; rb = rb->rbnext) {
+        char value[128] = "";
+        const short t = rb->restype;
+        if (t == 1 || t == 1000 || t == RTSTR)
+            std::snprintf(value, sizeof value, "%s", rb->resval.rstring);
+        else if (t == 40 || t == RTREAL)
+            std::snprintf(value, sizeof value, "%.17g", rb->resval.rreal);
+        else if (t == 10 || t == RT3DPOINT || t == RTPOINT)
+            std::snprintf(value, sizeof value, "%.17g %.17g %.17g", rb->resval.rpoint[0],
+                          rb->resval.rpoint[1], t == RTPOINT ? 0.0 : rb->resval.rpoint[2]);
+        else if (t == 70 || t == 290 || t == RTSHORT)
+            std::snprintf(value, sizeof value, "%d", rb->resval.rint);
+        else if (t == 90 || t == 1071 || t == RTLONG)
+            std::snprintf(value, sizeof value, "%ld", static_cast<long>(rb->resval.rlong));
+        out.push_back(std::to_string(t) + " " + value);
+    }
+    return out;
+}
 
 class Drawing : public HostTest {
 protected:
@@ -94,44 +117,7 @@ TEST_F(Drawing, EveryKindOfChainEntrySurvivesSaveAndOpen) {
     db = acdbHostApplicationServices()->workingDatabase();
 
     resbuf* back = readRecord({"OUTER", "PLAIN"});
-    resbuf* a = chain;
-    resbuf* b = back;
-    int index = 0;
-    for (; a && b; a = a->rbnext, b = b->rbnext, ++index) {
-        ASSERT_EQ(a->restype, b->restype) << "entry " << index;
-        switch (a->restype) {
-        case 1:
-        case 1000:
-        case RTSTR:
-            EXPECT_STREQ(a->resval.rstring, b->resval.rstring) << "entry " << index;
-            break;
-        case 40:
-        case RTREAL:
-            EXPECT_EQ(a->resval.rreal, b->resval.rreal) << "entry " << index;
-            break;
-        case 10:
-        case RT3DPOINT:
-        case RTPOINT:
-            for (int i = 0; i < (a->restype == RTPOINT ? 2 : 3); ++i)
-                EXPECT_EQ(a->resval.rpoint[i], b->resval.rpoint[i])
-                    << "entry " << index << " coordinate " << i;
-            break;
-        case 70:
-        case 290:
-        case RTSHORT:
-            EXPECT_EQ(a->resval.rint, b->resval.rint) << "entry " << index;
-            break;
-        case 90:
-        case 1071:
-        case RTLONG:
-            EXPECT_EQ(a->resval.rlong, b->resval.rlong) << "entry " << index;
-            break;
-        default:
-            break;
-        }
-    }
-    EXPECT_EQ(a, nullptr) << "the file lost entries";
-    EXPECT_EQ(b, nullptr) << "the file added entries";
+    EXPECT_EQ(entries(back), entries(chain));
     resbuf* deep = readRecord({"OUTER", "INNER", "DEEP"});
     ASSERT_NE(deep, nullptr);
     EXPECT_STREQ(deep->resval.rstring, "deep");

@@ -121,13 +121,6 @@ TEST_F(Modules, ShutdownUnloadsAfterClosingEveryDrawing) {
               (std::vector<std::string>{"unloaddwg Drawing1.dwg undef=5100", "unloadapp"}));
 }
 
-TEST_F(Modules, DefunNeedsADrawingAndAModule) {
-    EXPECT_EQ(acedDefun("C:X", 1), RTERROR) << "no drawing";
-    host().newDocument();
-    EXPECT_EQ(acedDefun("C:X", 1), RTERROR) << "not called from a module";
-    EXPECT_EQ(acedUndef("C:X", 1), RTERROR);
-}
-
 resbuf* invoke(std::vector<const char*> args, int& status) {
     resbuf* list = nullptr;
     resbuf* tail = nullptr;
@@ -143,7 +136,7 @@ resbuf* invoke(std::vector<const char*> args, int& status) {
     return result;
 }
 
-TEST_F(Modules, UserIniFileLiesInTheProfileFolder) {
+TEST_F(Modules, UserIniFileLiesInTheProfileFolderAndBadCallsFail) {
     int status = 0;
     resbuf* r = invoke({"kova_GetUserIniFile", "KOVA_VARDESK", "VarDesk.ini"}, status);
     ASSERT_EQ(status, RTNORM);
@@ -151,9 +144,12 @@ TEST_F(Modules, UserIniFileLiesInTheProfileFolder) {
     EXPECT_EQ(r->restype, RTSTR);
     EXPECT_EQ(std::string(r->resval.rstring), host().profileDir() + "/VarDesk.ini");
     acutRelRb(r);
-    r = invoke({"kova_GetUserIniFile", "KOVA_VARDESK"}, status);
-    EXPECT_EQ(status, RTERROR);
-    EXPECT_EQ(r, nullptr);
+    for (std::vector<const char*> bad :
+         {std::vector<const char*>{"kova_GetUserIniFile", "KOVA_VARDESK"}, {"no_such_function", "x"}, {}}) {
+        r = invoke(bad, status);
+        EXPECT_EQ(status, RTERROR) << bad.size() << " words";
+        EXPECT_EQ(r, nullptr) << bad.size() << " words";
+    }
 }
 
 TEST_F(Modules, PathInfoSearchesModuleFolderProfileAndSupportPath) {
@@ -192,15 +188,6 @@ TEST_F(Modules, PathInfoSearchesModuleFolderProfileAndSupportPath) {
     }
 }
 
-TEST_F(Modules, UnknownLispFunctionFails) {
-    int status = 0;
-    resbuf* r = invoke({"no_such_function", "x"}, status);
-    EXPECT_EQ(status, RTERROR);
-    EXPECT_EQ(r, nullptr);
-    r = invoke({}, status);
-    EXPECT_EQ(status, RTERROR);
-}
-
 class RecordingUi : public kova::UiServices {
 public:
     kova::BoxAnswer messageBox(kova::BoxKind, const std::string&, const std::string&,
@@ -221,7 +208,10 @@ public:
     std::vector<std::string> alerts;
 };
 
-TEST_F(Modules, AlertGoesToTheUiServicesOrTheCommandLine) {
+TEST_F(Modules, PrintfAndAlertGoToTheUiServicesOrTheCommandLine) {
+    EXPECT_EQ(acutPrintf("%s=%d\n", "x", 42), 5);
+    EXPECT_EQ(printed, "x=42\n");
+    printed.clear();
     EXPECT_EQ(acHostUiServices(), nullptr);
     EXPECT_EQ(acedAlert("plain"), RTNORM);
     EXPECT_EQ(printed, "ALERT: plain\n");
@@ -234,15 +224,13 @@ TEST_F(Modules, AlertGoesToTheUiServicesOrTheCommandLine) {
     EXPECT_EQ(acedGetAcadFrame(), nullptr);
 }
 
-TEST_F(Modules, PrintfWritesToTheOutput) {
-    EXPECT_EQ(acutPrintf("%s=%d\n", "x", 42), 5);
-    EXPECT_EQ(printed, "x=42\n");
-}
-
-TEST_F(Modules, RegisteredApplicationNeedsADrawing) {
+TEST_F(Modules, DefunAndRegisteredApplicationNeedADrawing) {
+    EXPECT_EQ(acedDefun("C:X", 1), RTERROR) << "no drawing";
     EXPECT_FALSE(acdbRegApp("KOVA_VARDESK"));
     host().newDocument();
     EXPECT_TRUE(acdbRegApp("KOVA_VARDESK"));
+    EXPECT_EQ(acedDefun("C:X", 1), RTERROR) << "not called from a module";
+    EXPECT_EQ(acedUndef("C:X", 1), RTERROR);
     EXPECT_FALSE(acrxRegisterAppMDIAware(reinterpret_cast<void*>(0x1234))) << "no such module";
 }
 

@@ -180,16 +180,6 @@ TEST_F(DrawingStore, SaveSettingsWritesTwentySixPairsInByteOrder) {
     gContext.userIniFile = saved;
 }
 
-TEST_F(DrawingStore, IniFileNameWithBlanksAndDotsNamesTheDictionary) {
-    const std::string saved = gContext.userIniFile;
-    gContext.userIniFile = (folder / "my user.settings.v2.ini").string();
-    cDocCntx context(doc);
-    context.LoadSettings();
-    context.SaveSettings();
-    gContext.userIniFile = saved;
-    EXPECT_EQ(testhost::storedRecord("KOVA_VARDESKMY_USER_SETTINGS_V2", "SETTINGS").size(), 52u);
-}
-
 TEST_F(DrawingStore, RefusedLockIsReportedAndLeavesNothingOpen) {
     host.setDocumentLockRefused(true);
     auto store = openStore();

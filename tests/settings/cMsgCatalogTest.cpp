@@ -50,14 +50,16 @@ protected:
     }
 
     // Every key with the value "value of <key>", except those in skip; extra lines go first.
+    // The tail is written behind the keys.
     void writeCatalog(const std::set<std::string>& skip = {}, const std::string& extra = {},
-                      const std::string& section = "VarDesk") const {
+                      const std::string& section = "VarDesk", const std::string& tail = {}) const {
         std::ofstream out(m_file, std::ios::binary);
         out << extra << "[" << section << "]\n";
         for (const auto& entry : cMsgCatalog::Entries()) {
             if (!skip.count(entry.key))
                 out << entry.key << "=value of " << entry.key << "\n";
         }
+        out << tail;
     }
 
     // The alert texts, from the host's output and from the scripted services alike.
@@ -129,11 +131,7 @@ TEST_F(MsgCatalog, OneMissingKeyGivesOneAlertNamingIt) {
 
 TEST_F(MsgCatalog, TwoMissingKeysNameTheFirstAndGiveTheCount) {
     // An empty value counts as missing, so a text cannot be emptied from the file.
-    writeCatalog({"TxAbort", "MnFile"}, {});
-    {
-        std::ofstream out(m_file, std::ios::app);
-        out << "TxAbort=\n";
-    }
+    writeCatalog({"TxAbort", "MnFile"}, {}, "VarDesk", "TxAbort=\n");
     cMsgCatalog catalog;
     EXPECT_FALSE(catalog.Load(m_file));
     EXPECT_EQ(catalog.missingCount, 2);
@@ -182,11 +180,7 @@ TEST_F(MsgCatalog, ReplacesEscapesInTheirOrder) {
         {"~", ""},
     };
     for (const Row& row : rows) {
-        writeCatalog({"TxAbort"}, {});
-        {
-            std::ofstream out(m_file, std::ios::app);
-            out << "TxAbort=" << row.inFile << "\n";
-        }
+        writeCatalog({"TxAbort"}, {}, "VarDesk", "TxAbort=" + std::string(row.inFile) + "\n");
         cMsgCatalog catalog;
         EXPECT_TRUE(catalog.Load(m_file));
         EXPECT_EQ(catalog.TxAbort, row.expected) << "value in file: " << row.inFile;
@@ -196,12 +190,7 @@ TEST_F(MsgCatalog, ReplacesEscapesInTheirOrder) {
 
 TEST_F(MsgCatalog, CutsValuesAt511Bytes) {
     const std::string exact(511, 'e');
-    writeCatalog({"TxAbort", "MnFile"}, {});
-    {
-        std::ofstream out(m_file, std::ios::app);
-        out << "TxAbort=" << exact << "\n"
-            << "MnFile=" << exact << "X\n";
-    }
+    writeCatalog({"TxAbort", "MnFile"}, {}, "VarDesk", "TxAbort=" + exact + "\nMnFile=" + exact + "X\n");
     cMsgCatalog catalog;
     EXPECT_TRUE(catalog.Load(m_file));
     EXPECT_EQ(catalog.TxAbort, exact);

@@ -1,9 +1,8 @@
 // Tests of reading the AVL description file: line preparation, the ten errors, whole-file failures.
-#include "AvlFileTestKit.h"
+#include "VarsTestKit.h"
 
 #include "settings/cMsgCatalog.h"
 #include "vars/AvlFile.h"
-#include "vars/cSysVarList.h"
 
 #include <cstdio>
 #include <cstring>
@@ -12,6 +11,7 @@
 namespace {
 
 using filekit::FileTest;
+using Themes = std::vector<std::pair<std::string, int>>;
 
 struct RecordView {
     std::string name;
@@ -23,25 +23,22 @@ struct RecordView {
     bool operator==(const RecordView&) const = default;
 };
 
-std::ostream& operator<<(std::ostream& os, const RecordView& r)
-{
+std::ostream& operator<<(std::ostream& os, const RecordView& r) {
     return os << "{" << r.name << " theme " << r.theme << (r.readOnly ? " ro" : " rw")
-              << (r.drawing ? " drawing" : " global") << " \"" << r.description << "\" line "
-              << r.line << "}";
+              << (r.drawing ? " drawing" : " global") << " \"" << r.description << "\" line " << r.line
+              << "}";
 }
 
-std::vector<RecordView> recordsOf(const cSysVarList& list)
-{
+std::vector<RecordView> recordsOf(const cSysVarList& list) {
     std::vector<RecordView> out;
     for (const cSysVar* v = list.first; v; v = v->next)
-        out.push_back({v->name, v->themeIndex, v->isReadOnly(), v->isDrawingSpecific(),
-                       v->description, v->sourceLine});
+        out.push_back(
+            {v->name, v->themeIndex, v->isReadOnly(), v->isDrawingSpecific(), v->description, v->sourceLine});
     return out;
 }
 
-std::vector<std::pair<std::string, int>> themesOf(const cSysVarList& list)
-{
-    std::vector<std::pair<std::string, int>> out;
+Themes themesOf(const cSysVarList& list) {
+    Themes out;
     for (const cTheme* t = list.themes.first; t; t = t->next)
         out.emplace_back(t->name, t->index);
     return out;
@@ -49,12 +46,14 @@ std::vector<std::pair<std::string, int>> themesOf(const cSysVarList& list)
 
 class AvlFile : public FileTest {
 protected:
-    // Writes content as the file "test.avl" and reads it into list.
-    bool load(const std::string& content)
-    {
-        writeFile("test.avl", content);
+    // Empties list and report, writes content as the file name and reads it into list.
+    bool load(const std::string& content, const std::string& name = "test.avl") {
+        list.clearAll();
+        report.clear();
+        if (!content.empty() || name == "test.avl")
+            writeFile(name, content);
         list.avlDirectory = folder();
-        list.avlFileName = "test.avl";
+        list.avlFileName = name;
         return list.readAvlFile(report);
     }
     std::string emptyListLine() const { return folder() + "test.avl " + gMsg.TxNoAcadVar; }
@@ -64,191 +63,150 @@ protected:
 };
 
 // The example description file: each line in this order gives the outcome noted beside it.
-TEST_F(AvlFile, ExampleFileGivesItsRecordsThemesAndReportLines)
-{
+TEST_F(AvlFile, ExampleFileGivesItsRecordsThemesAndReportLines) {
     const char* lines[] = {
-        "; Beispiel einer Variablenliste",          // 1 comment
-        "",                                         // 2 skipped
-        "0#Bemaßung#3",                             // 3 theme
-        "3#BEISPIEL#+-#Erste Variable ;; Vermerk",  // 4
-        "3 # zweite # -+ # Zweite Variable",        // 5
-        "7#DRITTE#++#Ohne Thema",                   // 6
-        "3#VIERTE",                                 // 7 error 1
-        "3#VIERTE#+-#Text#mehr",                    // 8 error 2
-        "3#VIERTE#+-",                              // 9 error 3
-        "0#Neu#0",                                  // 10 error 3
-        "0#Neu#drei",                               // 11 error 3
-        "3#VIERTE#+#Text",                          // 12 error 4
-        "3#VIERTE#x-#Text",                         // 13 error 4
-        "0#VIERTE#+-#Text",                         // 14 error 4
-        "3#BEISPIEL#--#Noch einmal",                // 15 error 5
-        "0##9",                                     // 16 error 7
-        "0#Anderes#3",                              // 17 error 8
-        "0#Bemaßung#9",                             // 18 error 9
+        "; Beispiel einer Variablenliste",         // 1 comment
+        "",                                        // 2 skipped
+        "0#Bemaßung#3",                            // 3 theme
+        "3#BEISPIEL#+-#Erste Variable ;; Vermerk", // 4
+        "3 # zweite # -+ # Zweite Variable",       // 5
+        "7#DRITTE#++#Ohne Thema",                  // 6
+        "3#VIERTE",                                // 7 error 1
+        "3#VIERTE#+-#Text#mehr",                   // 8 error 2
+        "3#VIERTE#+-",                             // 9 error 3
+        "0#Neu#0",                                 // 10 error 3
+        "0#Neu#drei",                              // 11 error 3
+        "3#VIERTE#+#Text",                         // 12 error 4
+        "3#VIERTE#x-#Text",                        // 13 error 4
+        "0#VIERTE#+-#Text",                        // 14 error 4
+        "3#BEISPIEL#--#Noch einmal",               // 15 error 5
+        "0##9",                                    // 16 error 7
+        "0#Anderes#3",                             // 17 error 8
+        "0#Bemaßung#9",                            // 18 error 9
     };
     std::string content;
     for (const char* line : lines)
         content += std::string(line) + "\n";
-
     EXPECT_TRUE(load(content));
-
-    const std::vector<RecordView> expectedRecords = {
-        {"BEISPIEL", 3, false, false, "Erste Variable", 4},
-        {"DRITTE", 7, false, true, "Ohne Thema", 6},
-        {"ZWEITE", 3, true, true, "Zweite Variable", 5},
-    };
-    EXPECT_EQ(recordsOf(list), expectedRecords);
-    EXPECT_EQ(themesOf(list), (std::vector<std::pair<std::string, int>>{{"Bemaßung", 3}}));
-    const ReportList expectedReport = {
-        "Fehler 1: zu wenig Argumente in Zeile 7   : 3#VIERTE",
-        "Fehler 2: zu viele Argumente in Zeile 8   : 3#VIERTE#+-#Text#mehr",
-        "Fehler 3: Falsches Format für Thema in Zeile 9   : 3#VIERTE#+-",
-        "Fehler 3: Falsches Format für Thema in Zeile 10  : 0#Neu#0",
-        "Fehler 3: Falsches Format für Thema in Zeile 11  : 0#Neu#drei",
-        "Fehler 4: Falsches Format für Variable in Zeile 12  : 3#VIERTE#+#Text",
-        "Fehler 4: Falsches Format für Variable in Zeile 13  : 3#VIERTE#x-#Text",
-        "Fehler 4: Falsches Format für Variable in Zeile 14  : 0#VIERTE#+-#Text",
-        "Fehler 5: Variable bereits vorhanden in Zeile 15  : 3#BEISPIEL#--#Noch einmal",
-        "Fehler 7: Thema nicht benannt in Zeile 16  : 0##9",
-        "Fehler 8: Index bereits vorhanden in Zeile 17  : 0#Anderes#3",
-        "Fehler 9: Thema bereits vorhanden in Zeile 18  : 0#Bemaßung#9",
-    };
-    EXPECT_EQ(report, expectedReport);
+    EXPECT_EQ(recordsOf(list), (std::vector<RecordView>{{"BEISPIEL", 3, false, false, "Erste Variable", 4},
+                                                        {"DRITTE", 7, false, true, "Ohne Thema", 6},
+                                                        {"ZWEITE", 3, true, true, "Zweite Variable", 5}}));
+    EXPECT_EQ(themesOf(list), (Themes{{"Bemaßung", 3}}));
+    EXPECT_EQ(report, (ReportList{
+                          "Fehler 1: zu wenig Argumente in Zeile 7   : 3#VIERTE",
+                          "Fehler 2: zu viele Argumente in Zeile 8   : 3#VIERTE#+-#Text#mehr",
+                          "Fehler 3: Falsches Format für Thema in Zeile 9   : 3#VIERTE#+-",
+                          "Fehler 3: Falsches Format für Thema in Zeile 10  : 0#Neu#0",
+                          "Fehler 3: Falsches Format für Thema in Zeile 11  : 0#Neu#drei",
+                          "Fehler 4: Falsches Format für Variable in Zeile 12  : 3#VIERTE#+#Text",
+                          "Fehler 4: Falsches Format für Variable in Zeile 13  : 3#VIERTE#x-#Text",
+                          "Fehler 4: Falsches Format für Variable in Zeile 14  : 0#VIERTE#+-#Text",
+                          "Fehler 5: Variable bereits vorhanden in Zeile 15  : 3#BEISPIEL#--#Noch einmal",
+                          "Fehler 7: Thema nicht benannt in Zeile 16  : 0##9",
+                          "Fehler 8: Index bereits vorhanden in Zeile 17  : 0#Anderes#3",
+                          "Fehler 9: Thema bereits vorhanden in Zeile 18  : 0#Bemaßung#9",
+                      }));
     EXPECT_TRUE(boxes().empty()) << boxes().front();
 }
 
-struct LineCase {
-    const char* what;
-    std::string content;
-    std::vector<std::string> names;       // chain order
-    std::vector<std::string> descriptions; // same order
-    ReportList report;                    // lines of single bad lines
-};
-
-TEST_F(AvlFile, LinePreparationAndSingleLineErrors)
-{
-    const LineCase cases[] = {
-        {"no line end behind the last line", "0#T#1\n1#A#+-#a", {"A"}, {"a"}, {}},
-        {"a line end behind the last line", "0#T#1\n1#A#+-#a\n", {"A"}, {"a"}, {}},
-        {"carriage returns are trimmed", "0#T#1\r\n1#A#+-#a\r\n", {"A"}, {"a"}, {}},
+TEST_F(AvlFile, LinePreparationAndSingleLineErrors) {
+    const std::string e1 = "Fehler 1: zu wenig Argumente in Zeile ";
+    struct Case {
+        const char* name;
+        std::string content;
+        std::vector<std::string> records; // "NAME=description" in chain order
+        ReportList report;                // lines of single bad lines
+    };
+    const Case cases[] = {
+        {"no line end behind the last line", "0#T#1\n1#A#+-#a", {"A=a"}, {}},
+        {"a line end behind the last line", "0#T#1\n1#A#+-#a\n", {"A=a"}, {}},
+        {"carriage returns are trimmed", "0#T#1\r\n1#A#+-#a\r\n", {"A=a"}, {}},
         {"comments and empty lines are counted",
          ";a\n;b\n\n; c\n3#X\n1#A#+-#a\n",
-         {"A"},
-         {"a"},
-         {"Fehler 1: zu wenig Argumente in Zeile 5   : 3#X"}},
-        {"a line of blanks is skipped", "  \t  \n1#A#+-#a\n", {"A"}, {"a"}, {}},
-        {"a line starting with ;; is a comment", ";;1#B#+-#b\n1#A#+-#a\n", {"A"}, {"a"}, {}},
-        {"a comment line may be indented", "   ; 1#B\n1#A#+-#a\n", {"A"}, {"a"}, {}},
-        {"semicolons apart mean nothing", "1#A#+-#x ; ; y\n", {"A"}, {"x ; ; y"}, {}},
-        {";; cuts the description", "1#A#+-#Text ;; Vermerk # mehr\n", {"A"}, {"Text"}, {}},
+         {"A=a"},
+         {e1 + "5   : 3#X"}},
+        {"a line of blanks is skipped", "  \t  \n1#A#+-#a\n", {"A=a"}, {}},
+        {"a line starting with ;; is a comment", ";;1#B#+-#b\n1#A#+-#a\n", {"A=a"}, {}},
+        {"a comment line may be indented", "   ; 1#B\n1#A#+-#a\n", {"A=a"}, {}},
+        {"semicolons apart mean nothing", "1#A#+-#x ; ; y\n", {"A=x ; ; y"}, {}},
+        {";; cuts the description", "1#A#+-#Text ;; Vermerk # mehr\n", {"A=Text"}, {}},
         {";; may cut away fields",
          "1#A#+-;;#Text\n",
          {},
-         {},
          {"Fehler 3: Falsches Format für Thema in Zeile 1   : 1#A#+-"}},
-        {"the report line is cut but not trimmed again",
-         "1#A ;; x\n",
-         {},
-         {},
-         {"Fehler 1: zu wenig Argumente in Zeile 1   : 1#A "}},
-        {"an empty description is good", "1#A#+-#\n", {"A"}, {""}, {}},
+        {"the report line is cut but not trimmed again", "1#A ;; x\n", {}, {e1 + "1   : 1#A "}},
+        {"an empty description is good", "1#A#+-#\n", {"A="}, {}},
         {"a fourth # makes five fields",
          "1#A#+-#Text#\n",
-         {},
          {},
          {"Fehler 2: zu viele Argumente in Zeile 1   : 1#A#+-#Text#"}},
         {"a name in lower case, then in upper case",
          "1#abc#+-#x\n1#ABC#--#y\n",
-         {"ABC"},
-         {"x"},
+         {"ABC=x"},
          {"Fehler 5: Variable bereits vorhanden in Zeile 2   : 1#ABC#--#y"}},
-        {"the duplicate test does not see through blanks", "1# A #+-#x\n1# A #--#y\n",
-         {"A", "A"}, {"x", "y"}, {}},
+        {"the duplicate test does not see through blanks", "1# A #+-#x\n1# A #--#y\n", {"A=x", "A=y"}, {}},
         {"a name of blanks is an error 4",
          "1#   #+-#x\n",
          {},
-         {},
          {"Fehler 4: Falsches Format für Variable in Zeile 1   : 1#   #+-#x"}},
-        {"marks may stand behind blanks and carry more", "1#A#  -+xyz#a\n", {"A"}, {"a"}, {}},
-        {"a variable of no theme is no error", "42#A#+-#a\n", {"A"}, {"a"}, {}},
+        {"marks may stand behind blanks and carry more", "1#A#  -+xyz#a\n", {"A=a"}, {}},
+        {"a variable of no theme is no error", "42#A#+-#a\n", {"A=a"}, {}},
         {"an error does not stop the lines behind it",
          "1#A\n1#B#+-#b\n0#\n1#C#+-#c\n",
-         {"B", "C"},
-         {"b", "c"},
-         {"Fehler 1: zu wenig Argumente in Zeile 1   : 1#A",
-          "Fehler 1: zu wenig Argumente in Zeile 3   : 0#"}},
+         {"B=b", "C=c"},
+         {e1 + "1   : 1#A", e1 + "3   : 0#"}},
         {"the line number takes four columns and more when it needs them",
          std::string(12345, '\n') + "x\n1#A#+-#a\n",
-         {"A"},
-         {"a"},
-         {"Fehler 1: zu wenig Argumente in Zeile 12346: x"}},
-        {"names come out upper case with umlauts", "1#größe#+-#g\n", {"GRÖßE"}, {"g"}, {}},
+         {"A=a"},
+         {e1 + "12346: x"}},
+        {"names come out upper case with umlauts", "1#größe#+-#g\n", {"GRÖßE=g"}, {}},
     };
-    for (const LineCase& c : cases) {
-        SCOPED_TRACE(c.what);
-        list.clearAll();
-        report.clear();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
         EXPECT_TRUE(load(c.content));
-        std::vector<std::string> names, descriptions;
-        for (const cSysVar* v = list.first; v; v = v->next) {
-            names.push_back(v->name);
-            descriptions.push_back(v->description);
-        }
-        EXPECT_EQ(names, c.names);
-        EXPECT_EQ(descriptions, c.descriptions);
+        std::vector<std::string> records;
+        for (const cSysVar* v = list.first; v; v = v->next)
+            records.push_back(v->name + "=" + v->description);
+        EXPECT_EQ(records, c.records);
         ReportList expected = c.report;
-        if (c.names.empty())
+        if (c.records.empty())
             expected.push_back(emptyListLine());
         EXPECT_EQ(report, expected);
     }
 }
 
-TEST_F(AvlFile, ThemeTitlesOfBlanksAndNegativeIndicesAreTaken)
-{
+TEST_F(AvlFile, ThemeTitlesOfBlanksAndNegativeIndicesAreTaken) {
     EXPECT_TRUE(load("0#   #5\n0#Minus#-2\n0 # Beschriftung #7\n1#A#+-#a\n"));
-    EXPECT_EQ(themesOf(list), (std::vector<std::pair<std::string, int>>{
-                                  {"", 5}, {"Beschriftung", 7}, {"Minus", -2}}));
+    EXPECT_EQ(themesOf(list), (Themes{{"", 5}, {"Beschriftung", 7}, {"Minus", -2}}));
     EXPECT_TRUE(report.empty()) << report.front();
 }
 
-TEST_F(AvlFile, FileWithoutVariablesWarnsAndKeepsItsThemes)
-{
-    const std::string contents[] = {"", ";nur Kommentar\n\n;; noch einer\n", "0#Thema#1\n"};
-    for (const std::string& content : contents) {
+TEST_F(AvlFile, FileWithoutVariablesWarnsAndKeepsItsThemes) {
+    for (const std::string content : {"", ";nur Kommentar\n\n;; noch einer\n", "0#Thema#1\n"}) {
         SCOPED_TRACE("content: " + content);
-        list.clearAll();
-        report.clear();
         boxes().clear();
         EXPECT_TRUE(load(content));
         EXPECT_EQ(list.first, nullptr);
         EXPECT_EQ(report, ReportList{emptyListLine()});
-        EXPECT_EQ(boxes(), std::vector<std::string>{"BOX warning: RT·VarDesk - Warnung: " +
-                                                    emptyListLine()});
+        EXPECT_EQ(boxes(), std::vector<std::string>{"BOX warning: RT·VarDesk - Warnung: " + emptyListLine()});
     }
-    EXPECT_EQ(themesOf(list), (std::vector<std::pair<std::string, int>>{{"Thema", 1}}));
+    EXPECT_EQ(themesOf(list), (Themes{{"Thema", 1}}));
 }
 
-TEST_F(AvlFile, FileThatCannotBeOpenedShowsItsBoxAndReportsNothing)
-{
-    list.avlDirectory = folder();
-    list.avlFileName = "fehlt.avl";
-    EXPECT_FALSE(list.readAvlFile(report));
+TEST_F(AvlFile, FileThatCannotBeOpenedShowsItsBoxAndReportsNothing) {
+    EXPECT_FALSE(load("", "fehlt.avl"));
     EXPECT_TRUE(report.empty());
     EXPECT_EQ(list.first, nullptr);
     EXPECT_EQ(boxes(), std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: " + folder() +
                                                 "fehlt.avl  kann nicht geladen werden!"});
 }
 
-TEST_F(AvlFile, FolderInPlaceOfTheFileIsAFatalReadError)
-{
+TEST_F(AvlFile, FolderInPlaceOfTheFileIsAFatalReadError) {
     filekit::fs::create_directory(dir / "ordner.avl");
-    list.avlDirectory = folder();
-    list.avlFileName = "ordner.avl";
-    EXPECT_FALSE(list.readAvlFile(report));
+    EXPECT_FALSE(load("", "ordner.avl"));
     EXPECT_EQ(report, ReportList{"Fataler I/O-Fehler beim Lesen von 'ordner.avl'."});
-    EXPECT_EQ(boxes(), std::vector<std::string>{
-                           "BOX error: RT·VarDesk - Fehler: Fataler I/O-Fehler beim Lesen von "
-                           "'ordner.avl'.Abbruch"});
+    EXPECT_EQ(boxes(), std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: Fataler I/O-Fehler beim "
+                                                "Lesen von 'ordner.avl'.Abbruch"});
 }
 
 // A stream that gives its text and then fails, as a disk that breaks in the middle of a file.
@@ -257,8 +215,7 @@ struct FailingSource {
     std::size_t position = 0;
 };
 
-ssize_t readThenFail(void* cookie, char* buffer, size_t size)
-{
+ssize_t readThenFail(void* cookie, char* buffer, size_t size) {
     auto* source = static_cast<FailingSource*>(cookie);
     if (source->position >= source->text.size())
         return -1;
@@ -268,11 +225,9 @@ ssize_t readThenFail(void* cookie, char* buffer, size_t size)
     return static_cast<ssize_t>(n);
 }
 
-TEST_F(AvlFile, FatalErrorInTheMiddleKeepsWhatWasReadAndEndsTheReport)
-{
+TEST_F(AvlFile, FatalErrorInTheMiddleKeepsWhatWasReadAndEndsTheReport) {
     FailingSource source{"0#Thema#1\n1#A#+-#a\n1#B\n1#C#+-#nie zu Ende"};
-    cookie_io_functions_t io{readThenFail, nullptr, nullptr, nullptr};
-    std::FILE* file = fopencookie(&source, "r", io);
+    std::FILE* file = fopencookie(&source, "r", {readThenFail, nullptr, nullptr, nullptr});
     ASSERT_NE(file, nullptr);
     EXPECT_FALSE(readAvlStream(list, file, "kaputt.avl", report));
     std::fclose(file);
@@ -281,72 +236,48 @@ TEST_F(AvlFile, FatalErrorInTheMiddleKeepsWhatWasReadAndEndsTheReport)
                                   "Fataler I/O-Fehler beim Lesen von 'kaputt.avl'."}));
 }
 
-TEST_F(AvlFile, OverlongLinesAreCutReportedAndReadingGoesOn)
-{
+TEST_F(AvlFile, OverlongLinesAreCutReportedAndReadingGoesOn) {
     const std::string head = "1#A#+-#";
-    struct Case {
-        const char* what;
-        std::size_t length; // of the long second line
-        bool reported;
-    };
-    const Case cases[] = {
-        {"longest line taken whole", kMaxLineBytes, false},
-        {"one byte too long", kMaxLineBytes + 1, true},
-        {"100,000 bytes", 100000, true},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        list.clearAll();
-        report.clear();
-        const std::string longLine = head + std::string(c.length - head.size(), 'x');
-        EXPECT_TRUE(load("0#T#1\n" + longLine + "\n1#B#+-#b\n"));
-        const cSysVar* a = list.findName("A");
-        ASSERT_NE(a, nullptr);
-        EXPECT_EQ(a->description.size(), kMaxLineBytes - head.size());
+    const std::pair<std::size_t, bool> cases[] = {
+        {kMaxLineBytes, false}, {kMaxLineBytes + 1, true}, {100000, true}}; // length, reported
+    for (const auto& [length, reported] : cases) {
+        SCOPED_TRACE(testing::Message() << "line of " << length << " bytes");
+        EXPECT_TRUE(load("0#T#1\n" + head + std::string(length - head.size(), 'x') + "\n1#B#+-#b\n"));
+        ASSERT_NE(list.findName("A"), nullptr);
+        EXPECT_EQ(list.findName("A")->description.size(), kMaxLineBytes - head.size());
         ASSERT_NE(list.findName("B"), nullptr) << "the line behind the long one is lost";
         EXPECT_EQ(list.findName("B")->sourceLine, 3);
-        if (c.reported)
-            EXPECT_EQ(report, ReportList{"I/O-Fehler beim Lesen in Zeile 2."});
-        else
-            EXPECT_TRUE(report.empty()) << report.front();
+        EXPECT_EQ(report, reported ? ReportList{"I/O-Fehler beim Lesen in Zeile 2."} : ReportList{});
     }
 }
 
-TEST_F(AvlFile, LongLineOfNoFieldsIsReportedTwice)
-{
+TEST_F(AvlFile, LongLineOfNoFieldsIsReportedTwice) {
     EXPECT_TRUE(load("1#A#+-#a\n" + std::string(100000, 'y') + "\n1#B#+-#b"));
-    ASSERT_EQ(report.size(), 2u);
-    EXPECT_EQ(report[0], "I/O-Fehler beim Lesen in Zeile 2.");
-    EXPECT_EQ(report[1], "Fehler 1: zu wenig Argumente in Zeile 2   : " +
-                             std::string(kMaxLineBytes, 'y'));
+    EXPECT_EQ(report,
+              (ReportList{"I/O-Fehler beim Lesen in Zeile 2.",
+                          "Fehler 1: zu wenig Argumente in Zeile 2   : " + std::string(kMaxLineBytes, 'y')}));
     EXPECT_NE(list.findName("B"), nullptr);
 }
 
-TEST_F(AvlFile, BinaryAndInvalidTextReadWithoutHarm)
-{
+TEST_F(AvlFile, BinaryAndInvalidTextReadWithoutHarm) {
     static const char kWithNul[] = "1#A\0B#+-#x\n\0\0\0\n0#\0#3\n";
-    std::string binary;
-    unsigned state = 12345;
-    for (int i = 0; i < 200000; ++i) {
-        state = state * 1103515245u + 12345u;
-        binary += static_cast<char>(state >> 16);
-    }
     const std::pair<const char*, std::string> files[] = {
-        {"random bytes", binary},
+        {"random bytes", filekit::randomBytes(12345, 200000)},
         {"NUL bytes", std::string(kWithNul, sizeof kWithNul - 1)},
-        {"invalid UTF-8", "1#\xff\xfe" "ab#+-#\xc3(\n0#\x80\x80#4\n1#\xe2\x82#-+#\xf0\x9f\x98\n"},
+        {"invalid UTF-8", "1#\xff\xfe"
+                          "ab#+-#\xc3(\n0#\x80\x80#4\n1#\xe2\x82#-+#\xf0\x9f\x98\n"},
     };
     for (const auto& [what, content] : files) {
         SCOPED_TRACE(what);
-        list.clearAll();
-        report.clear();
         EXPECT_TRUE(load(content));
         for (const std::string& line : report)
             EXPECT_TRUE(line.rfind("Fehler ", 0) == 0 || line.rfind("I/O-Fehler", 0) == 0 ||
                         line == emptyListLine())
                 << line.substr(0, 80);
     }
-    EXPECT_NE(list.findName("\xff\xfe" "AB"), nullptr);
+    EXPECT_NE(list.findName("\xff\xfe"
+                            "AB"),
+              nullptr);
     EXPECT_NE(list.findName("\xe2\x82"), nullptr);
     EXPECT_TRUE(list.themes.hasThemeName("\x80\x80"));
 }

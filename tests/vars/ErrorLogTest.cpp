@@ -1,6 +1,5 @@
 // Tests of the load step and the error log: blocks, counts, the file, the question, the editor.
-#include "AvlFileTestKit.h"
-#include "HostFixture.h"
+#include "VarsTestKit.h"
 
 #include "frame/cContext.h"
 #include "frame/cDocCntx.h"
@@ -14,28 +13,15 @@
 
 namespace {
 
-using filekit::linesOf;
 using filekit::capture;
+using filekit::hostNames;
+using filekit::linesOf;
 using filekit::readFile;
+using Lines = std::vector<std::string>;
 
-// Every variable the host knows, in the host's order.
-std::vector<std::string> hostNames()
-{
-    std::vector<std::string> names;
-    resbuf* chain = nullptr;
-    if (acedGetSysvarList("*", &chain) != RTNORM)
-        return names;
-    for (const resbuf* rb = chain; rb; rb = rb->rbnext)
-        if (rb->restype == RTSTR && rb->resval.rstring)
-            names.emplace_back(rb->resval.rstring);
-    acutRelRb(chain);
-    return names;
-}
-
-class LoadStep : public filekit::FileTestOf<HostFixture> {
+class LoadStep : public filekit::FileTestOf<filekit::HostFixture> {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         FileTestOf::SetUp();
         gContext.moduleBaseName = "VarDesk";
         gContext.userIniFile = folder() + "VarDesk.ini";
@@ -43,34 +29,34 @@ protected:
         context->avlFilePath = folder() + "test.avl";
         context->editorPath = "/bin/true";
     }
-    void TearDown() override
-    {
+    void TearDown() override {
         context.reset();
         FileTestOf::TearDown();
     }
 
     // A description line for every host variable but those left out.
-    std::string describeHost(const std::set<std::string>& leftOut = {}) const
-    {
+    static std::string describeHost(const std::set<std::string>& leftOut = {}) {
         std::string text;
         for (const std::string& name : hostNames())
             if (!leftOut.count(name))
                 text += "1#" + name + "#+-#Beschreibung\n";
         return text;
     }
-    void run()
-    {
+    void run() {
         runCode = runcode::idle;
         runLoadStep(*context, errorLines, runCode, moment);
     }
     std::string logPath() const { return folder() + "VarDesk.err"; }
-    std::vector<std::string> headBlock() const
-    {
+    Lines log() const { return linesOf(readFile(logPath())); }
+    // The head block followed by more lines.
+    Lines headBlockAnd(const Lines& more = {}) const {
         std::string date, time;
         formatDateTime(moment, kDateOnly, date);
         formatDateTime(moment, kTimeOnly, time);
-        return {"Fehlerprotokoll", "", "Datei: " + context->avlFilePath, "Datum: " + date,
-                "Uhrzeit: " + time, ""};
+        Lines lines = {"Fehlerprotokoll",  "", "Datei: " + context->avlFilePath, "Datum: " + date,
+                       "Uhrzeit: " + time, ""};
+        lines.insert(lines.end(), more.begin(), more.end());
+        return lines;
     }
 
     std::unique_ptr<cDocCntx> context;
@@ -81,68 +67,53 @@ protected:
                                  "sind Fehler aufgetaucht. Soll das Fehlerprotokoll angezeigt werden?";
 };
 
-TEST_F(LoadStep, LogOfEveryGroupFollowsTheLayoutLineForLine)
-{
-    const std::string lines = "0#Allgemein#1\n"
-                              "1#ALTEVAR#+-#gibt es nicht mehr\n"
-                              "3#BEISPIEL#x#Text\n" +
+TEST_F(LoadStep, LogOfEveryGroupFollowsTheLayoutLineForLine) {
+    const std::string lines = "0#Allgemein#1\n1#ALTEVAR#+-#gibt es nicht mehr\n3#BEISPIEL#x#Text\n" +
                               describeHost({"OSMODE", "SAVETIME"}) + "0#Anderes#1\n";
     writeFile("test.avl", lines);
     const int lastLine = static_cast<int>(linesOf(lines).size());
     ASSERT_GT(lastLine, 400) << "the host's table looks too small";
-
     run();
-
-    std::vector<std::string> expected = headBlock();
-    const std::vector<std::string> rest = {
-        "Fehler beim Laden von test.avl",
-        "Fehler 4: Falsches Format für Variable in Zeile 3   : 3#BEISPIEL#x#Text",
-        formatText("Fehler 8: Index bereits vorhanden in Zeile %-4d: 0#Anderes#1", lastLine),
-        "",
-        "Fehler beim Abfragen der AutoCAD-Variablen",
-        "Fehler 6: unbekannter Variablenname in Zeile 2   : ALTEVAR",
-        "",
-        "Nicht berücksichtigte Variablen der aktuellen AutoCAD-Version",
-        "Fehler 10: Fehlende Variable: OSMODE",
-        "Fehler 10: Fehlende Variable: SAVETIME",
-    };
-    expected.insert(expected.end(), rest.begin(), rest.end());
-    EXPECT_EQ(linesOf(readFile(logPath())), expected);
-
+    EXPECT_EQ(log(), headBlockAnd({
+                         "Fehler beim Laden von test.avl",
+                         "Fehler 4: Falsches Format für Variable in Zeile 3   : 3#BEISPIEL#x#Text",
+                         formatText("Fehler 8: Index bereits vorhanden in Zeile %-4d: 0#Anderes#1", lastLine),
+                         "",
+                         "Fehler beim Abfragen der AutoCAD-Variablen",
+                         "Fehler 6: unbekannter Variablenname in Zeile 2   : ALTEVAR",
+                         "",
+                         "Nicht berücksichtigte Variablen der aktuellen AutoCAD-Version",
+                         "Fehler 10: Fehlende Variable: OSMODE",
+                         "Fehler 10: Fehlende Variable: SAVETIME",
+                     }));
     EXPECT_EQ(context->errorCount, 5);
     EXPECT_TRUE(errorLines.empty()) << "writing the log empties the lines";
     EXPECT_TRUE(context->unaccountedVars.empty());
     EXPECT_EQ(runCode, runcode::done);
     EXPECT_FALSE(context->varList.containsName("ALTEVAR"));
-    EXPECT_TRUE(context->varList.containsName("LTSCALE"));
+    ASSERT_TRUE(context->varList.containsName("LTSCALE"));
     EXPECT_FALSE(context->varList.findName("LTSCALE")->currentText.empty());
     EXPECT_EQ(context->varList.userFileName, "unbenannt");
-    EXPECT_EQ(boxes(), std::vector<std::string>{question}) << "answered no: no editor";
+    EXPECT_EQ(boxes(), Lines{question}) << "answered no: no editor";
 }
 
-TEST_F(LoadStep, AnswerYesOpensTheLogInTheEditor)
-{
+TEST_F(LoadStep, AnswerYesOpensTheLogInTheEditor) {
     writeFile("test.avl", describeHost({"OSMODE"}));
     capture().script.answers.push_back("yes");
     run();
-    EXPECT_EQ(boxes(), (std::vector<std::string>{question, "EXEC: /bin/true \"" + logPath() + "\""}));
+    EXPECT_EQ(boxes(), (Lines{question, "EXEC: /bin/true \"" + logPath() + "\""}));
 }
 
-TEST_F(LoadStep, MissingHostVariablesAloneGiveHeadAndLastBlock)
-{
+TEST_F(LoadStep, MissingHostVariablesAloneGiveHeadAndLastBlock) {
     writeFile("test.avl", "0#Alles#1\n" + describeHost({"CLAYER"}));
     run();
-    std::vector<std::string> expected = headBlock();
-    expected.push_back("Nicht berücksichtigte Variablen der aktuellen AutoCAD-Version");
-    expected.push_back("Fehler 10: Fehlende Variable: CLAYER");
     // The head block ends in an empty line and the last block begins with one.
-    expected.insert(expected.end() - 2, "");
-    EXPECT_EQ(linesOf(readFile(logPath())), expected);
+    EXPECT_EQ(log(), headBlockAnd({"", "Nicht berücksichtigte Variablen der aktuellen AutoCAD-Version",
+                                   "Fehler 10: Fehlende Variable: CLAYER"}));
     EXPECT_EQ(context->errorCount, 1);
 }
 
-TEST_F(LoadStep, LoadWithoutErrorsWritesNoLogAndLeavesAnOldOne)
-{
+TEST_F(LoadStep, LoadWithoutErrorsWritesNoLogAndLeavesAnOldOne) {
     writeFile("VarDesk.err", "altes Protokoll\n");
     writeFile("test.avl", "0#Alles#1\n" + describeHost());
     run();
@@ -153,16 +124,14 @@ TEST_F(LoadStep, LoadWithoutErrorsWritesNoLogAndLeavesAnOldOne)
     EXPECT_NE(context->varList.first, nullptr);
 }
 
-TEST_F(LoadStep, ShippedDescriptionFileFitsTheHostWithoutAnError)
-{
+TEST_F(LoadStep, ShippedDescriptionFileFitsTheHostWithoutAnError) {
     context->avlFilePath = VARDESK_SOURCE_DIR "/data/VarDesk.avl";
     run();
     EXPECT_EQ(context->errorCount, 0) << (errorLines.size() > 6 ? errorLines[7] : "");
     EXPECT_FALSE(filekit::fs::exists(logPath()));
     EXPECT_TRUE(boxes().empty()) << boxes().front();
     std::size_t records = 0;
-    for (const cSysVar* v = context->varList.first; v; v = v->next) {
-        ++records;
+    for (const cSysVar* v = context->varList.first; v; v = v->next, ++records) {
         EXPECT_FALSE(v->description.empty()) << v->name;
         std::string title;
         EXPECT_NE(context->varList.themes.themeNameOf(title, v->themeIndex), 0) << v->name;
@@ -170,8 +139,7 @@ TEST_F(LoadStep, ShippedDescriptionFileFitsTheHostWithoutAnError)
     EXPECT_EQ(records, hostNames().size());
 }
 
-TEST_F(LoadStep, FileOfBadLinesAloneWritesNoLogAndAsksNothing)
-{
+TEST_F(LoadStep, FileOfBadLinesAloneWritesNoLogAndAsksNothing) {
     writeFile("test.avl", "3#X\n1#A\n0#Neu#0\n");
     run();
     EXPECT_FALSE(filekit::fs::exists(logPath()));
@@ -180,32 +148,27 @@ TEST_F(LoadStep, FileOfBadLinesAloneWritesNoLogAndAsksNothing)
     EXPECT_EQ(context->varList.first, nullptr);
     ASSERT_EQ(boxes().size(), 1u);
     EXPECT_EQ(boxes()[0].rfind("BOX warning:", 0), 0u) << boxes()[0];
-    std::vector<std::string> expected = headBlock();
-    expected.push_back("Fehler beim Laden von test.avl");
-    EXPECT_EQ(std::vector<std::string>(errorLines.begin(), errorLines.begin() + 7), expected);
-    EXPECT_EQ(errorLines.size(), 11u) << "the lines stay in memory";
+    ASSERT_EQ(errorLines.size(), 11u) << "the lines stay in memory";
+    EXPECT_EQ(Lines(errorLines.begin(), errorLines.begin() + 7),
+              headBlockAnd({"Fehler beim Laden von test.avl"}));
 }
 
-TEST_F(LoadStep, FileThatCannotBeOpenedGivesItsBoxAlone)
-{
+TEST_F(LoadStep, FileThatCannotBeOpenedGivesItsBoxAlone) {
     run();
-    EXPECT_EQ(boxes(), std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: " + folder() +
-                                                "test.avl  kann nicht geladen werden!"});
+    EXPECT_EQ(boxes(),
+              Lines{"BOX error: RT·VarDesk - Fehler: " + folder() + "test.avl  kann nicht geladen werden!"});
     EXPECT_FALSE(filekit::fs::exists(logPath()));
     EXPECT_EQ(context->errorCount, 0);
     EXPECT_EQ(context->varList.first, nullptr);
 }
 
-TEST_F(LoadStep, LaterRunReadsTheValuesAgainAndNothingElse)
-{
+TEST_F(LoadStep, LaterRunReadsTheValuesAgainAndNothingElse) {
     writeFile("test.avl", "1#LTSCALE#+-#Linientypfaktor\n1#OSMODE#+-#Objektfang\n");
     run();
-    ASSERT_TRUE(filekit::fs::exists(logPath()));
-    filekit::fs::remove(logPath());
+    ASSERT_TRUE(filekit::fs::remove(logPath()));
     const int count = context->errorCount;
     ASSERT_TRUE(cadhost::HostSession::instance().setVariableText("LTSCALE", "3.5"));
     boxes().clear();
-
     run();
     EXPECT_EQ(context->varList.findName("LTSCALE")->currentText, "3.5000");
     EXPECT_EQ(context->errorCount, count);
@@ -214,8 +177,7 @@ TEST_F(LoadStep, LaterRunReadsTheValuesAgainAndNothingElse)
     EXPECT_EQ(runCode, runcode::done);
 }
 
-TEST_F(LoadStep, NewDescriptionFileStartsTheLogAnew)
-{
+TEST_F(LoadStep, NewDescriptionFileStartsTheLogAnew) {
     writeFile("test.avl", "1#LTSCALE#+-#Linientypfaktor\n");
     run();
     ASSERT_GT(context->errorCount, 0);
@@ -226,32 +188,28 @@ TEST_F(LoadStep, NewDescriptionFileStartsTheLogAnew)
     context->avlFilePath = folder() + "neu.avl";
     moment += std::chrono::hours(30);
     run();
-    const std::vector<std::string> log = linesOf(readFile(logPath()));
-    const std::vector<std::string> head = headBlock();
-    ASSERT_GE(log.size(), head.size() + 2);
-    EXPECT_EQ(std::vector<std::string>(log.begin(), log.begin() + 6), head);
-    EXPECT_EQ(log[6], "Fehler beim Laden von neu.avl");
-    EXPECT_EQ(log[7], "Fehler 1: zu wenig Argumente in Zeile 2   : kaputt");
+    const Lines expected =
+        headBlockAnd({"Fehler beim Laden von neu.avl", "Fehler 1: zu wenig Argumente in Zeile 2   : kaputt"});
+    const Lines written = log();
+    ASSERT_GE(written.size(), expected.size());
+    EXPECT_EQ(Lines(written.begin(), written.begin() + expected.size()), expected);
 }
 
-TEST_F(LoadStep, LogThatCannotBeWrittenStaysInMemoryAndTheQuestionComes)
-{
+TEST_F(LoadStep, LogThatCannotBeWrittenStaysInMemoryAndTheQuestionComes) {
     gContext.userIniFile = folder() + "fehlt/VarDesk.ini";
     writeFile("test.avl", describeHost({"OSMODE"}));
     run();
     const std::string failure = folder() + "fehlt/VarDesk.err kann nicht geladen werden!";
-    EXPECT_EQ(boxes(), (std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: " + failure,
-                                                 question}));
+    EXPECT_EQ(boxes(), (Lines{"BOX error: RT·VarDesk - Fehler: " + failure, question}));
     ASSERT_FALSE(errorLines.empty());
     EXPECT_EQ(errorLines.back(), failure);
     EXPECT_EQ(errorLines.front(), "Fehlerprotokoll");
 }
 
-TEST_F(LoadStep, ReportedLinesOfAUserListNeverReachTheLog)
-{
+TEST_F(LoadStep, ReportedLinesOfAUserListNeverReachTheLog) {
     writeFile("test.avl", describeHost({"OSMODE"}));
     run();
-    const std::string log = readFile(logPath());
+    const std::string before = readFile(logPath());
     writeFile("liste.var", "LTSCALE#" + std::string(40000, '1') + "\n");
     context->varList.userDirectory = folder();
     context->varList.userFileName = "liste.var";
@@ -259,78 +217,47 @@ TEST_F(LoadStep, ReportedLinesOfAUserListNeverReachTheLog)
     EXPECT_EQ(context->varList.readUserFile(report), 1);
     EXPECT_EQ(report.size(), 1u);
     run();
-    EXPECT_EQ(readFile(logPath()), log);
+    EXPECT_EQ(readFile(logPath()), before);
     EXPECT_TRUE(errorLines.empty());
 }
 
-TEST(ErrorLogFile, WritesEveryLineAndEmptiesTheList)
-{
+TEST(ErrorLogFile, WritesEveryLineAndEmptiesTheList) {
     const auto dir = filekit::fs::temp_directory_path() / "vardesk-errorlog-write";
     filekit::fs::create_directories(dir);
     ReportList lines = {"Fehlerprotokoll", "", "Zeile mit Umlaut: ä"};
     EXPECT_TRUE(writeErrorLog(lines, dir.string() + "/", "VarDesk"));
     EXPECT_TRUE(lines.empty());
     EXPECT_EQ(readFile(dir / "VarDesk.err"), "Fehlerprotokoll\n\nZeile mit Umlaut: ä\n");
-    ReportList none;
-    EXPECT_TRUE(writeErrorLog(none, dir.string() + "/", "VarDesk"));
+    EXPECT_TRUE(writeErrorLog(lines, dir.string() + "/", "VarDesk"));
     EXPECT_EQ(readFile(dir / "VarDesk.err"), "") << "each writing replaces the whole file";
     filekit::fs::remove_all(dir);
 }
 
-class ShowErrorLogTest : public filekit::FileTest {};
+using ShowErrorLogTest = filekit::FileTest;
 
-TEST_F(ShowErrorLogTest, ResultCodesOfTheStartBecomeBoxes)
-{
+TEST_F(ShowErrorLogTest, ResultCodesOfTheStartBecomeBoxes) {
     gContext.userIniFile = "/home/anna/.kova/VarDesk.ini";
     cDocCntx context(nullptr);
     context.editorPath = "/opt/edit";
-    const std::string exec = "EXEC: /opt/edit \"/home/anna/.kova/VarDesk.err\"";
-    struct Case {
-        int code;
-        std::string box; // empty: none
-    };
-    const Case cases[] = {
-        {kova::ExecResult::OutOfMemory, "BOX error: RT·VarDesk - Fehler: Zu wenig Speicher verfügbar"},
-        {kova::ExecResult::FileNotFound, "BOX error: RT·VarDesk - Fehler: /opt/edit nicht gefunden"},
-        {kova::ExecResult::PathNotFound, "BOX error: RT·VarDesk - Fehler: /opt/edit nicht gefunden"},
-        {kova::ExecResult::BadFormat,
-         "BOX error: RT·VarDesk - Fehler: /opt/edit ist keine ausführbare Datei"},
+    const std::string box = "BOX error: RT·VarDesk - Fehler: ";
+    const std::pair<int, std::string> cases[] = {
+        {kova::ExecResult::OutOfMemory, box + "Zu wenig Speicher verfügbar"},
+        {kova::ExecResult::FileNotFound, box + "/opt/edit nicht gefunden"},
+        {kova::ExecResult::PathNotFound, box + "/opt/edit nicht gefunden"},
+        {kova::ExecResult::BadFormat, box + "/opt/edit ist keine ausführbare Datei"},
+        {-1, box + "/opt/edit nicht gefunden"}, // the program is checked for real
         {5, ""},
         {kova::ExecResult::Started, ""},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "result code " << c.code);
+    for (const auto& [code, expected] : cases) {
+        SCOPED_TRACE(testing::Message() << "result code " << code);
         boxes().clear();
-        capture().ui.execResult = c.code;
+        capture().ui.execResult = code;
         ShowErrorLog(context);
-        std::vector<std::string> expected = {exec};
-        if (!c.box.empty())
-            expected.push_back(c.box);
-        EXPECT_EQ(boxes(), expected);
-    }
-}
-
-TEST_F(ShowErrorLogTest, EditorThatIsNoProgramIsNamed)
-{
-    gContext.userIniFile = folder() + "VarDesk.ini";
-    writeFile("kein-programm", "nur Text\n");
-    cDocCntx context(nullptr);
-    struct Case {
-        std::string editor;
-        std::string text;
-    };
-    const Case cases[] = {
-        {folder() + "fehlt", " nicht gefunden"},
-        {folder() + "kein/ordner/edit", " nicht gefunden"},
-        {folder() + "kein-programm", " ist keine ausführbare Datei"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.editor);
-        boxes().clear();
-        context.editorPath = c.editor;
-        ShowErrorLog(context);
-        ASSERT_EQ(boxes().size(), 2u);
-        EXPECT_EQ(boxes()[1], "BOX error: RT·VarDesk - Fehler: " + c.editor + c.text);
+        Lines lines = {"EXEC: /opt/edit \"/home/anna/.kova/VarDesk.err\""};
+        if (!expected.empty())
+            lines.push_back(expected);
+        EXPECT_EQ(boxes(), lines);
     }
 }
 

@@ -1,50 +1,49 @@
 // Tests of the text, path and date helpers, with multi-byte and broken UTF-8 text.
 #include "vars/TextHelpers.h"
 
-#include <QDateTime>
 #include <gtest/gtest.h>
+#include <QDateTime>
 
 #include <filesystem>
 
 namespace {
 
-const std::string kUmlaut = "\xC3\xA4";          // ä
-const std::string kEuro = "\xE2\x82\xAC";        // €
-const std::string kGrin = "\xF0\x9F\x98\x80";    // 😀
-const std::string kWideSpace = "\xE3\x80\x80";   // U+3000
+const std::string kUmlaut = "\xC3\xA4";        // ä
+const std::string kEuro = "\xE2\x82\xAC";      // €
+const std::string kGrin = "\xF0\x9F\x98\x80";  // 😀
+const std::string kWideSpace = "\xE3\x80\x80"; // U+3000
+using Words = std::vector<std::string>;
 
-struct TrimCase {
-    std::string input, left, right, both;
-};
-
-TEST(TextHelpers, TrimsWhiteSpaceAtEitherEnd)
-{
-    const TrimCase cases[] = {
+TEST(TextHelpers, TrimsWhiteSpaceAtEitherEnd) {
+    const Words cases[] = {
+        // input, trimLeft, trimRight, trimBoth
         {"", "", "", ""},
         {"   ", "", "", ""},
         {"  a b  ", "a b  ", "  a b", "a b"},
         {"\t\r\n" + kUmlaut + " \r\n", kUmlaut + " \r\n", "\t\r\n" + kUmlaut, kUmlaut},
         {kWideSpace + kEuro + kWideSpace, kEuro + kWideSpace, kWideSpace + kEuro, kEuro},
-        {" x y z", "x y z", " x y z", "x y z"},
         {kGrin + "  ", kGrin + "  ", kGrin, kGrin},
         {"\xA0 a \xA0", "\xA0 a \xA0", "\xA0 a \xA0", "\xA0 a \xA0"}, // stray bytes are no blanks
     };
-    for (const auto& c : cases) {
-        std::string l = c.input, r = c.input, b = c.input;
-        EXPECT_EQ(trimLeft(l), c.left) << "trimLeft of [" << c.input << "]";
-        EXPECT_EQ(trimRight(r), c.right) << "trimRight of [" << c.input << "]";
-        EXPECT_EQ(trimBoth(b), c.both) << "trimBoth of [" << c.input << "]";
+    for (const Words& c : cases) {
+        std::string l = c[0], r = c[0], b = c[0];
+        EXPECT_EQ((Words{c[0], trimLeft(l), trimRight(r), trimBoth(b)}), c) << "input [" << c[0] << "]";
     }
 }
 
-TEST(TextHelpers, UpperCaseStepsOverWholeCharacters)
-{
+TEST(TextHelpers, UpperCaseStepsOverWholeCharacters) {
     const std::pair<std::string, std::string> cases[] = {
         {"abc xyz", "ABC XYZ"},
         {"\xC3\xA4\xC3\xB6\xC3\xBC", "\xC3\x84\xC3\x96\xC3\x9C"}, // äöü -> ÄÖÜ
-        {"stra\xC3\x9F" "e", "STRA\xC3\x9F" "E"},                 // ß has no one-to-one upper form
+        {"stra\xC3\x9F"
+         "e",
+         "STRA\xC3\x9F"
+         "E"}, // ß has no one-to-one upper form
         {kEuro + kGrin + "q", kEuro + kGrin + "Q"},
-        {"a\xFF" "b\xC3", "A\xFF" "B\xC3"}, // invalid bytes stay, neighbours still change
+        {"a\xFF"
+         "b\xC3",
+         "A\xFF"
+         "B\xC3"}, // invalid bytes stay, neighbours still change
         {"", ""},
     };
     for (const auto& [input, expected] : cases) {
@@ -53,39 +52,27 @@ TEST(TextHelpers, UpperCaseStepsOverWholeCharacters)
     }
 }
 
-TEST(TextHelpers, RemoveCharNeverTouchesBytesInsideACharacter)
-{
+TEST(TextHelpers, RemoveAndReplaceCharNeverTouchBytesInsideACharacter) {
     // ä is C3 A4, € is E2 82 AC: their inner bytes must survive removal of the same byte value.
     std::string text = "a" + kUmlaut + kEuro + "\xA4" + "b";
     removeChar(text, '\xA4');
-    EXPECT_EQ(text, "a" + kUmlaut + kEuro + "b");
     removeChar(text, '\xAC');
     EXPECT_EQ(text, "a" + kUmlaut + kEuro + "b");
-
     std::string quoted = "\"say \"" + kGrin + "\"\"";
     removeChar(quoted, '"');
     EXPECT_EQ(quoted, "say " + kGrin);
-}
 
-TEST(TextHelpers, ReplaceCharCountsAndKeepsTheLength)
-{
-    std::string text = "1,2," + kEuro + ",3";
-    EXPECT_EQ(replaceChar(text, ',', ' '), 3);
-    EXPECT_EQ(text, "1 2 " + kEuro + " 3");
-
-    std::string same = "a,b";
+    std::string commas = "1,2," + kEuro + ",3";
+    EXPECT_EQ(replaceChar(commas, ',', ' '), 3);
+    EXPECT_EQ(commas, "1 2 " + kEuro + " 3");
+    std::string same = "a,b", empty, inner = kEuro;
     EXPECT_EQ(replaceChar(same, ',', ','), 0);
-    std::string empty;
     EXPECT_EQ(replaceChar(empty, ',', ' '), 0);
-    EXPECT_TRUE(empty.empty());
-
-    std::string inner = kEuro;
     EXPECT_EQ(replaceChar(inner, '\x82', 'x'), 0);
     EXPECT_EQ(inner, kEuro);
 }
 
-TEST(TextHelpers, FindCharWalksWholeCharactersFromTheStart)
-{
+TEST(TextHelpers, FindCharWalksWholeCharactersFromTheStart) {
     const std::string text = "a#" + kUmlaut + "#"; // '#' at bytes 1 and 4
     EXPECT_EQ(findChar(text, '#'), 1);
     EXPECT_EQ(findChar(text, '#', 2), 4);
@@ -95,15 +82,13 @@ TEST(TextHelpers, FindCharWalksWholeCharactersFromTheStart)
     EXPECT_EQ(findChar("", '#'), -1);
 }
 
-TEST(TextHelpers, LeftAndMidCutAtCharacterBoundaries)
-{
+TEST(TextHelpers, LeftAndMidCutAtCharacterBoundaries) {
     EXPECT_EQ(left("abc", 2), "ab");
     EXPECT_EQ(left("abc", 10), "abc");
     EXPECT_EQ(left("abc", 0), "");
     EXPECT_EQ(left(kUmlaut + kEuro, 2), kUmlaut);
     EXPECT_EQ(left(kUmlaut + kEuro, 1), "") << "a cut inside ä moves back";
     EXPECT_EQ(left(kUmlaut + kEuro, 4), kUmlaut) << "a cut inside € moves back";
-
     EXPECT_EQ(mid("abc", 5), "");
     EXPECT_EQ(mid("abc", 3), "");
     EXPECT_EQ(mid("abc", 1, 10), "bc");
@@ -114,8 +99,7 @@ TEST(TextHelpers, LeftAndMidCutAtCharacterBoundaries)
     EXPECT_EQ(mid(kGrin + "x", 4, 1), "x");
 }
 
-TEST(TextHelpers, CompareTextIsByteOrderWithCase)
-{
+TEST(TextHelpers, CompareTextIsByteOrderWithCase) {
     EXPECT_LT(compareText("A", "B"), 0);
     EXPECT_LT(compareText("B", "a"), 0) << "upper case sorts before lower case";
     EXPECT_LT(compareText("Z", kUmlaut), 0) << "multi-byte characters sort after ASCII";
@@ -124,57 +108,47 @@ TEST(TextHelpers, CompareTextIsByteOrderWithCase)
     EXPECT_EQ(compareText("X" + kEuro, "X" + kEuro), 0);
 }
 
-TEST(TextHelpers, SplitFieldsCountsHashesPlusOne)
-{
-    struct Case {
-        std::string line;
-        int count;
-        std::string f1, f2, f3, f4;
+TEST(TextHelpers, SplitFieldsCountsHashesPlusOne) {
+    const std::pair<std::string, Words> cases[] = {
+        // line, {count, the first four fields}
+        {"abc", {"1", "abc", "", "", ""}},
+        {"", {"1", "", "", "", ""}},
+        {"a#", {"2", "a", "", "", ""}},
+        {"0#Bema\xC3\x9F"
+         "ung#3",
+         {"3", "0",
+          "Bema\xC3\x9F"
+          "ung",
+          "3", ""}},
+        {" 3 # zweite # -+ # Text ", {"4", " 3 ", " zweite ", " -+ ", " Text "}},
+        {"a#b#c#d#e#f", {"6", "a", "b", "c", "d"}},
+        {"##", {"3", "", "", "", ""}},
+        {kEuro + "#" + kGrin, {"2", kEuro, kGrin, "", ""}},
     };
-    const Case cases[] = {
-        {"abc", 1, "abc", "", "", ""},
-        {"", 1, "", "", "", ""},
-        {"a#", 2, "a", "", "", ""},
-        {"0#Bema\xC3\x9F" "ung#3", 3, "0", "Bema\xC3\x9F" "ung", "3", ""},
-        {" 3 # zweite # -+ # Text ", 4, " 3 ", " zweite ", " -+ ", " Text "},
-        {"a#b#c#d#e#f", 6, "a", "b", "c", "d"},
-        {"##", 3, "", "", "", ""},
-        {kEuro + "#" + kGrin, 2, kEuro, kGrin, "", ""},
-    };
-    for (const auto& c : cases) {
+    for (const auto& [line, expected] : cases) {
         std::string f1 = "x", f2 = "x", f3 = "x", f4 = "x";
-        EXPECT_EQ(splitFields(c.line, f1, f2, f3, f4), c.count) << "line [" << c.line << "]";
-        EXPECT_EQ(f1, c.f1) << "line [" << c.line << "]";
-        EXPECT_EQ(f2, c.f2) << "line [" << c.line << "]";
-        EXPECT_EQ(f3, c.f3) << "line [" << c.line << "]";
-        EXPECT_EQ(f4, c.f4) << "line [" << c.line << "]";
+        const int count = splitFields(line, f1, f2, f3, f4);
+        EXPECT_EQ((Words{std::to_string(count), f1, f2, f3, f4}), expected) << "line [" << line << "]";
     }
 }
 
-TEST(TextHelpers, PathPartsSplitAtTheLastSlashAndDot)
-{
-    struct Case {
-        std::string path, directory, fileName, stem;
-    };
-    const Case cases[] = {
+TEST(TextHelpers, PathPartsSplitAtTheLastSlashAndDot) {
+    const Words cases[] = {
+        // path, directory, file name, stem
         {"/a/b/c.avl", "/a/b/", "c.avl", "/a/b/c"},
         {"c.avl", "", "c.avl", "c"},
         {"/a/b/", "/a/b/", "", "/a/b/"},
         {"/a/c.tar.gz", "/a/", "c.tar.gz", "/a/c.tar"},
         {"/a.d/c", "/a.d/", "c", "/a.d/c"},
         {"", "", "", ""},
-        {"/" + kUmlaut + "/" + kEuro + ".var", "/" + kUmlaut + "/", kEuro + ".var", "/" + kUmlaut + "/" + kEuro},
+        {"/" + kUmlaut + "/" + kEuro + ".var", "/" + kUmlaut + "/", kEuro + ".var",
+         "/" + kUmlaut + "/" + kEuro},
     };
-    for (const auto& c : cases) {
-        std::string out = "old";
-        EXPECT_EQ(pathDirectory(c.path, out), c.directory) << "path [" << c.path << "]";
-        EXPECT_EQ(pathFileName(c.path, out), c.fileName) << "path [" << c.path << "]";
-        EXPECT_EQ(pathStem(c.path, out), c.stem) << "path [" << c.path << "]";
+    for (const Words& c : cases) {
+        std::string d = "old", f = "old", s = "old";
+        EXPECT_EQ((Words{c[0], pathDirectory(c[0], d), pathFileName(c[0], f), pathStem(c[0], s)}), c)
+            << "path [" << c[0] << "]";
     }
-}
-
-TEST(TextHelpers, PathInWorkingDirectoryJoinsTheWorkingDirectory)
-{
     std::string out;
     pathInWorkingDirectory("Drawing1.dwg", out);
     std::string expected = std::filesystem::current_path().string();
@@ -183,11 +157,10 @@ TEST(TextHelpers, PathInWorkingDirectoryJoinsTheWorkingDirectory)
     EXPECT_EQ(out, expected + "Drawing1.dwg");
 }
 
-TEST(TextHelpers, FormatDateTimeGivesDateOrTimeOfTheMoment)
-{
+TEST(TextHelpers, FormatDateTimeGivesDateOrTimeOfTheMoment) {
     const QDateTime local(QDate(2024, 3, 5), QTime(13, 47, 39));
     const DateTime moment{std::chrono::milliseconds(local.toMSecsSinceEpoch())};
-    std::string date, time, both, bad;
+    std::string date, time, both, bad, now;
     formatDateTime(moment, kDateOnly, date);
     formatDateTime(moment, kTimeOnly, time);
     formatDateTime(moment, kDateTimeBoth, both);
@@ -197,8 +170,6 @@ TEST(TextHelpers, FormatDateTimeGivesDateOrTimeOfTheMoment)
     EXPECT_NE(time.find("39"), std::string::npos) << "with seconds: " << time;
     EXPECT_EQ(both, date + " " + time);
     EXPECT_EQ(formatDateTime(moment, 7, bad), "Invalid DateTime");
-
-    std::string now;
     EXPECT_NE(formatDateTime(currentDateTime(), kDateOnly, now), "Invalid DateTime");
 }
 

@@ -1,33 +1,29 @@
 // Tests of user list files: the written form, the free read grammar, round trips, failures, boxes.
-#include "AvlFileTestKit.h"
-#include "HostFixture.h"
+#include "VarsTestKit.h"
 
 #include "settings/cMsgCatalog.h"
 #include "vars/AvlFile.h"
 #include "vars/TextHelpers.h"
 #include "vars/UserListFile.h"
-#include "vars/cSysVarList.h"
 
 namespace {
 
 using filekit::linesOf;
 using filekit::readFile;
+using Lines = std::vector<std::string>;
 
-std::string padded(const std::string& name, const std::string& value)
-{
+std::string padded(const std::string& name, const std::string& value) {
     return formatText("%-25s#%s", name.c_str(), value.c_str());
 }
 
 // A list of host variables of every kind, read from the host, as the load step leaves it.
-class UserListFile : public filekit::FileTestOf<HostFixture> {
+class UserListFile : public filekit::FileTestOf<filekit::HostFixture> {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         FileTestOf::SetUp();
-        const char* rows[][2] = {
-            {"CLAYER", "+-"},     {"DWGNAME", "--"},   {"HPMAXLINES", "+-"}, {"INSBASE", "++"},
-            {"LIMMAX", "++"},     {"LTSCALE", "++"},   {"OSMODE", "+-"},     {"VIEWCTR", "-+"},
-        };
+        const char* rows[][2] = {{"CLAYER", "+-"},  {"DWGNAME", "--"}, {"HPMAXLINES", "+-"},
+                                 {"INSBASE", "++"}, {"LIMMAX", "++"},  {"LTSCALE", "++"},
+                                 {"OSMODE", "+-"},  {"VIEWCTR", "-+"}};
         int line = 1;
         for (const auto& row : rows)
             ASSERT_TRUE(list.addVariable("1", row[0], row[1], "", line++)) << row[0];
@@ -36,18 +32,21 @@ protected:
             ASSERT_FALSE(v->isUnreadable()) << v->name << " is not in the host's table";
     }
 
-    cSysVar& var(const std::string& name)
-    {
+    cSysVar& var(const std::string& name) {
         cSysVar* v = list.findName(name);
         EXPECT_NE(v, nullptr) << name;
         return *v;
     }
+    void edit(std::initializer_list<std::pair<const char*, const char*>> typed) {
+        for (const auto& [name, text] : typed)
+            ASSERT_TRUE(var(name).applyEditText(text)) << name;
+    }
     // Writes content as "liste.var" and reads it into the list.
-    int read(const std::string& content)
-    {
-        writeFile("liste.var", content);
+    int read(const std::string& content, const std::string& name = "liste.var") {
+        if (!content.empty())
+            writeFile(name, content);
         list.userDirectory = folder();
-        list.userFileName = "liste.var";
+        list.userFileName = name;
         return list.readUserFile(report);
     }
 
@@ -55,17 +54,15 @@ protected:
     ReportList report;
 };
 
-TEST_F(UserListFile, WritesChosenRecordsPaddedInNameOrder)
-{
-    ASSERT_TRUE(var("OSMODE").applyEditText("37"));
-    ASSERT_TRUE(var("LTSCALE").applyEditText("2.5"));
-    ASSERT_TRUE(var("INSBASE").applyEditText("1 2 3"));
-    ASSERT_TRUE(var("LIMMAX").applyEditText("10,20"));
-    ASSERT_TRUE(var("CLAYER").applyEditText("Wände"));
+TEST_F(UserListFile, WritesChosenRecordsPaddedInNameOrder) {
+    edit({{"OSMODE", "37"},
+          {"LTSCALE", "2.5"},
+          {"INSBASE", "1 2 3"},
+          {"LIMMAX", "10,20"},
+          {"CLAYER", "Wände"}});
     var("DWGNAME").setInUserList(); // no new value: the current one is written
     ASSERT_TRUE(list.writeUserFile(folder(), "out.var", false));
-
-    const std::vector<std::string> expected = {
+    const Lines expected = {
         padded("CLAYER", "\"Wände\""),
         padded("DWGNAME", var("DWGNAME").currentText),
         padded("INSBASE", "1.0000 2.0000 3.0000"),
@@ -76,18 +73,13 @@ TEST_F(UserListFile, WritesChosenRecordsPaddedInNameOrder)
     EXPECT_EQ(linesOf(readFile(dir / "out.var")), expected);
     EXPECT_EQ(expected[0], "CLAYER                   #\"Wände\"");
     EXPECT_TRUE(boxes().empty());
-}
 
-TEST_F(UserListFile, SelectedOnlyWritesTheSelection)
-{
-    ASSERT_TRUE(var("OSMODE").applyEditText("37"));
     var("LTSCALE").setSelected();
     ASSERT_TRUE(list.writeUserFile(folder(), "sel.var", true));
-    EXPECT_EQ(readFile(dir / "sel.var"), padded("LTSCALE", var("LTSCALE").currentText) + "\n");
+    EXPECT_EQ(readFile(dir / "sel.var"), padded("LTSCALE", "2.5000") + "\n") << "the selection alone";
 }
 
-TEST_F(UserListFile, LongNamesAreNotCut)
-{
+TEST_F(UserListFile, LongNamesAreNotCut) {
     const std::string names[] = {"ABCDEFGHIJKLMNOPQRSTUVWXY", "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234"};
     cSysVarList own;
     for (const std::string& name : names) {
@@ -96,8 +88,7 @@ TEST_F(UserListFile, LongNamesAreNotCut)
     }
     ASSERT_TRUE(own.writeUserFile(folder(), "lang.var", false));
     EXPECT_EQ(linesOf(readFile(dir / "lang.var")),
-              (std::vector<std::string>{"ABCDEFGHIJKLMNOPQRSTUVWXY#",
-                                        "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234#"}));
+              (Lines{"ABCDEFGHIJKLMNOPQRSTUVWXY#", "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234#"}));
     own.clearAllNewValues();
     own.userDirectory = folder();
     own.userFileName = "lang.var";
@@ -106,43 +97,41 @@ TEST_F(UserListFile, LongNamesAreNotCut)
         EXPECT_TRUE(own.findName(name)->inUserList()) << name;
 }
 
-TEST_F(UserListFile, RoundTripGivesTheSameNewTexts)
-{
-    const char* typed[][2] = {{"OSMODE", "4133"},  {"LTSCALE", "0.125"}, {"INSBASE", "-1 2.5 1e3"},
-                              {"LIMMAX", "420 297"}, {"CLAYER", "Achsen"}, {"HPMAXLINES", "250000"}};
-    for (const auto& row : typed)
-        ASSERT_TRUE(var(row[0]).applyEditText(row[1])) << row[0];
-    std::vector<std::pair<std::string, std::string>> before;
-    for (const cSysVar* v = list.first; v; v = v->next)
-        before.emplace_back(v->name, v->newText);
-
-    for (const char separator : {' ', ',', ';'}) {
-        SCOPED_TRACE(std::string("separator '") + separator + "'");
-        list.pointSeparator = separator;
-        for (cSysVar* v = list.first; v; v = v->next)
-            if (v->inUserList())
-                v->refreshNewText();
-        ASSERT_TRUE(list.writeUserFile(folder(), "rund.var", false));
-        list.clearAllNewValues();
-        EXPECT_EQ(read(readFile(dir / "rund.var")), 1);
-        EXPECT_TRUE(report.empty());
-        list.pointSeparator = ' ';
-        std::vector<std::pair<std::string, std::string>> after;
+TEST_F(UserListFile, RoundTripGivesTheSameNewTexts) {
+    edit({{"OSMODE", "4133"},
+          {"LTSCALE", "0.125"},
+          {"INSBASE", "-1 2.5 1e3"},
+          {"LIMMAX", "420 297"},
+          {"CLAYER", "Achsen"},
+          {"HPMAXLINES", "250000"}});
+    auto newTexts = [this] {
+        std::vector<std::pair<std::string, std::string>> texts;
         for (cSysVar* v = list.first; v; v = v->next) {
             if (v->inUserList())
                 v->refreshNewText();
-            after.emplace_back(v->name, v->newText);
+            texts.emplace_back(v->name, v->newText);
         }
-        EXPECT_EQ(after, before);
+        return texts;
+    };
+    const auto before = newTexts();
+    for (const char separator : {' ', ',', ';'}) {
+        SCOPED_TRACE(std::string("separator '") + separator + "'");
+        list.pointSeparator = separator;
+        newTexts();
+        ASSERT_TRUE(list.writeUserFile(folder(), "rund.var", false));
+        list.clearAllNewValues();
+        list.pointSeparator = ' ';
+        EXPECT_EQ(read("", "rund.var"), 1);
+        EXPECT_TRUE(report.empty());
+        EXPECT_EQ(newTexts(), before);
     }
 }
 
-TEST_F(UserListFile, ReaderGrammarIsFree)
-{
+TEST_F(UserListFile, ReaderGrammarIsFree) {
     struct Case {
-        const char* what;
-        std::string content;
         const char* name;
+        std::string content;
+        const char* var;
         std::string newText;
     };
     const Case cases[] = {
@@ -159,26 +148,22 @@ TEST_F(UserListFile, ReaderGrammarIsFree)
         {"a name alone gives an empty string", "CLAYER\n", "CLAYER", "\"\""},
         {"the later of two lines wins", "OSMODE#1\nOSMODE#2\n", "OSMODE", "2"},
         {"numbers are shown rounded", "LTSCALE#1.23456789\n", "LTSCALE", "1.2346"},
-        {"a point under any of the separators", "INSBASE#1;2:3\n", "INSBASE",
-         "1.0000 2.0000 3.0000"},
+        {"a point under any of the separators", "INSBASE#1;2:3\n", "INSBASE", "1.0000 2.0000 3.0000"},
         {"a read-only variable takes a value", "VIEWCTR#5 6 7\n", "VIEWCTR", "5.0000 6.0000 7.0000"},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
+        SCOPED_TRACE(c.name);
         list.clearAllNewValues();
         report.clear();
         EXPECT_EQ(read(c.content), 1);
-        EXPECT_TRUE(var(c.name).inUserList());
-        EXPECT_EQ(var(c.name).newText, c.newText);
+        EXPECT_TRUE(var(c.var).inUserList());
+        EXPECT_EQ(var(c.var).newText, c.newText);
         EXPECT_TRUE(report.empty());
     }
 }
 
-TEST_F(UserListFile, ValuesThatDoNotParseKeepTheOldNewValue)
-{
-    ASSERT_TRUE(var("LTSCALE").applyEditText("2.5"));
-    ASSERT_TRUE(var("INSBASE").applyEditText("1 2 3"));
-    ASSERT_TRUE(var("LIMMAX").applyEditText("4 5"));
+TEST_F(UserListFile, ValuesThatDoNotParseKeepTheOldNewValue) {
+    edit({{"LTSCALE", "2.5"}, {"INSBASE", "1 2 3"}, {"LIMMAX", "4 5"}});
     EXPECT_EQ(read("LTSCALE#abc\nINSBASE#1.0000#2.0000#3.0000\nLIMMAX\nOSMODE#\n"), 1);
     EXPECT_EQ(var("LTSCALE").newText, "2.5000");
     EXPECT_EQ(var("LTSCALE").newValue.rreal, 2.5);
@@ -189,8 +174,7 @@ TEST_F(UserListFile, ValuesThatDoNotParseKeepTheOldNewValue)
         EXPECT_TRUE(var(name).inUserList()) << name;
 }
 
-TEST_F(UserListFile, UnknownNamesAreCountedAndNotReported)
-{
+TEST_F(UserListFile, UnknownNamesAreCountedAndNotReported) {
     EXPECT_EQ(read("OSMODE#3\nGIBTSNICHT#1\n"), 2);
     EXPECT_EQ(read("ALT1#1\nALT2#2\nALT3#3\nOSMODE#4\n"), 4);
     EXPECT_TRUE(report.empty());
@@ -198,64 +182,43 @@ TEST_F(UserListFile, UnknownNamesAreCountedAndNotReported)
     EXPECT_TRUE(var("LTSCALE").newText.empty()) << "a record the file does not name is left alone";
 }
 
-TEST_F(UserListFile, OverlongLineIsReportedAndReadingGoesOn)
-{
-    const std::string longValue(100000, '7');
-    EXPECT_EQ(read("CLAYER#" + longValue + "\nOSMODE#5\n"), 1);
+TEST_F(UserListFile, OverlongLinesAndBinaryFilesAreSurvived) {
+    EXPECT_EQ(read("CLAYER#" + std::string(100000, '7') + "\nOSMODE#5\n"), 1);
     EXPECT_EQ(report, ReportList{"I/O-Fehler beim Lesen in Zeile 1."});
     EXPECT_EQ(var("CLAYER").newText.size(), kMaxLineBytes - 7 + 2);
     EXPECT_EQ(var("OSMODE").newText, "5");
-}
-
-TEST_F(UserListFile, BinaryFileReadsWithoutHarm)
-{
-    std::string binary;
-    unsigned state = 99;
-    for (int i = 0; i < 100000; ++i) {
-        state = state * 1103515245u + 12345u;
-        binary += static_cast<char>(state >> 16);
-    }
-    EXPECT_GE(read(binary + "\nOSMODE#7"), 1);
+    EXPECT_GE(read(filekit::randomBytes(99, 100000) + "\nOSMODE#7"), 1);
     EXPECT_EQ(var("OSMODE").newText, "7");
 }
 
-TEST_F(UserListFile, FilesThatCannotBeOpenedShowTheirBox)
-{
-    list.userDirectory = folder();
-    list.userFileName = "fehlt.var";
-    EXPECT_EQ(list.readUserFile(report), 0);
+TEST_F(UserListFile, FilesThatCannotBeOpenedShowTheirBox) {
+    EXPECT_EQ(read("", "fehlt.var"), 0);
     EXPECT_FALSE(list.writeUserFile(folder() + "kein/ordner/", "x.var", false));
-    EXPECT_EQ(boxes(), (std::vector<std::string>{
-                           "BOX error: RT·VarDesk - Fehler: " + folder() +
-                               "fehlt.var kann nicht geladen werden!",
-                           "BOX error: RT·VarDesk - Fehler: " + folder() +
-                               "kein/ordner/x.var kann nicht geladen werden!"}));
+    const std::string box = "BOX error: RT·VarDesk - Fehler: ";
+    EXPECT_EQ(boxes(), (Lines{box + folder() + "fehlt.var kann nicht geladen werden!",
+                              box + folder() + "kein/ordner/x.var kann nicht geladen werden!"}));
     EXPECT_TRUE(report.empty());
 }
 
-TEST_F(UserListFile, FolderInPlaceOfTheFileIsAFatalReadError)
-{
+TEST_F(UserListFile, FolderInPlaceOfTheFileIsAFatalReadError) {
     filekit::fs::create_directory(dir / "ordner.var");
-    list.userDirectory = folder();
-    list.userFileName = "ordner.var";
-    EXPECT_EQ(list.readUserFile(report), 0);
+    EXPECT_EQ(read("", "ordner.var"), 0);
     EXPECT_EQ(report, ReportList{"Fataler I/O-Fehler beim Lesen von 'ordner.var'."});
-    EXPECT_EQ(boxes(), std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: Fataler "
-                                                "I/O-Fehler beim Lesen von 'ordner.var'.Abbruch"});
+    EXPECT_EQ(
+        boxes(),
+        Lines{"BOX error: RT·VarDesk - Fehler: Fataler I/O-Fehler beim Lesen von 'ordner.var'.Abbruch"});
 }
 
-TEST_F(UserListFile, FullDiskIsAFatalWriteError)
-{
+TEST_F(UserListFile, FullDiskIsAFatalWriteError) {
     if (!filekit::fs::exists("/dev/full"))
         GTEST_SKIP() << "no /dev/full";
-    ASSERT_TRUE(var("OSMODE").applyEditText("37"));
+    edit({{"OSMODE", "37"}});
     EXPECT_FALSE(list.writeUserFile("/dev/", "full", false));
-    EXPECT_EQ(boxes(), std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: Fataler "
-                                                "I/O-Fehler beim Schreiben von 'full'.Abbruch"});
+    EXPECT_EQ(boxes(),
+              Lines{"BOX error: RT·VarDesk - Fehler: Fataler I/O-Fehler beim Schreiben von 'full'.Abbruch"});
 }
 
-TEST_F(UserListFile, ResultOfAReadBecomesItsBoxes)
-{
+TEST_F(UserListFile, ResultOfAReadBecomesItsBoxes) {
     list.userDirectory = "/listen/";
     list.userFileName = "a.var";
     const std::string errorBox =
@@ -267,17 +230,17 @@ TEST_F(UserListFile, ResultOfAReadBecomesItsBoxes)
     struct Case {
         int result;
         bool reported;
-        std::vector<std::string> boxes;
+        Lines boxes;
     };
     const Case cases[] = {
-        {0, false, {}},         {0, true, {}},
-        {1, false, {}},         {1, true, {errorBox}},
-        {2, false, {onceBox}},  {2, true, {errorBox, onceBox}},
-        {5, false, {manyBox}},  {5, true, {errorBox, manyBox}},
+        {0, false, {}},        {0, true, {}},
+        {1, false, {}},        {1, true, {errorBox}},
+        {2, false, {onceBox}}, {2, true, {errorBox, onceBox}},
+        {5, false, {manyBox}}, {5, true, {errorBox, manyBox}},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << "result " << c.result << (c.reported ? " with" : " without")
-                                        << " report lines");
+        SCOPED_TRACE(testing::Message()
+                     << "result " << c.result << (c.reported ? " with" : " without") << " report lines");
         boxes().clear();
         showUserFileResult(c.result, c.reported ? ReportList{"x"} : ReportList{}, list);
         EXPECT_EQ(boxes(), c.boxes);

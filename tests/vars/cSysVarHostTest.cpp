@@ -1,73 +1,67 @@
 // Tests of cSysVar against the host in process: reading each value type, writing, refusals.
-#include "HostFixture.h"
+#include "VarsTestKit.h"
 
 #include "vars/cSysVar.h"
-#include "vars/cSysVarList.h"
 
-#include <cstring>
+#include <tuple>
 
 namespace {
 
-class SysVarHost : public HostFixture {
+class SysVarHost : public filekit::HostFixture {
 protected:
     cSysVarList list; // precision 4, blank separator
+    cSysVar v{&list};
 
-    static resbuf value(short type, double x, double y = 0, double z = 0)
-    {
+    // Names the record, reads it from the host and, with a text, marks that text to be set.
+    void prepare(const char* name, const char* text = nullptr) {
+        v.name = name;
+        ASSERT_TRUE(v.readFromHost()) << name;
+        if (text) {
+            ASSERT_TRUE(v.applyEditText(text)) << name;
+            v.setMarkedToSet();
+        }
+    }
+    static resbuf value(short type, double x, double y = 0, double z = 0) {
         resbuf rb{};
         rb.restype = type;
-        if (type == RTREAL) {
+        if (type == RTREAL)
             rb.resval.rreal = x;
-        } else if (type == RTSHORT) {
+        else if (type == RTSHORT)
             rb.resval.rint = static_cast<short>(x);
-        } else if (type == RTLONG) {
+        else if (type == RTLONG)
             rb.resval.rlong = static_cast<Adesk::Int32>(x);
-        } else {
-            rb.resval.rpoint[0] = x;
-            rb.resval.rpoint[1] = y;
-            rb.resval.rpoint[2] = z;
-        }
+        else
+            std::tie(rb.resval.rpoint[0], rb.resval.rpoint[1], rb.resval.rpoint[2]) = std::tie(x, y, z);
         return rb;
     }
 };
 
-TEST_F(SysVarHost, ReadsEveryValueTypeAsText)
-{
-    struct Case {
-        const char* name;
-        resbuf set;
-        std::string text;
-    };
-    const Case cases[] = {
+TEST_F(SysVarHost, ReadsEveryValueTypeAsText) {
+    const std::tuple<const char*, resbuf, std::string> cases[] = {
         {"LTSCALE", value(RTREAL, 2.5), "2.5000"},
         {"LIMMAX", value(RTPOINT, 420, 297), "420.0000 297.0000"},
         {"INSBASE", value(RT3DPOINT, 1, -2, 3.25), "1.0000 -2.0000 3.2500"},
         {"OSMODE", value(RTSHORT, 4133), "4133"},
         {"HPMAXLINES", value(RTLONG, 1000000), "1000000"},
     };
-    for (const auto& c : cases) {
-        ASSERT_EQ(acedSetVar(c.name, &c.set), RTNORM) << c.name;
-        cSysVar v{&list};
-        v.name = c.name;
-        ASSERT_TRUE(v.readFromHost()) << c.name;
-        EXPECT_EQ(v.valueType, c.set.restype) << c.name;
-        EXPECT_EQ(v.currentText, c.text) << c.name;
-        EXPECT_FALSE(v.isUnreadable()) << c.name;
+    for (const auto& [name, set, text] : cases) {
+        ASSERT_EQ(acedSetVar(name, &set), RTNORM) << name;
+        cSysVar fresh{&list};
+        fresh.name = name;
+        ASSERT_TRUE(fresh.readFromHost()) << name;
+        EXPECT_EQ(fresh.valueType, set.restype) << name;
+        EXPECT_EQ(fresh.currentText, text) << name;
+        EXPECT_FALSE(fresh.isUnreadable()) << name;
     }
 }
 
-TEST_F(SysVarHost, StringValuesAreQuotedAndReplacedOnEachRead)
-{
-    cSysVar v{&list};
+TEST_F(SysVarHost, StringValuesAreQuotedAndReplacedOnEachRead) {
     v.name = "CLAYER";
     ASSERT_TRUE(v.applyEditText("x")); // no type yet: nothing is parsed, no text is made
     EXPECT_TRUE(v.newText.empty());
-    ASSERT_TRUE(v.readFromHost());
+    prepare("CLAYER", "Bema\xC3\x9Fung \xE2\x82\xAC \"neu\"");
     ASSERT_EQ(v.valueType, vartype::string);
-
-    ASSERT_TRUE(v.applyEditText("Bema\xC3\x9Fung \xE2\x82\xAC \"neu\""));
     EXPECT_EQ(v.newText, "\"Bema\xC3\x9Fung \xE2\x82\xAC neu\"");
-    v.setMarkedToSet();
     ASSERT_TRUE(v.writeToHost());
     EXPECT_TRUE(v.setSucceeded());
     ASSERT_TRUE(v.readFromHost());
@@ -77,9 +71,7 @@ TEST_F(SysVarHost, StringValuesAreQuotedAndReplacedOnEachRead)
     EXPECT_EQ(v.currentText, v.newText);
 }
 
-TEST_F(SysVarHost, UnknownVariableIsUnreadableAndKeepsItsText)
-{
-    cSysVar v{&list};
+TEST_F(SysVarHost, UnknownVariableIsUnreadableAndKeepsItsText) {
     v.name = "NOSUCHVAR";
     v.currentText = "7";
     v.valueType = vartype::integer;
@@ -87,39 +79,30 @@ TEST_F(SysVarHost, UnknownVariableIsUnreadableAndKeepsItsText)
     EXPECT_TRUE(v.isUnreadable());
     EXPECT_EQ(v.currentText, "7");
     EXPECT_EQ(v.valueType, vartype::integer);
-
     ASSERT_TRUE(v.applyEditText("5"));
     v.setMarkedToSet();
     EXPECT_FALSE(v.writeToHost());
     EXPECT_FALSE(v.setFailed()) << "the host is not asked";
-}
 
-TEST_F(SysVarHost, FailedReadAfterAGoodOneKeepsTheOldText)
-{
-    cSysVar v{&list};
-    v.name = "OSMODE";
     ASSERT_EQ(setShort("OSMODE", 37), RTNORM);
-    ASSERT_TRUE(v.readFromHost());
-    v.name = "OSMODE_GONE"; // the host no longer knows it
-    EXPECT_FALSE(v.readFromHost());
-    EXPECT_EQ(v.currentText, "37");
-    EXPECT_TRUE(v.isUnreadable());
-    v.name = "OSMODE";
-    EXPECT_TRUE(v.readFromHost());
-    EXPECT_TRUE(v.isUnreadable()) << "never cleared";
+    cSysVar known{&list};
+    known.name = "OSMODE";
+    ASSERT_TRUE(known.readFromHost());
+    known.name = "OSMODE_GONE"; // the host no longer knows it
+    EXPECT_FALSE(known.readFromHost());
+    EXPECT_EQ(known.currentText, "37") << "a failed read keeps the old text";
+    known.name = "OSMODE";
+    EXPECT_TRUE(known.readFromHost());
+    EXPECT_TRUE(known.isUnreadable()) << "never cleared";
 }
 
-TEST_F(SysVarHost, WriteSetsOnlyMarkedRecordsWithANewText)
-{
-    cSysVar v{&list};
-    v.name = "OSMODE";
+TEST_F(SysVarHost, WriteSetsOnlyMarkedRecordsWithANewText) {
     ASSERT_EQ(setShort("OSMODE", 1), RTNORM);
-    ASSERT_TRUE(v.readFromHost());
+    prepare("OSMODE");
     EXPECT_FALSE(v.writeToHost()) << "no new text";
     ASSERT_TRUE(v.applyEditText("33"));
     EXPECT_FALSE(v.writeToHost()) << "not marked";
     EXPECT_FALSE(v.setSucceeded());
-
     v.setMarkedToSet();
     EXPECT_TRUE(v.writeToHost());
     EXPECT_TRUE(v.setSucceeded());
@@ -129,14 +112,9 @@ TEST_F(SysVarHost, WriteSetsOnlyMarkedRecordsWithANewText)
     EXPECT_EQ(v.compareColour, kColourEqual);
 }
 
-TEST_F(SysVarHost, RefusedValueSetsFailedAndLeavesTheHostAlone)
-{
+TEST_F(SysVarHost, RefusedValueSetsFailedAndLeavesTheHostAlone) {
     ASSERT_EQ(setShort("SAVETIME", 10), RTNORM);
-    cSysVar v{&list};
-    v.name = "SAVETIME";
-    ASSERT_TRUE(v.readFromHost());
-    ASSERT_TRUE(v.applyEditText("601"));
-    v.setMarkedToSet();
+    prepare("SAVETIME", "601");
     EXPECT_FALSE(v.writeToHost());
     EXPECT_TRUE(v.setFailed());
     EXPECT_FALSE(v.setSucceeded());
@@ -145,13 +123,8 @@ TEST_F(SysVarHost, RefusedValueSetsFailedAndLeavesTheHostAlone)
     EXPECT_EQ(v.compareColour, kColourDiffers);
 }
 
-TEST_F(SysVarHost, ValueTheHostRoundsComparesAsDifferent)
-{
-    cSysVar v{&list};
-    v.name = "ANGBASE";
-    ASSERT_TRUE(v.readFromHost());
-    ASSERT_TRUE(v.applyEditText("7"));
-    v.setMarkedToSet();
+TEST_F(SysVarHost, ValueTheHostRoundsComparesAsDifferent) {
+    prepare("ANGBASE", "7");
     ASSERT_TRUE(v.writeToHost());
     ASSERT_TRUE(v.readFromHost());
     EXPECT_EQ(v.currentText, "0.7168");
@@ -159,11 +132,8 @@ TEST_F(SysVarHost, ValueTheHostRoundsComparesAsDifferent)
     EXPECT_EQ(v.compareColour, kColourDiffers);
 }
 
-TEST_F(SysVarHost, ReadOnlyRecordWithFileValueIsNeverSent)
-{
-    cSysVar v{&list};
-    v.name = "VIEWCTR";
-    ASSERT_TRUE(v.readFromHost());
+TEST_F(SysVarHost, ReadOnlyRecordWithFileValueIsNeverSent) {
+    prepare("VIEWCTR");
     const std::string before = v.currentText;
     v.setReadOnly();
     ASSERT_TRUE(v.applyFileText("1 2 3"));

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstring>
 #include <limits>
 
@@ -17,53 +16,46 @@ protected:
     cSysVar var{&list};
 
     void typed(int type) { var.valueType = type; }
-    std::string listText(const ads_u_val& value)
-    {
+    std::string listText(const ads_u_val& value) {
         std::string out = "<untouched>";
         var.formatListValue(value, out);
         return out;
     }
-    static ads_u_val real(double v)
-    {
+    static ads_u_val real(double v) {
         ads_u_val u{};
         u.rreal = v;
         return u;
     }
-    static ads_u_val point(double x, double y, double z)
-    {
+    static ads_u_val point(double x, double y, double z) {
         ads_u_val u{};
         u.rpoint[0] = x;
         u.rpoint[1] = y;
         u.rpoint[2] = z;
         return u;
     }
+    static std::string label(int type, const std::string& text) {
+        return "type " + std::to_string(type) + " text [" + text + "]";
+    }
 };
 
 using SysVarFormat = SysVarFixture;
 
-TEST_F(SysVarFormat, RealUsesPrecisionBelowTheLimitAndExponentFromIt)
-{
+TEST_F(SysVarFormat, RealUsesPrecisionBelowTheLimitAndExponentFromIt) {
     typed(vartype::real);
     const std::pair<double, std::string> cases[] = {
-        {1.5, "1.5000"},
-        {-0.00004, "-0.0000"},
-        {9999999999.99, "9999999999.9900"},
-        {1e10, "1.000000E+10"},
-        {-1e10, "-1.000000E+10"},
-        {1.5e12, "1.500000E+12"},
+        {1.5, "1.5000"},        {-0.00004, "-0.0000"},    {9999999999.99, "9999999999.9900"},
+        {1e10, "1.000000E+10"}, {-1e10, "-1.000000E+10"}, {1.5e12, "1.500000E+12"},
     };
     for (const auto& [value, expected] : cases)
         EXPECT_EQ(listText(real(value)), expected) << "value " << value;
     EXPECT_NE(listText(real(std::numeric_limits<double>::quiet_NaN())).find("NAN"), std::string::npos);
-
     list.valuePrecision = 2;
     EXPECT_EQ(listText(real(3.14159)), "3.14");
     list.valuePrecision = 0;
     EXPECT_EQ(listText(real(7.0)), "7");
 }
 
-TEST_F(SysVarFormat, PointsJoinCoordinatesWithTheSeparator)
-{
+TEST_F(SysVarFormat, PointsJoinCoordinatesWithTheSeparator) {
     struct Case {
         int type;
         char separator;
@@ -84,10 +76,14 @@ TEST_F(SysVarFormat, PointsJoinCoordinatesWithTheSeparator)
         list.pointSeparator = c.separator;
         EXPECT_EQ(listText(c.value), c.expected) << "type " << c.type << " expected " << c.expected;
     }
+    cSysVar loose; // a record without a list uses a blank and four places
+    loose.valueType = vartype::point3d;
+    std::string out;
+    loose.formatListValue(point(1, 2, 3), out);
+    EXPECT_EQ(out, "1.0000 2.0000 3.0000");
 }
 
-TEST_F(SysVarFormat, IntegersStringsAndKindsWithoutText)
-{
+TEST_F(SysVarFormat, IntegersStringsAndKindsWithoutText) {
     ads_u_val v{};
     typed(vartype::integer);
     v.rint = -5;
@@ -110,59 +106,45 @@ TEST_F(SysVarFormat, IntegersStringsAndKindsWithoutText)
 
     for (int other : {vartype::none, 5004, 5006, 5007, 5008}) {
         typed(other);
-        std::string kept = "kept";
-        EXPECT_FALSE(var.formatListValue(real(1), kept)) << "type " << other;
-        EXPECT_EQ(kept, "kept") << "type " << other;
+        EXPECT_FALSE(var.formatListValue(real(1), out)) << "type " << other;
+        EXPECT_EQ(out, "kept") << "type " << other;
     }
 }
 
-TEST_F(SysVarFormat, RecordWithoutListUsesBlankAndFourPlaces)
-{
-    cSysVar loose;
-    loose.valueType = vartype::point3d;
-    std::string out;
-    loose.formatListValue(point(1, 2, 3), out);
-    EXPECT_EQ(out, "1.0000 2.0000 3.0000");
-}
-
-using SysVarSplit = SysVarFixture;
-
-TEST_F(SysVarSplit, SeparatorsBecomeBlanksAndThreeTokensAtMost)
-{
+TEST_F(SysVarFixture, SplitPointTextMakesSeparatorsBlanksAndThreeTokensAtMost) {
+    using Tokens = std::vector<std::string>;
     struct Case {
         std::string text;
         char separator;
-        int count;
-        std::string t1, t2, t3;
+        Tokens expected; // count, three tokens
     };
     const Case cases[] = {
-        {"", ' ', 0, "", "", ""},
-        {"   ", ' ', 0, "", "", ""},
-        {",;:#", ' ', 0, "", "", ""},
-        {"1,2,3", ',', 3, "1", "2", "3"},
-        {"1 2 3", ',', 3, "1", "2", "3"},
-        {"1.5,2.5;3", ' ', 3, "1.5", "2.5", "3"},
-        {"  1   2  ", ' ', 2, "1", "2", ""},
-        {"1#2:3 4 5", ' ', 3, "1", "2", "3"},
-        {"1\t2", ' ', 1, "1\t2", "", ""}, // a tab does not split
-        {"1/2/3", '/', 3, "1", "2", "3"},
-        {"1.5", '.', 2, "1", "5", ""}, // the full stop splits only as the separator
-        {"\xC3\xA4 \xE2\x82\xAC,\xF0\x9F\x98\x80", ' ', 3, "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"},
+        {"", ' ', {"0", "", "", ""}},
+        {"   ", ' ', {"0", "", "", ""}},
+        {",;:#", ' ', {"0", "", "", ""}},
+        {"1,2,3", ',', {"3", "1", "2", "3"}},
+        {"1 2 3", ',', {"3", "1", "2", "3"}},
+        {"1.5,2.5;3", ' ', {"3", "1.5", "2.5", "3"}},
+        {"  1   2  ", ' ', {"2", "1", "2", ""}},
+        {"1#2:3 4 5", ' ', {"3", "1", "2", "3"}},
+        {"1\t2", ' ', {"1", "1\t2", "", ""}}, // a tab does not split
+        {"1/2/3", '/', {"3", "1", "2", "3"}},
+        {"1.5", '.', {"2", "1", "5", ""}}, // the full stop splits only as the separator
+        {"\xC3\xA4 \xE2\x82\xAC,\xF0\x9F\x98\x80",
+         ' ',
+         {"3", "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"}},
     };
     for (const auto& c : cases) {
         list.pointSeparator = c.separator;
         std::string t1 = "x", t2 = "x", t3 = "x";
-        EXPECT_EQ(var.splitPointText(t1, t2, t3, c.text), c.count) << "text [" << c.text << "]";
-        EXPECT_EQ(t1, c.t1) << "text [" << c.text << "]";
-        EXPECT_EQ(t2, c.t2) << "text [" << c.text << "]";
-        EXPECT_EQ(t3, c.t3) << "text [" << c.text << "]";
+        const int count = var.splitPointText(t1, t2, t3, c.text);
+        EXPECT_EQ((Tokens{std::to_string(count), t1, t2, t3}), c.expected) << "text [" << c.text << "]";
     }
 }
 
 using SysVarEdit = SysVarFixture;
 
-TEST_F(SysVarEdit, TypedTextByTypeGivesNewText)
-{
+TEST_F(SysVarEdit, TypedTextByTypeGivesNewText) {
     struct Case {
         int type;
         char separator;
@@ -191,49 +173,40 @@ TEST_F(SysVarEdit, TypedTextByTypeGivesNewText)
         {vartype::string, ' ', "\xE2\x82\xAC \xF0\x9F\x98\x80", "\"\xE2\x82\xAC \xF0\x9F\x98\x80\""},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(label(c.type, c.text));
         cSysVar v{&list};
         v.valueType = c.type;
         list.pointSeparator = c.separator;
-        EXPECT_TRUE(v.applyEditText(c.text)) << "type " << c.type << " text [" << c.text << "]";
-        EXPECT_EQ(v.newText, c.newText) << "type " << c.type << " text [" << c.text << "]";
-        EXPECT_TRUE(v.inUserList()) << "type " << c.type << " text [" << c.text << "]";
+        EXPECT_TRUE(v.applyEditText(c.text));
+        EXPECT_EQ(v.newText, c.newText);
+        EXPECT_TRUE(v.inUserList());
         v.clearNewValue();
     }
-}
-
-TEST_F(SysVarEdit, ThirdPointCoordinateOfA2DPointIsZero)
-{
     typed(vartype::point2d);
     ASSERT_TRUE(var.applyEditText("4 5 6"));
-    EXPECT_EQ(var.newValue.rpoint[2], 0.0);
+    EXPECT_EQ(var.newValue.rpoint[2], 0.0) << "the third coordinate of a 2D point is zero";
 }
 
-TEST_F(SysVarEdit, PointsThatDoNotParseChangeNothing)
-{
-    struct Case {
-        int type;
-        std::string text;
-    };
-    const Case cases[] = {
+TEST_F(SysVarEdit, PointsThatDoNotParseChangeNothing) {
+    const std::pair<int, std::string> cases[] = {
         {vartype::point2d, "1"},   {vartype::point2d, "a 2"}, {vartype::point2d, "1 b"},
         {vartype::point3d, "1 2"}, {vartype::point3d, ""},    {vartype::point3d, "1 2 z"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [type, text] : cases) {
+        SCOPED_TRACE(label(type, text));
         cSysVar v{&list};
-        v.valueType = c.type;
+        v.valueType = type;
         ASSERT_TRUE(v.applyEditText("7 8 9"));
         v.clearInUserList();
         const ads_u_val before = v.newValue;
-        EXPECT_FALSE(v.applyEditText(c.text)) << "type " << c.type << " text [" << c.text << "]";
-        EXPECT_EQ(v.newText, c.type == vartype::point2d ? "7.0000 8.0000" : "7.0000 8.0000 9.0000")
-            << "text [" << c.text << "]";
-        EXPECT_EQ(std::memcmp(&before, &v.newValue, sizeof before), 0) << "text [" << c.text << "]";
-        EXPECT_FALSE(v.inUserList()) << "text [" << c.text << "]";
+        EXPECT_FALSE(v.applyEditText(text));
+        EXPECT_EQ(v.newText, type == vartype::point2d ? "7.0000 8.0000" : "7.0000 8.0000 9.0000");
+        EXPECT_EQ(std::memcmp(&before, &v.newValue, sizeof before), 0);
+        EXPECT_FALSE(v.inUserList());
     }
 }
 
-TEST_F(SysVarEdit, TextWithoutNumberKeepsTheOldValue)
-{
+TEST_F(SysVarEdit, TextWithoutNumberKeepsTheOldValue) {
     typed(vartype::real);
     ASSERT_TRUE(var.applyEditText("2.5"));
     var.clearInUserList();
@@ -242,23 +215,22 @@ TEST_F(SysVarEdit, TextWithoutNumberKeepsTheOldValue)
     EXPECT_TRUE(var.inUserList());
 }
 
-TEST_F(SysVarEdit, EmptyTextEmptiesNewTextExceptFor3DPoints)
-{
+TEST_F(SysVarEdit, EmptyTextEmptiesNewTextExceptFor3DPoints) {
     for (int type : {vartype::real, vartype::integer, vartype::longInt, vartype::point2d, vartype::string}) {
+        SCOPED_TRACE(label(type, ""));
         cSysVar v{&list};
         v.valueType = type;
-        ASSERT_TRUE(v.applyEditText("1 2")) << "type " << type;
-        EXPECT_TRUE(v.applyEditText("")) << "type " << type;
-        EXPECT_TRUE(v.newText.empty()) << "type " << type;
-        EXPECT_TRUE(v.inUserList()) << "flags stay, type " << type;
+        ASSERT_TRUE(v.applyEditText("1 2"));
+        EXPECT_TRUE(v.applyEditText(""));
+        EXPECT_TRUE(v.newText.empty());
+        EXPECT_TRUE(v.inUserList()) << "flags stay";
         if (type == vartype::string) {
             EXPECT_EQ(v.newValue.rstring, nullptr);
         }
     }
 }
 
-TEST_F(SysVarEdit, ReadOnlyRecordTakesNoTypedText)
-{
+TEST_F(SysVarEdit, ReadOnlyRecordTakesNoTypedText) {
     typed(vartype::integer);
     var.setReadOnly();
     EXPECT_FALSE(var.applyEditText("5"));
@@ -266,8 +238,7 @@ TEST_F(SysVarEdit, ReadOnlyRecordTakesNoTypedText)
     EXPECT_FALSE(var.inUserList());
 }
 
-TEST_F(SysVarEdit, EditTextShowsNewValueElseCurrentWithoutQuotes)
-{
+TEST_F(SysVarEdit, EditTextShowsNewValueElseCurrentWithoutQuotes) {
     typed(vartype::string);
     var.currentText = "\"old\"";
     char current[] = "old";
@@ -288,10 +259,24 @@ TEST_F(SysVarEdit, EditTextShowsNewValueElseCurrentWithoutQuotes)
     EXPECT_EQ(out, "shown as stored");
 }
 
-using SysVarFile = SysVarFixture;
+TEST_F(SysVarEdit, ClearNewValueForgetsValueTextAndMembership) {
+    typed(vartype::string);
+    ASSERT_TRUE(var.applyEditText("abc"));
+    var.setSelected();
+    var.setMarkedToSet();
+    var.currentText = "\"x\"";
+    ASSERT_TRUE(var.refreshNewText());
+    const auto colour = var.compareColour;
+    EXPECT_TRUE(var.clearNewValue());
+    EXPECT_FALSE(var.inUserList());
+    EXPECT_FALSE(var.isSelected());
+    EXPECT_TRUE(var.isMarkedToSet());
+    EXPECT_TRUE(var.newText.empty());
+    EXPECT_EQ(var.newValue.rstring, nullptr);
+    EXPECT_EQ(var.compareColour, colour);
+}
 
-TEST_F(SysVarFile, FileTextRulesDifferFromTypedText)
-{
+TEST_F(SysVarFixture, FileTextRulesDifferFromTypedText) {
     typed(vartype::string);
     EXPECT_TRUE(var.applyFileText(""));
     EXPECT_EQ(var.newText, "\"\"");
@@ -313,8 +298,7 @@ TEST_F(SysVarFile, FileTextRulesDifferFromTypedText)
     EXPECT_EQ(r.newText, "1.2346") << "empty text: newText is remade from the kept value";
 }
 
-TEST_F(SysVarFile, ReadOnlyRecordTakesFileTextButIsNeverWritten)
-{
+TEST_F(SysVarFixture, ReadOnlyRecordTakesFileTextButIsNeverWritten) {
     typed(vartype::integer);
     var.setReadOnly();
     EXPECT_TRUE(var.applyFileText("12"));
@@ -326,16 +310,11 @@ TEST_F(SysVarFile, ReadOnlyRecordTakesFileTextButIsNeverWritten)
     EXPECT_FALSE(var.setSucceeded());
 }
 
-using SysVarCompare = SysVarFixture;
-
-TEST_F(SysVarCompare, ColoursFollowTheTextsAtDisplayPrecision)
-{
-    const std::tuple<std::string, std::uint32_t> cases[] = {
-        {"1.00001", kColourEqual},
-        {"1.0000", kColourEqual},
-        {"1.0002", kColourDiffers},
-        {"-1", kColourDiffers},
-    };
+TEST_F(SysVarFixture, CompareColoursFollowTheTextsAtDisplayPrecision) {
+    const std::pair<std::string, std::uint32_t> cases[] = {{"1.00001", kColourEqual},
+                                                           {"1.0000", kColourEqual},
+                                                           {"1.0002", kColourDiffers},
+                                                           {"-1", kColourDiffers}};
     for (const auto& [text, colour] : cases) {
         cSysVar v{&list};
         v.valueType = vartype::real;
@@ -347,36 +326,13 @@ TEST_F(SysVarCompare, ColoursFollowTheTextsAtDisplayPrecision)
         ASSERT_TRUE(v.applyEditText(text));
         EXPECT_EQ(v.compareColour, colour) << "typed text " << text;
     }
-}
-
-TEST_F(SysVarCompare, NoComparisonWithoutNewText)
-{
     typed(vartype::real);
     var.currentText = "1.0000";
     EXPECT_TRUE(var.applyEditText(""));
-    EXPECT_EQ(var.compareColour, 0u);
+    EXPECT_EQ(var.compareColour, 0u) << "no comparison without a new text";
 }
 
-TEST_F(SysVarEdit, ClearNewValueForgetsValueTextAndMembership)
-{
-    typed(vartype::string);
-    ASSERT_TRUE(var.applyEditText("abc"));
-    var.setSelected();
-    var.setMarkedToSet();
-    var.currentText = "\"x\"";
-    ASSERT_TRUE(var.refreshNewText());
-    const auto colour = var.compareColour;
-    EXPECT_TRUE(var.clearNewValue());
-    EXPECT_FALSE(var.inUserList());
-    EXPECT_FALSE(var.isSelected());
-    EXPECT_TRUE(var.isMarkedToSet());
-    EXPECT_TRUE(var.newText.empty());
-    EXPECT_EQ(var.newValue.rstring, nullptr);
-    EXPECT_EQ(var.compareColour, colour);
-}
-
-TEST(SysVarFields, AvlFieldsSetNameModeScopeAndTheme)
-{
+TEST(SysVarFields, AvlFieldsSetNameModeScopeAndTheme) {
     struct Case {
         std::string theme, name, mode, description;
         bool good;
@@ -399,18 +355,18 @@ TEST(SysVarFields, AvlFieldsSetNameModeScopeAndTheme)
         {"3", "X", "\xC3\xA4-", "d", false},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.theme + "#" + c.name + "#" + c.mode + "#" + c.description);
         cSysVar v;
-        const std::string label = c.theme + "#" + c.name + "#" + c.mode + "#" + c.description;
-        ASSERT_EQ(v.parseAvlFields(c.theme, c.name, c.mode, c.description), c.good) << label;
+        ASSERT_EQ(v.parseAvlFields(c.theme, c.name, c.mode, c.description), c.good);
         if (!c.good)
             continue;
-        EXPECT_EQ(v.isReadOnly(), c.readOnly) << label;
-        EXPECT_EQ(v.isDrawingSpecific(), c.drawing) << label;
-        EXPECT_EQ(v.themeIndex, c.themeIndex) << label;
-        EXPECT_EQ(v.name, c.storedName) << label;
-        EXPECT_EQ(v.description, c.storedDescription) << label;
-        EXPECT_EQ(v.valueType, vartype::none) << label;
-        EXPECT_TRUE(v.isUnprobed()) << label;
+        EXPECT_EQ(v.isReadOnly(), c.readOnly);
+        EXPECT_EQ(v.isDrawingSpecific(), c.drawing);
+        EXPECT_EQ(v.themeIndex, c.themeIndex);
+        EXPECT_EQ(v.name, c.storedName);
+        EXPECT_EQ(v.description, c.storedDescription);
+        EXPECT_EQ(v.valueType, vartype::none);
+        EXPECT_TRUE(v.isUnprobed());
     }
 }
 
