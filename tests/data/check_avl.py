@@ -5,6 +5,7 @@ Every host variable must be described exactly once, with the marks of its mode a
 theme the file defines; the file may describe no variable the host lacks. Exits 1 on a mismatch.
 Usage: check_avl.py [AVL] [TABLE]
 """
+import re
 import sys
 from pathlib import Path
 
@@ -16,7 +17,8 @@ host = {}
 for line in table.read_text(encoding="utf-8").splitlines():
     if not line.strip() or line.startswith(";"):
         continue
-    f = line.split()
+    # A quoted default may hold blanks.
+    f = re.findall(r'"(?:[^"\\]|\\.)*"|\S+', line)
     host[f[0].upper()] = ("-" if f[3] == "ro" else "+") + ("+" if f[4] == "drawing" else "-")
 
 problems, themes, described = [], set(), {}
