@@ -309,8 +309,9 @@ TEST_F(MainDialog, ToolBarClickIsPostedAndKeepsTheStateOfTheContext) {
     EXPECT_TRUE(d->menuAction(8042)->isEnabled());
     EXPECT_NE(d->windowTitle().indexOf("["), -1);
 
-    d->menuAction(8046)->trigger(); // not built yet: the mark stays with the context
-    EXPECT_FALSE(d->menuAction(8046)->isChecked());
+    d->menuAction(8046)->trigger(); // the mark follows the context's compare mode
+    EXPECT_EQ(context->compareMode, 1);
+    EXPECT_TRUE(d->menuAction(8046)->isChecked());
 }
 
 TEST_F(MainDialog, EnterAndEscapeDoNotEndTheDialog) {

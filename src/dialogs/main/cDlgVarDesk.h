@@ -76,6 +76,22 @@ public:
     void ApplyValueEdit();
     void BuildContextMenu();
 
+    // ---- file and variable commands (FileCommands.cpp, VariableCommands.cpp) ----
+    // Shows the user list and empties it, after asking when it has entries. False when the user
+    // kept the entries.
+    bool NewList();
+    void OpenList();
+    void SaveList();
+    void SaveListAs();
+    // The configuration dialog, then a load of the new AVL file when its path has changed.
+    void AfterConfiguration();
+    // Sends the records marked to set to the host, reads all back and reports in a box and in
+    // the status bar how many arrived unchanged and how many did not.
+    void WriteMarkedVariables();
+    // The search dialog's notification with its value N (minus the hits after a search, the hit
+    // index after a step, minus that index after all hits).
+    void OnFindNotify(std::int32_t value);
+
     // Runs a menu command by id, as the menu or a posted tool bar click does.
     void OnCommand(int id);
     // The menu command a tool bar button posts; 0 for an id outside 7000 to 7019.

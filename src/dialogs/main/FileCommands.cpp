@@ -1,0 +1,201 @@
+// cDlgVarDesk: the file commands: new, open, save and save as of the user list, the error log, configuration.
+#include "cDlgVarDesk.h"
+
+#include "dialogs/cDlgConfig.h"
+#include "dialogs/DialogRoutines.h"
+#include "frame/cDocCntx.h"
+#include "settings/cMsgCatalog.h"
+#include "vars/ErrorLog.h"
+#include "vars/LoadStep.h"
+#include "vars/TextHelpers.h"
+#include "vars/UserListFile.h"
+
+#include "hostui.h"
+#include "UiServices.h"
+
+#include <QMenuBar>
+
+#include <new>
+#include <optional>
+
+namespace {
+
+constexpr const char* kUserListExtension = "var";
+
+// "Benutzerdefinierte Variablenliste (*.var)|*.var|Alle Dateien (*.*)|*.*||"
+std::string userListFilter() {
+    return MakeFilterEntry(gMsg.FiUserVarList, kUserListExtension, false) +
+           MakeFilterEntry(gMsg.FiAll, "*", true);
+}
+
+// The chosen path of a user list file dialog; none when it was cancelled or no services exist.
+std::optional<std::string> chooseUserListFile(kova::FileDialogKind kind, const std::string& initialFile) {
+    kova::UiServices* ui = acHostUiServices();
+    if (!ui)
+        return std::nullopt;
+    return ui->fileDialog(kind, userListFilter(), initialFile, kUserListExtension);
+}
+
+// A question of the dialog with Yes and No; true only for Yes.
+bool askYesNo(const std::string& text) {
+    kova::UiServices* ui = acHostUiServices();
+    return ui && ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, text,
+                                kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes;
+}
+
+// The list's point separator is a blank for the time of the write and comes back after; the
+// value texts keep the separator they were made with.
+bool writeWithBlankSeparator(cSysVarList& list, const std::string& directory, const std::string& fileName,
+                             bool selectedOnly) {
+    const char noted = list.pointSeparator;
+    list.pointSeparator = ' ';
+    const bool written = list.writeUserFile(directory, fileName, selectedOnly);
+    list.pointSeparator = noted;
+    return written;
+}
+
+} // namespace
+
+bool cDlgVarDesk::NewList() {
+    cSysVarList& list = m_context.varList;
+    // The user sees the entries the question is about.
+    OnShowView(1);
+    if (list.hasUserEntries() && !askYesNo(gMsg.TxVarLoaded))
+        return false;
+    list.userFileName = gMsg.TxNewVarFile;
+    list.clearAllNewValues();
+    OnShowView(1);
+    return true;
+}
+
+void cDlgVarDesk::OpenList() {
+    if (!NewList())
+        return;
+    const std::optional<std::string> chosen = chooseUserListFile(kova::FileDialogKind::Open, {});
+    if (!chosen)
+        return; // the entries went with NewList: the list stays empty
+    cSysVarList& list = m_context.varList;
+    pathFileName(*chosen, list.userFileName);
+    pathDirectory(*chosen, list.userDirectory);
+
+    ReportList report;
+    const int result = list.readUserFile(report);
+    showUserFileResult(result, report, list);
+    // After a failed read the title keeps its last name, though the next Save writes to the new one.
+    if (result != 0)
+        RefreshTitle();
+    m_context.view = 1;
+    applyMenuMarks();
+    m_menuBar->update();
+    applyToolMarks();
+    FillList();
+}
+
+void cDlgVarDesk::SaveList() {
+    cSysVarList& list = m_context.varList;
+    if (m_context.view == 0) {
+        SaveListAs();
+        return;
+    }
+    if (!list.hasUserEntries()) {
+        ShowInfoBox(gMsg.TxNoUserList);
+        return;
+    }
+    if (list.userFileName == gMsg.TxNewVarFile) {
+        SaveListAs();
+        return;
+    }
+    // A failure has shown its own box; the list stays as it is.
+    writeWithBlankSeparator(list, list.userDirectory, list.userFileName, false);
+}
+
+void cDlgVarDesk::SaveListAs() {
+    cSysVarList& list = m_context.varList;
+    const std::string initialFile = list.userDirectory + list.userFileName;
+
+    if (m_context.view == 0) {
+        // The selected rows, headers included, decide; the file holds a list for later use and
+        // changes neither the user list nor its file name.
+        if (listCtrl->selectedCount() == 0) {
+            ShowInfoBox(gMsg.TxNoSelection);
+            return;
+        }
+        const std::optional<std::string> chosen = chooseUserListFile(kova::FileDialogKind::Save, initialFile);
+        if (!chosen)
+            return;
+        std::string directory, fileName;
+        pathDirectory(*chosen, directory);
+        pathFileName(*chosen, fileName);
+        RememberSelection();
+        writeWithBlankSeparator(list, directory, fileName, true);
+        FillList();
+        return;
+    }
+
+    if (!list.hasUserEntries()) {
+        ShowInfoBox(gMsg.TxNoUserList);
+        return;
+    }
+    const std::optional<std::string> chosen = chooseUserListFile(kova::FileDialogKind::Save, initialFile);
+    if (!chosen)
+        return;
+    pathFileName(*chosen, list.userFileName);
+    pathDirectory(*chosen, list.userDirectory);
+    RefreshTitle();
+    // A chosen name has its extension, so it never equals TxNewVarFile and SaveList writes.
+    SaveList();
+}
+
+void cDlgVarDesk::AfterConfiguration() {
+    auto* config = new (std::nothrow) cDlgConfig(m_context, this);
+    if (!config)
+        return;
+    int result = QDialog::Rejected;
+    if (kova::UiServices* ui = acHostUiServices())
+        result = ui->runModal(*config);
+    else
+        result = config->exec();
+    delete config;
+    if (result != QDialog::Accepted)
+        return;
+
+    cSysVarList& list = m_context.varList;
+    // A changed editor path alone needs nothing more.
+    if (m_context.avlFilePath == list.avlDirectory + list.avlFileName)
+        return;
+    if (list.hasUserEntries() && askYesNo(gMsg.TxNewAcadListSelected + " " + gMsg.TxSaveUserList)) {
+        m_context.view = 1;
+        SaveListAs();
+    }
+    // The rows and currentVar point at the records that clearAll deletes.
+    ShowVariable(nullptr);
+    listCtrl->fillRows({});
+    list.clearAll();
+    m_context.errorCount = 0;
+    runLoadStep(m_context, errorLines, runCode);
+    OnShowView(0);
+}
+
+void cDlgVarDesk::OnFileNew() {
+    NewList();
+}
+
+void cDlgVarDesk::OnFileOpen() {
+    OpenList();
+}
+
+void cDlgVarDesk::OnFileSave() {
+    SaveList();
+}
+
+void cDlgVarDesk::OnFileSaveAs() {
+    SaveListAs();
+}
+
+void cDlgVarDesk::OnShowErrorLog() {
+    ShowErrorLog(m_context);
+}
+
+void cDlgVarDesk::OnConfig() {
+    AfterConfiguration();
+}

@@ -1,0 +1,218 @@
+// Shared set-up of the main dialog's command tests: in-process host, scripted user, small AVL file.
+#pragma once
+#include "dialogs/main/cDlgVarDesk.h"
+#include "frame/cContext.h"
+#include "frame/cDocCntx.h"
+#include "settings/cMsgCatalog.h"
+
+#include "platform/ScriptedUiServices.h"
+
+#include <hostsession.h>
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QTest>
+
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace commandstest {
+
+// A user at the script: answers come from a queue (an empty queue cancels), every printed line
+// is kept, and a modal dialog is handed to modal, or ends at once with its present result.
+class FakeUser : public kova::ScriptHost {
+public:
+    void printLine(const std::string& text) override { lines.push_back(text); }
+    std::string takeAnswer(const std::string& verb) override {
+        asked.push_back(verb);
+        if (answers.empty())
+            return "cancel";
+        std::string answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+    int driveModal(QDialog& dialog) override { return modal ? modal(dialog) : dialog.result(); }
+
+    void reset() {
+        lines.clear();
+        asked.clear();
+        answers.clear();
+        modal = nullptr;
+    }
+
+    std::vector<std::string> lines;
+    std::vector<std::string> asked;
+    std::deque<std::string> answers;
+    std::function<int(QDialog&)> modal;
+};
+
+inline FakeUser& user() {
+    static FakeUser instance;
+    return instance;
+}
+
+inline kova::ScriptedUiServices& services() {
+    static kova::ScriptedUiServices instance(user());
+    return instance;
+}
+
+// Two themes; changeable and read-only, drawing and global records of every value type the
+// commands need; ANGBASE is the one the host changes on the way.
+inline constexpr const char* kAvlFile = "0#Einheiten#1\n"
+                                        "0#Anzeige#2\n"
+                                        "1#LUPREC#++#Nachkommastellen der Längen\n"
+                                        "1#AUNITS#++#Winkeleinheit\n"
+                                        "1#ANGBASE#++#Basiswinkel\n"
+                                        "2#OSMODE#+-#Objektfang\n"
+                                        "2#FILEDIA#+-#Dateidialoge\n"
+                                        "2#INSBASE#++#Einfügebasispunkt\n"
+                                        "2#VIEWCTR#-+#Mitte der Ansicht\n";
+
+class CommandsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char pattern[] = "/tmp/vardesk-commands-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        folder = pattern;
+        user().reset();
+        host.setUiServices(&services());
+        host.setOutput([](const std::string&) {});
+        ASSERT_TRUE(host.setProfileDir(folder.string()));
+        writeFile("VarDesk.avl", kAvlFile);
+        ASSERT_TRUE(host.loadVariableTable(VARDESK_SOURCE_DIR "/data/hostvars.tsv"));
+        AcApDocument* doc = host.newDocument();
+        ASSERT_NE(doc, nullptr);
+        gContext.userIniFile = (folder / "VarDesk.ini").string();
+        context = std::make_unique<cDocCntx>(doc);
+        context->drawingFileName = "Drawing1.dwg";
+        context->avlFilePath = (folder / "VarDesk.avl").string();
+        context->editorPath = "/bin/true";
+        context->mainPosX = 20;
+        context->mainPosY = 30;
+        context->mainSizeX = 600;
+        context->mainSizeY = 500;
+        context->listCtrlFirstCol = 200;
+        context->listCtrlSecCol = 100;
+        context->listCtrlThirdCol = 100;
+    }
+
+    void TearDown() override {
+        d.reset();
+        context.reset();
+        host.shutdown();
+        user().reset();
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+
+    // Opens the dialog; the load step has read the AVL file when this returns.
+    void open() {
+        d = std::make_unique<cDlgVarDesk>(*context);
+        d->show();
+        d->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(d.get()));
+        QCoreApplication::processEvents();
+        ASSERT_NE(context->varList.first, nullptr);
+        user().lines.clear();
+    }
+
+    void writeFile(const std::string& name, const std::string& text) { std::ofstream(folder / name) << text; }
+    std::string readFile(const std::filesystem::path& path) {
+        std::ifstream in(path);
+        std::stringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+
+    cSysVar& at(const char* name) {
+        cSysVar* record = context->varList.findName(name);
+        EXPECT_NE(record, nullptr) << name;
+        return *record;
+    }
+    // A new value as the value field would apply it (a file's text for a read-only record).
+    void setNew(const char* name, const std::string& text) {
+        cSysVar& record = at(name);
+        if (record.isReadOnly())
+            ASSERT_TRUE(record.applyFileText(text)) << name;
+        else
+            ASSERT_TRUE(record.applyEditText(text)) << name << " " << text;
+    }
+
+    VarListModel& rows() { return *d->listCtrl->rowModel(); }
+    int rowOf(const char* name) { return rows().rowOf(&at(name)); }
+    // Selects exactly the rows of names, as clicks with Ctrl would.
+    void selectRows(std::initializer_list<const char*> names) {
+        d->listCtrl->clearSelection();
+        for (const char* name : names) {
+            const int row = rowOf(name);
+            ASSERT_GE(row, 0) << name << " has no row";
+            d->listCtrl->selectionModel()->select(rows().index(row, 0),
+                                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        }
+    }
+    // The records of the selected rows, by name, in row order.
+    std::vector<std::string> selectedNames() {
+        std::vector<std::string> names;
+        for (int row = 0; row < rows().rowCount(); ++row)
+            if (d->listCtrl->selectionModel()->isSelected(rows().index(row, 0)))
+                names.push_back(rows().recordAt(row) ? rows().recordAt(row)->name : "<header>");
+        return names;
+    }
+    // The names of the records with a row, in row order.
+    std::vector<std::string> shownNames() {
+        std::vector<std::string> names;
+        for (int row = 0; row < rows().rowCount(); ++row)
+            if (cSysVar* record = rows().recordAt(row))
+                names.push_back(record->name);
+        return names;
+    }
+    std::vector<std::string> userListNames() {
+        std::vector<std::string> names;
+        for (const cSysVar* v = context->varList.first; v; v = v->next)
+            if (v->inUserList())
+                names.push_back(v->name);
+        return names;
+    }
+
+    std::string pane(int i) { return d->statusPane(i)->text().toStdString(); }
+    std::string title() { return d->windowTitle().toStdString(); }
+    // The host's value of name in its own text form, without the leading "NAME = ".
+    std::string hostValue(const char* name) {
+        std::string text;
+        EXPECT_TRUE(host.variableText(name, text)) << name;
+        const std::string head = std::string(name) + " = ";
+        return text.rfind(head, 0) == 0 ? text.substr(head.size()) : text;
+    }
+
+    // The printed lines that begin with prefix ("BOX", "FILEDIALOG", "EXEC").
+    std::vector<std::string> printed(const std::string& prefix) {
+        std::vector<std::string> out;
+        for (const std::string& line : user().lines)
+            if (line.rfind(prefix, 0) == 0)
+                out.push_back(line);
+        return out;
+    }
+    static std::string box(const char* kind, const std::string& title, const std::string& text) {
+        return std::string("BOX ") + kind + ": " + title + ": " + text;
+    }
+    static std::string infoBox(const std::string& text) { return box("info", gMsg.TiMsgBoxInfo, text); }
+    static std::string errorBox(const std::string& text) { return box("error", gMsg.TiMsgBoxError, text); }
+    static std::string question(const std::string& text) {
+        return box("question", gMsg.TiMsgBoxQuestion, text);
+    }
+
+    cadhost::HostSession& host = cadhost::HostSession::instance();
+    std::filesystem::path folder;
+    std::unique_ptr<cDocCntx> context;
+    std::unique_ptr<cDlgVarDesk> d;
+};
+
+} // namespace commandstest

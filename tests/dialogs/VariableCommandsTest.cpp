@@ -1,0 +1,250 @@
+// Tests of the main dialog's variable commands: selection, user list, set and its report, search.
+#include "CommandsTestKit.h"
+
+#include "dialogs/cDlgSlctSysVar.h"
+#include "dialogs/DlgFind2.h"
+#include "dialogs/main/VarListView.h"
+
+#include <QAction>
+#include <QLineEdit>
+
+namespace {
+
+using namespace commandstest;
+using namespace mainids;
+
+class VariableCommands : public CommandsTest {};
+
+// The report of a Set, from the counts the host's answers give.
+TEST_F(VariableCommands, SetSelectionReportsWhatArrivedInTheBoxAndTheStatusBar) {
+    struct Case {
+        const char* label;
+        std::vector<std::pair<const char*, std::string>> values;
+        std::string report;
+    };
+    const std::string both = "2 " + gMsg.TxWriteSuccess + " ";
+    const std::vector<Case> cases = {
+        {"two taken", {{"LUPREC", "6"}, {"AUNITS", "2"}}, both},
+        {"one taken, one refused",
+         {{"LUPREC", "6"}, {"OSMODE", "20000"}},
+         gMsg.TxWriteSuccessOnce + " " + gMsg.TxWriteFailureOnce},
+        {"one refused", {{"OSMODE", "20000"}}, " " + gMsg.TxWriteFailureOnce},
+        {"taken but changed", {{"ANGBASE", "7"}}, " " + gMsg.TxWriteFailureOnce},
+        {"taken, refused and changed",
+         {{"LUPREC", "6"}, {"OSMODE", "20000"}, {"ANGBASE", "7"}},
+         gMsg.TxWriteSuccessOnce + " 2 " + gMsg.TxWriteFailure},
+        {"read-only alone", {{"VIEWCTR", "1 2 3"}}, gMsg.TxWriteNone},
+    };
+    open();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        user().lines.clear();
+        for (auto& [name, text] : c.values)
+            setNew(name, text);
+        d->FillList();
+        std::vector<const char*> names;
+        for (auto& value : c.values)
+            names.push_back(value.first);
+        d->listCtrl->clearSelection();
+        for (const char* name : names)
+            d->listCtrl->selectionModel()->select(rows().index(rowOf(name), 0),
+                                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        d->OnCommand(kSetSelection);
+        EXPECT_EQ(printed("BOX"), std::vector<std::string>{infoBox(c.report)});
+        EXPECT_EQ(pane(0), c.report);
+        EXPECT_TRUE(pane(1).empty() && pane(2).empty());
+        EXPECT_EQ(d->runCode, 16);
+        EXPECT_TRUE(d->listCtrl->selectionModel()->selectedRows().isEmpty());
+        for (const cSysVar* v = context->varList.first; v; v = v->next)
+            EXPECT_FALSE(v->isMarkedToSet() || v->setSucceeded() || v->setFailed()) << v->name;
+        // Back to the host's defaults, with no new values, for the next case.
+        for (const char* name : {"LUPREC", "AUNITS", "ANGBASE"})
+            host.setVariableText(name, name == std::string("LUPREC") ? "4" : "0");
+        context->varList.clearAllNewValues();
+        context->varList.readAllFromHost();
+    }
+}
+
+TEST_F(VariableCommands, WhatTheHostRefusedOrChangedStaysForAnotherTry) {
+    open();
+    setNew("LUPREC", "6");
+    setNew("OSMODE", "20000");
+    setNew("ANGBASE", "7");
+    d->FillList();
+    d->OnCommand(kSetAll);
+    EXPECT_EQ(hostValue("LUPREC"), "6");
+    EXPECT_EQ(hostValue("OSMODE"), "4133");
+    EXPECT_EQ(at("ANGBASE").newText, "7.0000");
+    EXPECT_EQ(at("ANGBASE").currentText, "0.7168");
+    EXPECT_EQ(at("OSMODE").newText, "20000");
+    // Set all in view 0 reached every record with a new text and passed over the others.
+    EXPECT_EQ(pane(0), gMsg.TxWriteSuccessOnce + " 2 " + gMsg.TxWriteFailure);
+    // Column 1 shows what the host holds now.
+    EXPECT_EQ(rows().cellText(rowOf("LUPREC"), 1).toStdString(), "6");
+}
+
+TEST_F(VariableCommands, SetWithNothingToDoSaysSo) {
+    open();
+    d->listCtrl->clearSelection();
+    d->OnCommand(kSetSelection);
+    EXPECT_EQ(pane(0), gMsg.TxWriteNone);
+    // An empty new text alone is nothing to do as well.
+    selectRows({"LUPREC"});
+    d->OnCommand(kSetSelection);
+    EXPECT_EQ(printed("BOX"),
+              (std::vector<std::string>{infoBox(gMsg.TxWriteNone), infoBox(gMsg.TxWriteNone)}));
+}
+
+TEST_F(VariableCommands, SetAllInCompareModeWritesTheShownRowsAndEmptiesTheList) {
+    open();
+    setNew("LUPREC", "6");
+    setNew("AUNITS", "2");
+    setNew("OSMODE", "0");
+    at("OSMODE").clearInUserList(); // deleted from the user list, its new text stays
+    d->OnCommand(kCompare);
+    EXPECT_EQ(shownNames(), (std::vector<std::string>{"AUNITS", "LUPREC"}));
+    d->OnCommand(kSetAll);
+    EXPECT_EQ(pane(0), "2 " + gMsg.TxWriteSuccess + " ");
+    EXPECT_EQ(rows().rowCount(), 0);
+    EXPECT_EQ(hostValue("OSMODE"), "4133") << "a record without a row is not written";
+    EXPECT_EQ(context->compareMode, 1);
+}
+
+TEST_F(VariableCommands, CompareTurnsTheModeAndItsMarksOverAndBack) {
+    open();
+    for (int expected : {1, 0}) {
+        d->OnCommand(kCompare);
+        EXPECT_EQ(context->compareMode, expected);
+        EXPECT_EQ(d->menuAction(kCompare)->isChecked(), expected == 1);
+        EXPECT_EQ(d->toolAction(kButtonCompare)->isChecked(), expected == 1);
+        EXPECT_TRUE(d->listCtrl->hasFocus());
+    }
+    EXPECT_FALSE(shownNames().empty());
+}
+
+TEST_F(VariableCommands, SelectionCommandsTakeRecordRowsAndNeverHeaders) {
+    open();
+    setNew("AUNITS", "2");
+    setNew("OSMODE", "0");
+    d->FillList();
+    const std::vector<std::string> all = shownNames();
+
+    d->OnCommand(kSelectAll);
+    EXPECT_EQ(selectedNames(), all);
+
+    selectRows({"LUPREC", "OSMODE"});
+    // A selected header is dropped by the inversion.
+    d->listCtrl->selectionModel()->select(rows().index(0, 0),
+                                          QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    ASSERT_EQ(rows().recordAt(0), nullptr);
+    d->OnCommand(kInverse);
+    std::vector<std::string> rest;
+    for (const std::string& name : all)
+        if (name != "LUPREC" && name != "OSMODE")
+            rest.push_back(name);
+    EXPECT_EQ(selectedNames(), rest);
+
+    d->OnCommand(kSelectList);
+    EXPECT_EQ(selectedNames(), userListNames());
+    EXPECT_TRUE(d->listCtrl->hasFocus());
+}
+
+TEST_F(VariableCommands, DeleteTakesSelectedRecordsFromTheUserListAndKeepsTheirNewText) {
+    open();
+    setNew("LUPREC", "6");
+    setNew("AUNITS", "2");
+    d->OnCommand(kShowList);
+    selectRows({"LUPREC"});
+    d->listCtrl->selectionModel()->select(rows().index(0, 0),
+                                          QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    d->OnCommand(kDelete);
+    EXPECT_EQ(userListNames(), std::vector<std::string>{"AUNITS"});
+    EXPECT_EQ(shownNames(), std::vector<std::string>{"AUNITS"});
+    EXPECT_EQ(at("LUPREC").newText, "6");
+
+    selectRows({"AUNITS"});
+    d->OnCommand(kDelete);
+    EXPECT_FALSE(context->varList.hasUserEntries());
+    EXPECT_EQ(rows().rowCount(), 0);
+}
+
+TEST_F(VariableCommands, AddRefillsTheListWithWhatTheSelectionDialogTook) {
+    open();
+    d->OnCommand(kShowList);
+    user().modal = [](QDialog& dialog) {
+        auto* selection = qobject_cast<cDlgSlctSysVar*>(&dialog);
+        if (!selection)
+            return dialog.result();
+        selection->show();
+        VarListModel* rows = selection->listCtrl->rowModel();
+        for (int row = 0; row < rows->rowCount(); ++row)
+            if (rows->recordAt(row) && rows->recordAt(row)->name == "FILEDIA")
+                selection->listCtrl->selectionModel()->select(
+                    rows->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        selection->accept();
+        return selection->result();
+    };
+    d->OnCommand(kAdd);
+    EXPECT_EQ(shownNames(), std::vector<std::string>{"FILEDIA"});
+}
+
+// The search's notification, with the rows that the search marked.
+TEST_F(VariableCommands, FindNotificationShowsTheHitsInTheStatusAndFields) {
+    open();
+    struct Case {
+        const char* label;
+        std::vector<const char*> marked;
+        std::int32_t value;  // N
+        std::string status;  // pane 0 afterwards: a result text or the shown record's theme
+        const char* current; // the record in the fields, or null
+    };
+    const std::vector<Case> cases = {
+        {"no hit", {}, 0, gMsg.TxVarNotFound, nullptr},
+        {"one hit of one", {"AUNITS"}, -1, gMsg.TxOneVarFound, "AUNITS"},
+        {"two hits of two", {"AUNITS", "LUPREC"}, -2, "2 " + gMsg.TxVarFound, "AUNITS"},
+        {"a step onto one hit", {"OSMODE"}, 1, "Anzeige", "OSMODE"},
+        {"all hits from index 1", {"AUNITS", "LUPREC"}, -1, "Einheiten", "LUPREC"},
+        {"more hits than rows", {"AUNITS", "LUPREC"}, -3, "", nullptr},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        d->SetStatusTexts({}, {}, {});
+        for (const char* name : c.marked)
+            at(name).setSelected();
+        d->OnFindNotify(c.value);
+        EXPECT_EQ(std::string(d->currentVar ? d->currentVar->name : "(none)"),
+                  std::string(c.current ? c.current : "(none)"));
+        EXPECT_EQ(pane(0), c.status);
+        EXPECT_EQ(static_cast<int>(selectedNames().size()), static_cast<int>(c.marked.size()));
+        for (const char* name : c.marked)
+            EXPECT_FALSE(at(name).isSelected()) << name << " keeps its search mark";
+    }
+}
+
+// The search dialog itself, run from the main dialog, limited to the user list in view 1.
+TEST_F(VariableCommands, FindInTheUserListSelectsItsHitsInTheMainList) {
+    open();
+    setNew("LUPREC", "6");
+    setNew("AUNITS", "2");
+    d->OnCommand(kShowList);
+    context->searchCheck = DlgFind2::kMaskName;
+    user().modal = [](QDialog& dialog) {
+        auto* find = qobject_cast<DlgFind2*>(&dialog);
+        if (!find)
+            return dialog.result();
+        find->show();
+        if (auto* pattern = find->findChild<QLineEdit*>(QString::number(DlgFind2::kIdPattern)))
+            pattern->setText("A");
+        find->OnSearch();
+        find->reject();
+        return find->result();
+    };
+    d->OnCommand(kFind);
+    // ANGBASE, FILEDIA and INSBASE match too, but they are not in the user list.
+    EXPECT_EQ(selectedNames(), std::vector<std::string>{"AUNITS"});
+    EXPECT_EQ(pane(0), gMsg.TxOneVarFound);
+    ASSERT_NE(d->currentVar, nullptr);
+    EXPECT_EQ(d->currentVar->name, "AUNITS");
+}
+
+} // namespace
