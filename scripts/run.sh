@@ -19,7 +19,12 @@ if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ "${1:-}" != "--demo" ]; then
 fi
 
 shots="$root/out/demo"
-mkdir -p "$shots"
+rm -rf "$shots"
+mkdir -p "$shots" "$work/profile"
+# A description file with a few faults, so the demo's load has a log to offer.
+grep -v -E '#(SNAPANG|GRIDUNIT)#' "$stage/share/vardesk/VarDesk.avl" > "$work/Demo.avl"
+cat "$root/data/demo/demo-errors.avl" >> "$work/Demo.avl"
+printf '[Settings]\nAutoCADVarList=%s\n' "$work/Demo.avl" > "$work/profile/VarDesk.ini"
 sed -e "s|@SHOTS@|$shots|g" -e "s|@WORK@|$work|g" "$root/data/demo/demo.scr" > "$work/demo.scr"
 (cd "$work" && "$stage/bin/cadhost" --profile "$work/profile" --batch "$work/demo.scr")
 echo
