@@ -20,19 +20,30 @@ bool writeErrorLog(ReportList& errorLines, const std::string& directory,
                    const std::string& baseName)
 {
     const std::string path = errorLogPath(directory, baseName);
-    std::FILE* file = std::fopen(path.c_str(), "w");
-    if (!file) {
+    // Written beside the old log and renamed over it: a write that fails half way (a full disk)
+    // leaves the old log whole, and counts as a log that cannot be opened.
+    const std::string temp = path + ".new";
+    std::FILE* file = std::fopen(temp.c_str(), "w");
+    bool written = file != nullptr;
+    if (file) {
+        for (const std::string& line : errorLines) {
+            std::fwrite(line.data(), 1, line.size(), file);
+            std::fputc('\n', file);
+        }
+        written = !std::ferror(file);
+        written = std::fclose(file) == 0 && written;
+        written = written && std::rename(temp.c_str(), path.c_str()) == 0;
+        if (!written)
+            std::remove(temp.c_str());
+    }
+    if (!written) {
         const std::string text = path + gMsg.TxFileOpenFailure;
         ShowErrorBox(text);
         errorLines.push_back(text);
         return false;
     }
-    for (const std::string& line : errorLines) {
-        std::fwrite(line.data(), 1, line.size(), file);
-        std::fputc('\n', file);
-    }
     errorLines.clear();
-    return std::fclose(file) == 0;
+    return true;
 }
 
 void ShowErrorLog(const cDocCntx& context)
