@@ -122,6 +122,10 @@ public:
 struct SessionState {
     VariableTable table;
     std::map<std::string, VarValue> globals;
+    // A global changed since globals.json was last written. The file is written when the
+    // command that changed it ends, not on every change: a module that sets thousands of
+    // variables in one command would otherwise rewrite the whole file for each of them.
+    bool globalsChanged = false;
     std::string profileDir;
     std::vector<std::string> supportPath;
     std::function<void(const std::string&)> output;
@@ -377,6 +381,7 @@ struct SessionState {
             return "No drawing is open.";
         if (std::string why = admitValue(def, value); !why.empty())
             return why;
+        const bool globalChanged = def.global && !(valueOf(def, nullptr) == value);
         tellEditorReactors([&](AcEditorReactor* r) { r->sysVarWillChange(def.name.c_str()); });
         if (def.global) {
             globals[def.name] = value;
@@ -384,8 +389,7 @@ struct SessionState {
             current->db->setVariable(def, value);
         }
         tellEditorReactors([&](AcEditorReactor* r) { r->sysVarChanged(def.name.c_str(), true); });
-        if (def.global)
-            saveGlobals();
+        globalsChanged = globalsChanged || globalChanged;
         return {};
     }
 
@@ -421,7 +425,14 @@ struct SessionState {
         }
     }
 
+    // Writes globals.json when a global changed since the last write.
+    void flushGlobals() {
+        if (globalsChanged)
+            saveGlobals();
+    }
+
     bool saveGlobals() {
+        globalsChanged = false;
         if (profileDir.empty() || table.isEmpty())
             return true;
         json vars = json::object();
@@ -673,10 +684,17 @@ HostResult HostSession::saveDocument(AcApDocument* document, const std::string& 
     std::string temp = target + ".new";
     {
         std::ofstream out(temp, std::ios::binary | std::ios::trunc);
+        const bool opened = out.is_open();
         out << doc->db->toJson(d->table);
-        if (!out)
-            return HostResult::failure("Cannot save drawing to " + target + ": " + std::strerror(errno) +
+        out.close();
+        if (!out) {
+            const int error = errno;
+            std::error_code ignored;
+            if (opened)
+                fs::remove(temp, ignored); // a half-written file is no scrap to leave beside the drawing
+            return HostResult::failure("Cannot save drawing to " + target + ": " + std::strerror(error) +
                                        ".");
+        }
     }
     std::error_code ec;
     fs::rename(temp, target, ec);
@@ -846,6 +864,7 @@ HostResult HostSession::runCommand(const std::string& name) {
     d->send(*m, AcRx::kInvkSubrMsg);
     d->funCode = previous;
     d->tellEditorReactors([&](AcEditorReactor* r) { r->commandEnded(upper.c_str()); });
+    d->flushGlobals();
     return {};
 }
 
@@ -863,6 +882,7 @@ HostResult HostSession::setVariableText(const std::string& name, const std::stri
     if (!valueFromText(*def, text, separator, value, message))
         return HostResult::failure(message);
     message = d->setValue(*def, value);
+    d->flushGlobals();
     return message.empty() ? HostResult{} : HostResult::failure(message);
 }
 

@@ -6,6 +6,9 @@
 
 #include "acedads.h"
 
+#include <string_view>
+#include <unordered_set>
+
 
 cSysVarList::~cSysVarList() { clearAll(); }
 
@@ -31,9 +34,14 @@ bool cSysVarList::containsName(const std::string& name) const { return findName(
 
 cSysVar* cSysVarList::findName(const std::string& name) const
 {
-    for (cSysVar* v = first; v; v = v->next)
-        if (compareText(v->name, name) == 0)
+    // The chain is ascending by compareText: past the name's place it cannot stand.
+    for (cSysVar* v = first; v; v = v->next) {
+        const int order = compareText(v->name, name);
+        if (order == 0)
             return v;
+        if (order > 0)
+            break;
+    }
     return nullptr;
 }
 
@@ -127,10 +135,15 @@ bool cSysVarList::proofAgainstHost(ReportList& report)
     resbuf* names = nullptr;
     if (acedGetSysvarList("*", &names) != RTNORM)
         return true;
+    // One set of the list's names, not a walk of the chain for every host variable: with
+    // thousands of both the walks took most of the load.
+    std::unordered_set<std::string_view> held;
+    for (const cSysVar* v = first; v; v = v->next)
+        held.insert(v->name);
     for (const resbuf* rb = names; rb; rb = rb->rbnext) {
         if (rb->restype != RTSTR || !rb->resval.rstring)
             continue;
-        if (!containsName(rb->resval.rstring))
+        if (!held.count(rb->resval.rstring))
             report.push_back(
                 formatText("%s: %s", gMsg.TxProofError1.c_str(), rb->resval.rstring));
     }

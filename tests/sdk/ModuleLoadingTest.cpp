@@ -50,6 +50,9 @@ TEST_F(Modules, MessagesComeAtTheirMoments) {
     ASSERT_TRUE(host().runCommand("testcmd"));
     EXPECT_EQ(take(), std::vector<std::string>{"invoke Drawing3.dwg code=7"});
     EXPECT_EQ(acedGetFunCode(), -1) << "no code outside the invoke message";
+    std::ifstream globals(host().profileDir() + "/globals.json");
+    std::string saved((std::istreambuf_iterator<char>(globals)), std::istreambuf_iterator<char>());
+    EXPECT_NE(saved.find("\"SAVETIME\": 42"), std::string::npos) << "the command's global change is saved";
 
     ASSERT_TRUE(host().closeDocument(third));
     EXPECT_EQ(take(), std::vector<std::string>{"unloaddwg Drawing3.dwg undef=5100"});

@@ -50,9 +50,15 @@ extern "C" __attribute__((visibility("default"))) AcRx::AppRetCode acrxEntryPoin
                    acedUndef("C:TESTCMD", kTestCommandCode));
         break;
     case AcRx::kInvkSubrMsg:
+    {
         acutPrintf("invoke %s code=%d\n", drawingName().c_str(), acedGetFunCode());
+        resbuf saveTime{};
+        saveTime.restype = RTSHORT;
+        saveTime.resval.rint = 42; // a global: globals.json must hold it once the command ends
+        acedSetVar("SAVETIME", &saveTime);
         acedRetVoid();
         break;
+    }
     case AcRx::kUnloadAppMsg:
         acutPrintf("unloadapp\n");
         break;

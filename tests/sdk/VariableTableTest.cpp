@@ -323,6 +323,9 @@ TEST_F(SysVars, ProfileFolderThatCannotBeWrittenIsReportedNotFatal) {
     EXPECT_NE(r.message.find("cannot be written"), std::string::npos) << r.message;
     resbuf v = shortRb(30);
     EXPECT_EQ(acedSetVar("SAVETIME", &v), RTNORM) << "the value is taken all the same";
+    EXPECT_EQ(printed.find("Cannot save global variables"), std::string::npos)
+        << "a module's change is written when its command ends";
+    EXPECT_TRUE(host().setVariableText("SAVETIME", "35"));
     EXPECT_NE(printed.find("Cannot save global variables"), std::string::npos) << printed;
 }
 
