@@ -1,29 +1,57 @@
 #!/bin/sh
-# Builds the fuzz targets with clang in build/fuzz and runs each for N seconds (default 60).
-# Usage: tests/fuzz/run.sh [SECONDS]. Exits non-zero when a target finds a crash.
+# Builds the fuzz targets with clang and runs each for a time.
+# Usage: tests/fuzz/run.sh [SECONDS [OTHER_SECONDS]]: the description file and user list readers
+# run SECONDS each (default 60), the profile file, catalog and drawing readers OTHER_SECONDS each
+# (default SECONDS). The build folder is build/fuzz, or $VARDESK_FUZZ_BUILD.
+# Exits non-zero when a target finds a crash, a leak or a broken check.
 set -eu
 seconds=${1:-60}
+otherSeconds=${2:-$seconds}
 root=$(cd "$(dirname "$0")/../.." && pwd)
-build="$root/build/fuzz"
+build=${VARDESK_FUZZ_BUILD:-"$root/build/fuzz"}
+targets="avl_file_fuzz user_list_file_fuzz profile_file_fuzz msg_catalog_fuzz drawing_file_fuzz"
 
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DCMAKE_CXX_COMPILER=clang++ \
     -DCMAKE_CXX_FLAGS="-fno-omit-frame-pointer" \
     -DVARDESK_FUZZ=ON -DBUILD_TESTING=OFF -DVARDESK_BENCH=OFF >/dev/null
-cmake --build "$build" -j2 --target avl_file_fuzz user_list_file_fuzz
+# shellcheck disable=SC2086
+cmake --build "$build" -j2 --target $targets
 
 status=0
-for target in avl_file_fuzz user_list_file_fuzz; do
+for target in $targets; do
     corpus="$build/corpus/$target"
     mkdir -p "$corpus"
-    seeds="$root/tests/data"
-    echo "== $target for $seconds s"
+    # Seeds: real files of each kind.
+    case $target in
+    avl_file_fuzz | user_list_file_fuzz) seeds="$root/tests/data" ;;
+    profile_file_fuzz) seeds="$root/tests/fuzz/seeds/profile_file_fuzz" ;;
+    msg_catalog_fuzz) seeds="$root/data/VarDesk.msg $root/data/VarDesk.en.msg $root/data/VarDesk.top" ;;
+    drawing_file_fuzz) seeds="$root/tests/fuzz/seeds/drawing_file_fuzz $root/data/samples $root/tests/scenarios/bad_drawing.in" ;;
+    esac
+    seedDir="$build/seeds/$target"
+    mkdir -p "$seedDir"
+    for seed in $seeds; do
+        if [ -d "$seed" ]; then cp -p "$seed"/* "$seedDir"/ 2>/dev/null || true
+        elif [ -f "$seed" ]; then cp -p "$seed" "$seedDir"/; fi
+    done
+    case $target in
+    avl_file_fuzz | user_list_file_fuzz) time=$seconds ;;
+    *) time=$otherSeconds ;;
+    esac
+    echo "== $target for $time s"
     # Leaks are looked for after every input (libFuzzer's -detect_leaks); the check at exit only
-    # finds an object of libFuzzer's own driver, so it is left out.
-    if ! (cd "$build" && ASAN_OPTIONS=detect_leaks=1:leak_check_at_exit=0 \
+    # finds an object of libFuzzer's own driver, so it is left out. The fuzzer's progress goes to
+    # a log; its last line, or on a finding its report, is shown.
+    log="$build/$target.log"
+    if (cd "$build" && ASAN_OPTIONS=detect_leaks=1:leak_check_at_exit=0 \
         UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
-        "$build/fuzz/$target" -max_total_time="$seconds" -max_len=200000 \
-        -artifact_prefix="$build/$target-" "$corpus" "$seeds"); then
+        "$build/fuzz/$target" -max_total_time="$time" -max_len=200000 \
+        -artifact_prefix="$build/$target-" "$corpus" "$seedDir") >"$log" 2>&1; then
+        grep -E '^(Done|#[0-9]+[[:space:]]+DONE)' "$log" | tail -1 || tail -1 "$log"
+    else
+        sed -n '/ERROR\|SUMMARY\|runtime error\|deadly/,$p' "$log" | head -80
+        echo "$target found a fault; the input is kept as $build/$target-*; full log: $log"
         status=1
     fi
 done
