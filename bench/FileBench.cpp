@@ -1,138 +1,198 @@
-// Benchmarks: the load step on the shipped and on a large description file, user list read and write.
-#include "acedads.h"
-#include "frame/cContext.h"
+// Benchmarks of the variable list: the load step, Set all, and user list files written and read.
+#include "BenchHost.h"
+#include "Benchmarks.h"
+
 #include "frame/cDocCntx.h"
-#include "hostsession.h"
 #include "vars/LoadStep.h"
-#include "vars/TextHelpers.h"
-#include "vars/cSysVarList.h"
+
+#include <arxheaders.h>
+#include <hostsession.h>
 
 #include <benchmark/benchmark.h>
 
-#include <filesystem>
-#include <fstream>
+#include <exception>
 #include <memory>
+#include <string>
+
+namespace bench {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-const fs::path& scratch()
+std::string nameOf(const char* measure, int size)
 {
-    static const fs::path dir = [] {
-        fs::path made = fs::temp_directory_path() / "vardesk-bench";
-        fs::create_directories(made);
-        return made;
-    }();
-    return dir;
+    return std::string(measure) + "/" + std::to_string(size);
 }
 
-// The host with its table and one drawing, made once; no UI services, so no box waits.
-cadhost::HostSession& host()
+// One of two new values (round 0 or 1) that the host takes for most records of its kind; the
+// rest are refused, as some typed values are. The rounds differ, so that each Set all changes
+// what it sets; a string keeps its text.
+std::string newValueText(const cSysVar& record, int round)
 {
-    static cadhost::HostSession* session = [] {
-        auto* made = &cadhost::HostSession::instance();
-        made->setOutput([](const std::string&) {});
-        made->loadVariableTable(VARDESK_SOURCE_DIR "/data/hostvars.tsv");
-        made->setProfileDir(scratch().string());
-        made->newDocument();
-        gContext.moduleBaseName = "VarDesk";
-        gContext.userIniFile = (scratch() / "VarDesk.ini").string();
-        return made;
-    }();
-    return *session;
+    switch (record.valueType) {
+    case vartype::real: return round ? "1.5" : "2.5";
+    case vartype::point2d: return round ? "2 1" : "1 2";
+    case vartype::point3d: return round ? "3 2 1" : "1 2 3";
+    case vartype::longInt: return round ? "2000" : "1000";
+    case vartype::string: {
+        std::string text;
+        record.editText(text);
+        return text;
+    }
+    default: return round ? "0" : "1";
+    }
 }
 
-// A description file of count variables: every host variable, the rest names the host lacks.
-std::string syntheticAvl(int count)
+// Every changeable record gets a new value; all are put in the user list and marked to set.
+void giveNewValues(cSysVarList& list, int round)
 {
-    const fs::path path = scratch() / ("synthetic-" + std::to_string(count) + ".avl");
-    std::ofstream out(path);
-    out << "; synthetische Beschreibung\n";
-    for (int theme = 1; theme <= 20; ++theme)
-        out << "0#Thema " << theme << "#" << theme << "\n";
-    int written = 0;
-    resbuf* names = nullptr;
-    acedGetSysvarList("*", &names);
-    for (const resbuf* rb = names; rb && written < count; rb = rb->rbnext, ++written)
-        out << (written % 20 + 1) << "#" << rb->resval.rstring << "#+-#Variable der Anwendung\n";
-    acutRelRb(names);
-    for (; written < count; ++written)
-        out << (written % 20 + 1) << "#SYNTH" << written << "#++#Eine erfundene Variable Nr. "
-            << written << "\n";
-    return path.string();
+    for (cSysVar* v = list.first; v; v = v->next) {
+        if (!v->isReadOnly())
+            v->applyEditText(newValueText(*v, round));
+        v->setInUserList();
+        v->setMarkedToSet();
+    }
 }
 
-void runLoad(benchmark::State& state, const std::string& avlPath)
+void forgetNewValues(cSysVarList& list)
 {
-    host();
-    auto context = std::make_unique<cDocCntx>(host().currentDocument());
-    context->avlFilePath = avlPath;
-    std::size_t records = 0;
+    for (cSysVar* v = list.first; v; v = v->next) {
+        v->clearMarkedToSet();
+        v->clearSetSucceeded();
+        v->clearSetFailed();
+    }
+    list.clearAllNewValues();
+}
+
+// The load step on an empty list: the file read, the first read and probe of every value, the
+// checks against the host and the error log when there is something to log.
+void loadStep(benchmark::State& state, int size)
+{
+    std::unique_ptr<cDocCntx> context;
+    try {
+        workspace(size); // the host with the table and a drawing
+        context = std::make_unique<cDocCntx>(cadhost::HostSession::instance().currentDocument());
+        context->avlFilePath = dataSet(size).avlPath;
+        context->CaptureNumberFormat(acdbHostApplicationServices()->workingDatabase());
+    } catch (const std::exception& e) {
+        state.SkipWithError(e.what());
+        return;
+    }
+    int records = 0, logged = 0;
     for (auto _ : state) {
+        state.PauseTiming();
         context->varList.clearAll();
         context->errorCount = 0;
+        context->unaccountedVars.clear();
         ReportList errorLines;
         int runCode = runcode::idle;
+        state.ResumeTiming();
         runLoadStep(*context, errorLines, runCode);
-        records = 0;
-        for (const cSysVar* v = context->varList.first; v; v = v->next)
-            ++records;
+        logged = context->errorCount;
     }
-    state.counters["records"] = static_cast<double>(records);
+    for (const cSysVar* v = context->varList.first; v; v = v->next)
+        ++records;
+    state.counters["records"] = records;
+    state.counters["logged"] = logged;
 }
 
-void BM_LoadStepShippedFile(benchmark::State& state)
+// Set all: every marked record written to the host, then every record read back. Each round
+// sets other values than the last, as a user's new values differ from the drawing's.
+void setAll(benchmark::State& state, int size)
 {
-    runLoad(state, VARDESK_SOURCE_DIR "/data/VarDesk.avl");
-}
-BENCHMARK(BM_LoadStepShippedFile)->Unit(benchmark::kMillisecond);
-
-void BM_LoadStepSynthetic10000(benchmark::State& state)
-{
-    host();
-    runLoad(state, syntheticAvl(10000));
-}
-BENCHMARK(BM_LoadStepSynthetic10000)->Unit(benchmark::kMillisecond);
-
-// 1,000 records of every kind, all in the user list with a new value.
-std::unique_ptr<cSysVarList> userList()
-{
-    auto list = std::make_unique<cSysVarList>();
-    const int types[] = {5001, 5002, 5003, 5005, 5009, 5010};
-    const char* values[] = {"2.5", "1 2", "42", "Text mit Leerzeichen", "1 2 3", "123456"};
-    for (int i = 0; i < 1000; ++i) {
-        const std::string name = formatText("VAR%04d", i);
-        list->addVariable("1", name, "+-", "", i + 1);
-        cSysVar* v = list->findName(name);
-        v->valueType = types[i % 6];
-        v->applyEditText(values[i % 6]);
+    Workspace* w = nullptr;
+    try {
+        w = &workspace(size);
+    } catch (const std::exception& e) {
+        state.SkipWithError(e.what());
+        return;
     }
-    list->userDirectory = scratch().string() + "/";
-    list->userFileName = "bench.var";
-    return list;
-}
-
-void BM_WriteUserList1000(benchmark::State& state)
-{
-    auto list = userList();
-    for (auto _ : state)
-        benchmark::DoNotOptimize(list->writeUserFile(list->userDirectory, list->userFileName, false));
-}
-BENCHMARK(BM_WriteUserList1000)->Unit(benchmark::kMicrosecond);
-
-void BM_ReadUserList1000(benchmark::State& state)
-{
-    auto list = userList();
-    list->writeUserFile(list->userDirectory, list->userFileName, false);
+    cSysVarList& list = w->context->varList;
+    static int round = 0; // goes on across runs: a repeated run must not set what the last one did
     for (auto _ : state) {
-        list->clearAllNewValues();
-        ReportList report;
-        benchmark::DoNotOptimize(list->readUserFile(report));
+        state.PauseTiming();
+        giveNewValues(list, round);
+        round = 1 - round;
+        state.ResumeTiming();
+        list.writeMarkedToHost();
+        list.readAllFromHost();
     }
+    int taken = 0, refused = 0;
+    for (const cSysVar* v = list.first; v; v = v->next) {
+        taken += v->setSucceeded();
+        refused += v->setFailed();
+    }
+    state.counters["taken"] = taken;
+    state.counters["refused"] = refused;
+    forgetNewValues(list);
 }
-BENCHMARK(BM_ReadUserList1000)->Unit(benchmark::kMicrosecond);
+
+void writeUserList(benchmark::State& state, int size)
+{
+    Workspace* w = nullptr;
+    try {
+        w = &workspace(size);
+    } catch (const std::exception& e) {
+        state.SkipWithError(e.what());
+        return;
+    }
+    cSysVarList& list = w->context->varList;
+    giveNewValues(list, 0);
+    const std::string folder = w->profile + "/";
+    bool written = true;
+    for (auto _ : state)
+        written = list.writeUserFile(folder, "bench.var", false) && written;
+    if (!written)
+        state.SkipWithError("the user list file could not be written");
+    state.counters["entries"] = w->recordCount();
+    forgetNewValues(list);
+}
+
+void readUserList(benchmark::State& state, int size)
+{
+    Workspace* w = nullptr;
+    try {
+        w = &workspace(size);
+    } catch (const std::exception& e) {
+        state.SkipWithError(e.what());
+        return;
+    }
+    cSysVarList& list = w->context->varList;
+    giveNewValues(list, 0);
+    list.userDirectory = w->profile + "/";
+    list.userFileName = "bench-read.var";
+    if (!list.writeUserFile(list.userDirectory, list.userFileName, false)) {
+        state.SkipWithError("the user list file could not be written");
+        return;
+    }
+    int result = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        list.clearAllNewValues();
+        ReportList report;
+        state.ResumeTiming();
+        result = list.readUserFile(report);
+    }
+    int entries = 0;
+    for (const cSysVar* v = list.first; v; v = v->next)
+        entries += v->inUserList();
+    if (result != 1)
+        state.SkipWithError("the user list file was not read back whole");
+    state.counters["entries"] = entries;
+    forgetNewValues(list);
+}
 
 } // namespace
 
-BENCHMARK_MAIN();
+void registerFileBenchmarks(int size)
+{
+    benchmark::RegisterBenchmark(nameOf("LoadStep", size).c_str(), loadStep, size)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(nameOf("SetAll", size).c_str(), setAll, size)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(nameOf("WriteUserList", size).c_str(), writeUserList, size)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(nameOf("ReadUserList", size).c_str(), readUserList, size)
+        ->Unit(benchmark::kMillisecond);
+}
+
+} // namespace bench
