@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
-# Builds everything and runs every test: the normal build with warnings as errors, then the same
-# tests under AddressSanitizer and UndefinedBehaviorSanitizer. Installs missing packages first.
-#   scripts/test.sh            both builds
+# Builds everything and runs every test: the normal build with warnings as errors; the same tests
+# under AddressSanitizer and UndefinedBehaviorSanitizer; the fuzz targets (60 s each for the
+# description file and user list readers, 20 s for the others); the Debian package, installed
+# into a fresh root with scenarios run against it. Installs missing packages first.
+#   scripts/test.sh            all of it
 #   scripts/test.sh --quick    the normal build only
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -20,4 +22,6 @@ run_build main
 if [ "${1:-}" != "--quick" ]; then
     ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
         run_build sanitize -DVARDESK_SANITIZE=ON
+    "$root/tests/fuzz/run.sh" "${FUZZ_SECONDS:-60}" "${FUZZ_OTHER_SECONDS:-20}"
+    "$root/scripts/package-test.sh" "$root/build/main"
 fi
