@@ -503,6 +503,27 @@ Outcome doSelect(QDialog& window, const std::vector<std::string>& words) {
     return {};
 }
 
+// A column's width set as a drag of its header's divider sets it: the header tells the view.
+Outcome doWidth(QDialog& window, const std::vector<std::string>& words) {
+    QWidget* control = nullptr;
+    if (Outcome o = controlArg(window, words[1], control); !o.ok)
+        return o;
+    QHeaderView* header = nullptr;
+    if (auto* t = qobject_cast<QTreeView*>(control))
+        header = t->header();
+    else if (auto* t = qobject_cast<QTableView*>(control))
+        header = t->horizontalHeader();
+    if (!header)
+        return stop("control " + words[1] + " has no column header");
+    int column = 0, width = 0;
+    if (!parseInt(words[2], column) || !parseInt(words[3], width) || width < 0)
+        return stop("width needs a column index and a width in pixels");
+    if (column < 0 || column >= header->count())
+        return stop("list " + words[1] + " has no column " + words[2]);
+    header->resizeSection(column, width);
+    return {};
+}
+
 Outcome doResizeMove(QDialog& window, const std::vector<std::string>& words, bool resize) {
     int a = 0, b = 0;
     if (!parseInt(words[1], a) || !parseInt(words[2], b))
@@ -569,6 +590,9 @@ Outcome UiAutomation::apply(QDialog& window, const std::vector<std::string>& wor
     } else if (verb == "RESIZE" || verb == "MOVE") {
         if (result = needArgs(words, 2, 2, verb == "RESIZE" ? "resize W H" : "move X Y"); result.ok)
             result = doResizeMove(window, words, verb == "RESIZE");
+    } else if (verb == "WIDTH") {
+        if (result = needArgs(words, 3, 3, "width ID COLUMN PIXELS"); result.ok)
+            result = doWidth(window, words);
     } else if (verb == "DUMP") {
         if (result = needArgs(words, 0, 0, "dump"); result.ok) {
             flushEvents();

@@ -52,6 +52,7 @@ namespace cadhost {
 //   select ID ROW... rows by their trimmed column-0 text or "#index": the first as a click, the
 //                    others as Ctrl+clicks
 //   resize W H       the window's outer size;  move X Y  the window's outer place
+//   width ID COL W   a list column's width, as a drag of the header's divider sets it
 //   dump             the state, in the form of dump() below
 //   shot PATH        a PNG of the window (QWidget::grab)
 //   close            closes the window as its close box does

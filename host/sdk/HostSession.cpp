@@ -53,7 +53,8 @@ struct Definition {
 
 class Document : public AcApDocument {
 public:
-    const char* fileName() const override { return path.c_str(); }
+    // A drawing never saved answers with its name alone, as hosts do ("Drawing1.dwg").
+    const char* fileName() const override { return path.empty() ? displayName.c_str() : path.c_str(); }
     AcDbDatabase* database() const override { return db.get(); }
     AcAp::DocLockMode myLockMode() const override {
         return lockModes.empty() ? AcAp::kNotLocked : lockModes.back();

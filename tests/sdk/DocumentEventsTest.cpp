@@ -76,11 +76,12 @@ TEST_F(Documents, FirstDrawingIsCreatedActivatedAndCurrent) {
     AcApDocument* doc = host().newDocument();
     ASSERT_NE(doc, nullptr);
     EXPECT_EQ(log.events,
-              (std::vector<std::string>{"createStarted (new)", "created (new)", "toBeActivated (new)",
-                                        "activated (new)", "becameCurrent (new)"}));
+              (std::vector<std::string>{"createStarted Drawing1.dwg", "created Drawing1.dwg",
+                                        "toBeActivated Drawing1.dwg", "activated Drawing1.dwg",
+                                        "becameCurrent Drawing1.dwg"}));
     EXPECT_EQ(acDocManagerPtr()->curDocument(), doc);
     EXPECT_EQ(acDocManagerPtr()->mdiActiveDocument(), doc);
-    EXPECT_STREQ(doc->fileName(), "") << "a new drawing has no file name yet";
+    EXPECT_STREQ(doc->fileName(), "Drawing1.dwg") << "a drawing never saved has its name alone";
     EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), doc->database());
     host().setWorkingDatabaseAvailable(false);
     EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), nullptr) << "the database can be withheld";

@@ -21,7 +21,7 @@ class ACSDK_EXPORT AcApDocument : public AcRxObject {
 public:
     static AcRxClass* desc();
     AcRxClass* isA() const override;
-    // Full path of the drawing file; empty text for a new, never saved drawing.
+    // Full path of the drawing file; for a drawing never saved, its name alone ("Drawing1.dwg").
     virtual const char* fileName() const = 0;
     virtual AcDbDatabase* database() const = 0;
     virtual AcAp::DocLockMode myLockMode() const = 0;
