@@ -113,6 +113,16 @@ Workspace& workspace(int size)
     return *made;
 }
 
+Workspace* workspaceFor(benchmark::State& state, int size)
+{
+    try {
+        return &workspace(size);
+    } catch (const std::exception& e) {
+        state.SkipWithError(e.what());
+        return nullptr;
+    }
+}
+
 void endWorkspace()
 {
     current().reset();

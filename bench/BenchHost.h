@@ -4,6 +4,8 @@
 
 #include "platform/ScriptedUiServices.h"
 
+#include <benchmark/benchmark.h>
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -48,6 +50,9 @@ struct Workspace {
 };
 
 Workspace& workspace(int size);
+// The workspace of that size, or null when it cannot be made: the benchmark is then skipped
+// with the reason.
+Workspace* workspaceFor(benchmark::State& state, int size);
 void endWorkspace();
 
 } // namespace bench

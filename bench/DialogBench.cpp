@@ -154,13 +154,9 @@ void hostStart(benchmark::State& state, int size, bool fromCommand)
 // reset, the selection carried over and the list painted.
 void fillList(benchmark::State& state, int size, int order)
 {
-    Workspace* w = nullptr;
-    try {
-        w = &workspace(size);
-    } catch (const std::exception& e) {
-        state.SkipWithError(e.what());
+    Workspace* w = workspaceFor(state, size);
+    if (!w)
         return;
-    }
     cDlgVarDesk& dialog = w->shownDialog();
     cDocCntx& context = *w->context;
     context.view = 0;
@@ -176,13 +172,9 @@ void fillList(benchmark::State& state, int size, int order)
 // "*LIM*", case ignored); no owner list follows it.
 void search(benchmark::State& state, int size)
 {
-    Workspace* w = nullptr;
-    try {
-        w = &workspace(size);
-    } catch (const std::exception& e) {
-        state.SkipWithError(e.what());
+    Workspace* w = workspaceFor(state, size);
+    if (!w)
         return;
-    }
     cDocCntx& context = *w->context;
     context.searchPattern = "LIM";
     context.searchCheck = DlgFind2::kMaskName | DlgFind2::kMaskDescription | DlgFind2::kMaskCurrent |

@@ -99,13 +99,9 @@ void loadStep(benchmark::State& state, int size)
 // sets other values than the last, as a user's new values differ from the drawing's.
 void setAll(benchmark::State& state, int size)
 {
-    Workspace* w = nullptr;
-    try {
-        w = &workspace(size);
-    } catch (const std::exception& e) {
-        state.SkipWithError(e.what());
+    Workspace* w = workspaceFor(state, size);
+    if (!w)
         return;
-    }
     cSysVarList& list = w->context->varList;
     static int round = 0; // goes on across runs: a repeated run must not set what the last one did
     for (auto _ : state) {
@@ -128,13 +124,9 @@ void setAll(benchmark::State& state, int size)
 
 void writeUserList(benchmark::State& state, int size)
 {
-    Workspace* w = nullptr;
-    try {
-        w = &workspace(size);
-    } catch (const std::exception& e) {
-        state.SkipWithError(e.what());
+    Workspace* w = workspaceFor(state, size);
+    if (!w)
         return;
-    }
     cSysVarList& list = w->context->varList;
     giveNewValues(list, 0);
     const std::string folder = w->profile + "/";
@@ -149,13 +141,9 @@ void writeUserList(benchmark::State& state, int size)
 
 void readUserList(benchmark::State& state, int size)
 {
-    Workspace* w = nullptr;
-    try {
-        w = &workspace(size);
-    } catch (const std::exception& e) {
-        state.SkipWithError(e.what());
+    Workspace* w = workspaceFor(state, size);
+    if (!w)
         return;
-    }
     cSysVarList& list = w->context->varList;
     giveNewValues(list, 0);
     list.userDirectory = w->profile + "/";
