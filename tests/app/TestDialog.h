@@ -27,11 +27,7 @@ public:
     QLineEdit* readOnly;
     QTreeView* list;
     QStandardItemModel* model;
-    QLabel* pane0;
-    QLabel* pane1;
     QAction* menuChecked;
-    QAction* menuGrayed;
-    QPushButton* ok;
     std::vector<std::string> events; // what the dialog saw, in order
 
     TestDialog() {
@@ -44,9 +40,9 @@ public:
         menuChecked->setObjectName("8027");
         menuChecked->setCheckable(true);
         menuChecked->setChecked(true);
-        menuGrayed = file->addAction("Speichern");
-        menuGrayed->setObjectName("8028");
-        menuGrayed->setEnabled(false);
+        QAction* grayed = file->addAction("Speichern");
+        grayed->setObjectName("8028");
+        grayed->setEnabled(false);
         layout->setMenuBar(bar);
 
         auto* tools = new QToolBar(this);
@@ -103,20 +99,17 @@ public:
         layout->addWidget(list);
 
         auto* status = new QStatusBar;
-        pane0 = new QLabel("Bereit");
-        pane1 = new QLabel("3 Variablen");
-        status->addWidget(pane0);
-        status->addWidget(pane1);
+        status->addWidget(new QLabel("Bereit"));
+        status->addWidget(new QLabel("3 Variablen"));
         layout->addWidget(status);
 
-        ok = new QPushButton("OK");
-        ok->setObjectName("1");
-        QObject::connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-        auto* cancel = new QPushButton("Abbrechen");
-        cancel->setObjectName("2");
-        QObject::connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-        layout->addWidget(ok);
-        layout->addWidget(cancel);
+        for (auto [id, text] : {std::pair{"1", "OK"}, {"2", "Abbrechen"}}) {
+            auto* button = new QPushButton(text);
+            button->setObjectName(id);
+            QObject::connect(button, &QPushButton::clicked, this,
+                             *id == '1' ? &QDialog::accept : &QDialog::reject);
+            layout->addWidget(button);
+        }
     }
 
     void addRow(const QString& name, const QString& value, const QString& type, int image,

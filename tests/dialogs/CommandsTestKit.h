@@ -1,4 +1,4 @@
-// Shared set-up of the main dialog's command tests: in-process host, scripted user, small AVL file.
+// Shared set-up of the dialog tests: in-process host, scripted user, a context with a small list.
 #pragma once
 #include "dialogs/main/cDlgVarDesk.h"
 #include "frame/cContext.h"
@@ -64,36 +64,122 @@ inline kova::ScriptedUiServices& services() {
     return instance;
 }
 
-// Two themes; changeable and read-only, drawing and global records of every value type the
-// commands need; ANGBASE is the one the host changes on the way.
+// The control of a dialog by its numeric id.
+template <typename T> T* control(QWidget& dialog, int id) {
+    return dialog.findChild<T*>(QString::number(id));
+}
+
+inline std::string joined(const std::vector<std::string>& names) {
+    std::string out;
+    for (const std::string& name : names)
+        out += (out.empty() ? "" : " ") + name;
+    return out;
+}
+
+inline std::string box(const char* kind, const std::string& title, const std::string& text) {
+    return std::string("BOX ") + kind + ": " + title + ": " + text;
+}
+inline std::string infoBox(const std::string& text) {
+    return box("info", gMsg.TiMsgBoxInfo, text);
+}
+inline std::string errorBox(const std::string& text) {
+    return box("error", gMsg.TiMsgBoxError, text);
+}
+inline std::string question(const std::string& text) {
+    return box("question", gMsg.TiMsgBoxQuestion, text);
+}
+
+// A host with the scripted user, a scratch folder and the context of one new drawing. The
+// search, selection and configuration dialogs need nothing more; prepareHost adds to the host
+// what must be there before the drawing is made.
+class HostTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char pattern[] = "/tmp/vardesk-dialogs-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        folder = pattern;
+        user().reset();
+        host.setUiServices(&services());
+        host.setOutput([](const std::string&) {});
+        prepareHost();
+        if (HasFatalFailure())
+            return;
+        AcApDocument* doc = host.newDocument();
+        ASSERT_NE(doc, nullptr);
+        context = std::make_unique<cDocCntx>(doc);
+    }
+    virtual void prepareHost() {}
+
+    void TearDown() override {
+        context.reset();
+        host.shutdown();
+        user().reset();
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
+    }
+
+    // A record of the context's list as a load would leave it, with its texts.
+    void addRecord(const char* theme, const char* name, const char* marks, const char* current,
+                   const char* newText = "", const char* description = "Beschreibung") {
+        cSysVarList& list = context->varList;
+        ASSERT_TRUE(list.addVariable(theme, name, marks, description, ++m_line)) << name;
+        list.findName(name)->currentText = current;
+        list.findName(name)->newText = newText;
+    }
+    std::vector<std::string> userListNames() {
+        std::vector<std::string> names;
+        for (const cSysVar* v = context->varList.first; v; v = v->next)
+            if (v->inUserList())
+                names.push_back(v->name);
+        return names;
+    }
+
+    std::string path(const std::string& name) { return (folder / name).string(); }
+    void writeFile(const std::string& name, const std::string& text) { std::ofstream(folder / name) << text; }
+    std::string readFile(const std::filesystem::path& file) {
+        std::ifstream in(file);
+        std::stringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+
+    cadhost::HostSession& host = cadhost::HostSession::instance();
+    std::filesystem::path folder;
+    std::unique_ptr<cDocCntx> context;
+
+private:
+    int m_line = 0;
+};
+
+// Two themes and a theme number the file lacks (FILEDIA); changeable and read-only, drawing and
+// global records of every value type the commands need; 3DOSMODE begins with no letter; ANGBASE
+// is the one the host changes on the way.
 inline constexpr const char* kAvlFile = "0#Einheiten#1\n"
                                         "0#Anzeige#2\n"
                                         "1#LUPREC#++#Nachkommastellen der Längen\n"
                                         "1#AUNITS#++#Winkeleinheit\n"
                                         "1#ANGBASE#++#Basiswinkel\n"
                                         "2#OSMODE#+-#Objektfang\n"
-                                        "2#FILEDIA#+-#Dateidialoge\n"
+                                        "9#FILEDIA#+-#Dateidialoge\n"
+                                        "2#3DOSMODE#+-#3D-Objektfang\n"
                                         "2#INSBASE#++#Einfügebasispunkt\n"
                                         "2#VIEWCTR#-+#Mitte der Ansicht\n";
 
-class CommandsTest : public ::testing::Test {
+// The main dialog on the shipped host table and the AVL file above.
+class CommandsTest : public HostTest {
 protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/vardesk-commands-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        folder = pattern;
-        user().reset();
-        host.setUiServices(&services());
-        host.setOutput([](const std::string&) {});
+    void prepareHost() override {
         ASSERT_TRUE(host.setProfileDir(folder.string()));
         writeFile("VarDesk.avl", kAvlFile);
         ASSERT_TRUE(host.loadVariableTable(VARDESK_SOURCE_DIR "/data/hostvars.tsv"));
-        AcApDocument* doc = host.newDocument();
-        ASSERT_NE(doc, nullptr);
-        gContext.userIniFile = (folder / "VarDesk.ini").string();
-        context = std::make_unique<cDocCntx>(doc);
+    }
+    void SetUp() override {
+        HostTest::SetUp();
+        if (HasFatalFailure())
+            return;
+        gContext.userIniFile = path("VarDesk.ini");
         context->drawingFileName = "Drawing1.dwg";
-        context->avlFilePath = (folder / "VarDesk.avl").string();
+        context->avlFilePath = path("VarDesk.avl");
         context->editorPath = "/bin/true";
         context->mainPosX = 20;
         context->mainPosY = 30;
@@ -103,18 +189,14 @@ protected:
         context->listCtrlSecCol = 100;
         context->listCtrlThirdCol = 100;
     }
-
     void TearDown() override {
         d.reset();
-        context.reset();
-        host.shutdown();
-        user().reset();
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
+        HostTest::TearDown();
     }
 
     // Opens the dialog; the load step has read the AVL file when this returns.
     void open() {
+        d.reset();
         d = std::make_unique<cDlgVarDesk>(*context);
         d->show();
         d->activateWindow();
@@ -122,14 +204,6 @@ protected:
         QCoreApplication::processEvents();
         ASSERT_NE(context->varList.first, nullptr);
         user().lines.clear();
-    }
-
-    void writeFile(const std::string& name, const std::string& text) { std::ofstream(folder / name) << text; }
-    std::string readFile(const std::filesystem::path& path) {
-        std::ifstream in(path);
-        std::stringstream text;
-        text << in.rdbuf();
-        return text.str();
     }
 
     cSysVar& at(const char* name) {
@@ -148,15 +222,21 @@ protected:
 
     VarListModel& rows() { return *d->listCtrl->rowModel(); }
     int rowOf(const char* name) { return rows().rowOf(&at(name)); }
+    void selectRow(int row) {
+        d->listCtrl->selectionModel()->select(rows().index(row, 0),
+                                              QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
     // Selects exactly the rows of names, as clicks with Ctrl would.
     void selectRows(std::initializer_list<const char*> names) {
         d->listCtrl->clearSelection();
         for (const char* name : names) {
-            const int row = rowOf(name);
-            ASSERT_GE(row, 0) << name << " has no row";
-            d->listCtrl->selectionModel()->select(rows().index(row, 0),
-                                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
+            ASSERT_GE(rowOf(name), 0) << name << " has no row";
+            selectRow(rowOf(name));
         }
+    }
+    void clickRow(int row, Qt::KeyboardModifiers mods = {}) {
+        QTest::mouseClick(d->listCtrl->viewport(), Qt::LeftButton, mods,
+                          d->listCtrl->visualRect(rows().index(row, 0)).center());
     }
     // The records of the selected rows, by name, in row order.
     std::vector<std::string> selectedNames() {
@@ -172,13 +252,6 @@ protected:
         for (int row = 0; row < rows().rowCount(); ++row)
             if (cSysVar* record = rows().recordAt(row))
                 names.push_back(record->name);
-        return names;
-    }
-    std::vector<std::string> userListNames() {
-        std::vector<std::string> names;
-        for (const cSysVar* v = context->varList.first; v; v = v->next)
-            if (v->inUserList())
-                names.push_back(v->name);
         return names;
     }
 
@@ -200,18 +273,7 @@ protected:
                 out.push_back(line);
         return out;
     }
-    static std::string box(const char* kind, const std::string& title, const std::string& text) {
-        return std::string("BOX ") + kind + ": " + title + ": " + text;
-    }
-    static std::string infoBox(const std::string& text) { return box("info", gMsg.TiMsgBoxInfo, text); }
-    static std::string errorBox(const std::string& text) { return box("error", gMsg.TiMsgBoxError, text); }
-    static std::string question(const std::string& text) {
-        return box("question", gMsg.TiMsgBoxQuestion, text);
-    }
 
-    cadhost::HostSession& host = cadhost::HostSession::instance();
-    std::filesystem::path folder;
-    std::unique_ptr<cDocCntx> context;
     std::unique_ptr<cDlgVarDesk> d;
 };
 

@@ -1,44 +1,16 @@
 // Tests of the search dialog: layout at its limits, matching, the hit steps and what it stores.
-#include "dialogs/DlgFind2.h"
+#include "CommandsTestKit.h"
+
 #include "dialogs/CEditEx.h"
-#include "frame/cDocCntx.h"
-#include "settings/cMsgCatalog.h"
+#include "dialogs/DlgFind2.h"
 
-#include "platform/ScriptedUiServices.h"
-
-#include <hostsession.h>
-
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
-#include <QLabel>
 #include <QPushButton>
-#include <QTest>
-
-#include <string>
-#include <vector>
 
 namespace {
 
-class FakeScript : public kova::ScriptHost {
-public:
-    void printLine(const std::string& text) override { lines.push_back(text); }
-    std::string takeAnswer(const std::string&) override { return "no"; }
-    int driveModal(QDialog& dialog) override { return dialog.result(); }
-    std::vector<std::string> lines;
-};
-
-FakeScript& script() {
-    static FakeScript instance;
-    return instance;
-}
-
-kova::ScriptedUiServices& services() {
-    static kova::ScriptedUiServices instance(script());
-    return instance;
-}
+using namespace commandstest;
 
 // An owner that rebuilds nothing: it notes each notification with the names that were selected
 // at that moment, and clears the flags as a rebuild would.
@@ -66,49 +38,24 @@ private:
     cSysVarList& m_list;
 };
 
-class DlgFind2Test : public ::testing::Test {
+class DlgFind2Test : public HostTest {
 protected:
     void SetUp() override {
-        host.setUiServices(&services());
-        host.setOutput([](const std::string&) {});
-        context = std::make_unique<cDocCntx>(host.newDocument());
-        cSysVarList& list = context->varList;
-        list.themes.addTheme(1, "Zeichnung");
-        struct Row {
-            const char* name;
-            const char* marks;
-            const char* description;
-            const char* current;
-            const char* newText;
-        };
-        const Row rows[] = {{"CLAYER", "++", "Aktueller Layer", "\"0\"", ""},
-                            {"DIMDSEP", "++", "Dezimaltrenner", "\",\"", ""},
-                            {"LUPREC", "++", "Nachkommastellen", "4", "6"},
-                            {"OSMODE", "+-", "Objektfang", "4133", ""},
-                            {"VIEWCTR", "-+", "Mitte der Ansicht", "0 0 0", ""}};
-        int line = 1;
-        for (const Row& r : rows) {
-            ASSERT_TRUE(list.addVariable("1", r.name, r.marks, r.description, line++)) << r.name;
-            cSysVar* record = list.findName(r.name);
-            record->currentText = r.current;
-            record->newText = r.newText;
-        }
-        list.findName("LUPREC")->setInUserList();
+        HostTest::SetUp();
+        if (HasFatalFailure())
+            return;
+        context->varList.themes.addTheme(1, "Zeichnung");
+        addRecord("1", "CLAYER", "++", "\"0\"", "", "Aktueller Layer");
+        addRecord("1", "DIMDSEP", "++", "\",\"", "", "Dezimaltrenner");
+        addRecord("1", "LUPREC", "++", "4", "6", "Nachkommastellen");
+        addRecord("1", "OSMODE", "+-", "4133", "", "Objektfang");
+        addRecord("1", "VIEWCTR", "-+", "0 0 0", "", "Mitte der Ansicht");
+        context->varList.findName("LUPREC")->setInUserList();
         context->searchPosX = 20;
         context->searchPosY = 20;
         context->searchSizeX = 200;
         context->searchSizeY = 120;
         context->searchCheck = 15;
-        script().lines.clear();
-    }
-
-    void TearDown() override {
-        context.reset();
-        host.shutdown();
-    }
-
-    template <typename T> static T* control(QWidget& d, int id) {
-        return d.findChild<T*>(QString::number(id));
     }
 
     static void setMask(DlgFind2& d, int mask) {
@@ -116,6 +63,13 @@ protected:
         control<QCheckBox>(d, DlgFind2::kIdCheckDescription)->setChecked(mask & DlgFind2::kMaskDescription);
         control<QCheckBox>(d, DlgFind2::kIdCheckValueOld)->setChecked(mask & DlgFind2::kMaskCurrent);
         control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->setChecked(mask & DlgFind2::kMaskNew);
+    }
+    static int mask(DlgFind2& d) {
+        return (control<QCheckBox>(d, DlgFind2::kIdCheckVariable)->isChecked() ? DlgFind2::kMaskName : 0) |
+               (control<QCheckBox>(d, DlgFind2::kIdCheckDescription)->isChecked() ? DlgFind2::kMaskDescription
+                                                                                  : 0) |
+               (control<QCheckBox>(d, DlgFind2::kIdCheckValueOld)->isChecked() ? DlgFind2::kMaskCurrent : 0) |
+               (control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->isChecked() ? DlgFind2::kMaskNew : 0);
     }
 
     // "next previous all" enabled states as three letters: e for enabled, d for disabled.
@@ -125,28 +79,21 @@ protected:
             s += control<QPushButton>(d, id)->isEnabled() ? 'e' : 'd';
         return s;
     }
-
-    cadhost::HostSession& host = cadhost::HostSession::instance();
-    std::unique_ptr<cDocCntx> context;
 };
 
 } // namespace
 
 TEST_F(DlgFind2Test, StartsFromTheStoredMaskAndPatternWithTheHitButtonsDisabled) {
-    context->searchCheck = DlgFind2::kMaskName | DlgFind2::kMaskNew;
-    context->searchPattern = "LU";
-    DlgFind2 d(*context);
-    d.show();
-    EXPECT_EQ(d.windowTitle().toStdString(), gMsg.TiSearch);
-    EXPECT_EQ(d.property("templateId").toInt(), 1121);
-    EXPECT_TRUE(control<QCheckBox>(d, DlgFind2::kIdCheckVariable)->isChecked());
-    EXPECT_FALSE(control<QCheckBox>(d, DlgFind2::kIdCheckDescription)->isChecked());
-    EXPECT_FALSE(control<QCheckBox>(d, DlgFind2::kIdCheckValueOld)->isChecked());
-    EXPECT_TRUE(control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->isChecked());
-    EXPECT_EQ(control<CEditEx>(d, DlgFind2::kIdPattern)->text(), "LU");
-    EXPECT_EQ(control<QPushButton>(d, DlgFind2::kIdNext)->text().toStdString(), gMsg.RsBtnNext);
-    EXPECT_EQ(control<QGroupBox>(d, DlgFind2::kIdOptions)->title().toStdString(), gMsg.RsStcSearchOptions);
-    EXPECT_EQ(buttonStates(d), "ddd");
+    for (int stored :
+         {DlgFind2::kMaskName | DlgFind2::kMaskNew, DlgFind2::kMaskDescription | DlgFind2::kMaskCurrent}) {
+        context->searchCheck = stored;
+        context->searchPattern = "LU";
+        DlgFind2 d(*context);
+        d.show();
+        EXPECT_EQ(mask(d), stored);
+        EXPECT_EQ(control<CEditEx>(d, DlgFind2::kIdPattern)->text(), "LU");
+        EXPECT_EQ(buttonStates(d), "ddd");
+    }
 }
 
 TEST_F(DlgFind2Test, KeepsItsSizeLimitsAndLaysOutTheControls) {
@@ -205,6 +152,7 @@ TEST_F(DlgFind2Test, KeepsItsSizeLimitsAndLaysOutTheControls) {
     }
 }
 
+// Each search selects its hits, tells the owner and the user how many, and sets the buttons.
 TEST_F(DlgFind2Test, SearchSelectsTheRecordsWhoseJoinedTextsMatch) {
     struct Case {
         const char* pattern;
@@ -218,6 +166,7 @@ TEST_F(DlgFind2Test, SearchSelectsTheRecordsWhoseJoinedTextsMatch) {
         {"4133", DlgFind2::kMaskName, false, ""},                                   // unchecked field
         {"gOS", DlgFind2::kMaskName | DlgFind2::kMaskDescription, false, "OSMODE"}, // across the border
         {"gOS", DlgFind2::kMaskName, false, ""},
+        {"C", DlgFind2::kMaskName, false, "CLAYER LUPREC VIEWCTR"},
         {"", 15, false, ""},                                    // an empty pattern matches only an empty text
         {"", 0, false, "CLAYER DIMDSEP LUPREC OSMODE VIEWCTR"}, // empty texts are matched too
         {"*", 15, false, "CLAYER DIMDSEP LUPREC OSMODE VIEWCTR"},
@@ -225,6 +174,7 @@ TEST_F(DlgFind2Test, SearchSelectsTheRecordsWhoseJoinedTextsMatch) {
         {"O", DlgFind2::kMaskName, true, ""}, // OSMODE is outside the user list
     };
     for (const Case& c : cases) {
+        SCOPED_TRACE(std::string("'") + c.pattern + "' mask " + std::to_string(c.mask));
         DlgFind2 d(*context);
         RecordingOwner owner(context->varList);
         d.setOwner(&owner);
@@ -232,38 +182,22 @@ TEST_F(DlgFind2Test, SearchSelectsTheRecordsWhoseJoinedTextsMatch) {
         d.show();
         setMask(d, c.mask);
         control<CEditEx>(d, DlgFind2::kIdPattern)->setText(c.pattern);
+        user().lines.clear();
         d.OnSearch();
-        const std::string name = std::string("'") + c.pattern + "' mask " + std::to_string(c.mask);
-        ASSERT_EQ(owner.steps.size(), 1u) << name;
-        EXPECT_EQ(owner.steps[0].selected, c.hits) << name;
-        EXPECT_EQ(owner.steps[0].value, -static_cast<int>(d.hits().size())) << name;
-        EXPECT_EQ(owner.steps[0].code, 1024) << name;
-        EXPECT_EQ(owner.steps[0].sender, &d) << name;
-        EXPECT_EQ(d.currentHit(), 0) << name;
+        ASSERT_EQ(owner.steps.size(), 1u);
+        EXPECT_EQ(owner.steps[0].selected, c.hits);
+        const std::string hits = c.hits;
+        const int n = hits.empty() ? 0 : 1 + static_cast<int>(std::count(hits.begin(), hits.end(), ' '));
+        EXPECT_EQ(owner.steps[0].value, -n);
+        EXPECT_EQ(owner.steps[0].code, 1024);
+        EXPECT_EQ(owner.steps[0].sender, &d);
+        EXPECT_EQ(d.currentHit(), 0);
+        const std::string told = n == 0   ? gMsg.TxVarNotFound
+                                 : n == 1 ? gMsg.TxOneVarFound
+                                          : std::to_string(n) + " " + gMsg.TxVarFound;
+        EXPECT_EQ(user().lines, std::vector<std::string>{infoBox(told)});
+        EXPECT_EQ(buttonStates(d), n > 1 ? "eed" : "ddd");
         d.reject();
-    }
-}
-
-TEST_F(DlgFind2Test, SearchTellsTheCountAndSetsTheButtons) {
-    struct Case {
-        const char* pattern;
-        std::string message;
-        const char* states;
-    } cases[] = {{"XYZ", gMsg.TxVarNotFound, "ddd"},
-                 {"LAY", gMsg.TxOneVarFound, "ddd"},
-                 {"C", "3 " + gMsg.TxVarFound, "eed"}};
-    for (const Case& c : cases) {
-        DlgFind2 d(*context);
-        d.show();
-        setMask(d, DlgFind2::kMaskName);
-        control<CEditEx>(d, DlgFind2::kIdPattern)->setText(c.pattern);
-        script().lines.clear();
-        d.OnSearch();
-        ASSERT_EQ(script().lines.size(), 1u) << c.pattern;
-        EXPECT_EQ(script().lines[0], "BOX info: " + gMsg.TiMsgBoxInfo + ": " + c.message) << c.pattern;
-        EXPECT_EQ(buttonStates(d), c.states) << c.pattern;
-        d.reject();
-        context->varList.clearAllSelected();
     }
 }
 
@@ -305,56 +239,46 @@ TEST_F(DlgFind2Test, NextPreviousAndAllWalkTheHitsAndWrap) {
     }
 }
 
-TEST_F(DlgFind2Test, EnterInThePatternSearchesAndEscapeGoesToCancel) {
-    DlgFind2 d(*context);
-    RecordingOwner owner(context->varList);
-    d.setOwner(&owner);
-    d.show();
-    d.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&d));
-    setMask(d, DlgFind2::kMaskName);
-    auto* field = control<CEditEx>(d, DlgFind2::kIdPattern);
-    field->setFocus();
-    field->setText("OS");
-    QTest::keyClick(field, Qt::Key_Return);
-    ASSERT_EQ(owner.steps.size(), 1u);
-    EXPECT_EQ(owner.steps[0].selected, "OSMODE");
-    EXPECT_TRUE(d.isVisible());
-
-    QTest::keyClick(field, Qt::Key_Escape);
-    EXPECT_TRUE(d.isVisible());
-    auto* cancel = control<QPushButton>(d, DlgFind2::kIdCancel);
-    EXPECT_EQ(d.focusWidget(), cancel);
-    QTest::keyClick(cancel, Qt::Key_Escape);
-    EXPECT_FALSE(d.isVisible());
-    EXPECT_EQ(d.result(), QDialog::Rejected);
-}
-
+// Enter in the pattern searches and Escape there goes to Cancel; every way out stores the
+// rectangle, the mask and the pattern.
 TEST_F(DlgFind2Test, EveryWayOutStoresRectangleMaskAndPattern) {
-    const char* ways[] = {"cancel button", "close box", "escape"};
     int mask = 1;
-    for (const char* way : ways) {
+    for (const char* way : {"cancel button", "close box", "escape"}) {
+        SCOPED_TRACE(way);
         DlgFind2 d(*context);
+        RecordingOwner owner(context->varList);
+        d.setOwner(&owner);
         d.show();
-        QCoreApplication::processEvents();
+        d.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&d));
         setMask(d, mask);
-        control<CEditEx>(d, DlgFind2::kIdPattern)->setText(way);
+        auto* field = control<CEditEx>(d, DlgFind2::kIdPattern);
+        field->setFocus();
+        field->setText(way);
         d.move(40 + mask, 50);
         QCoreApplication::processEvents();
         const std::string w = way;
-        if (w == "cancel button")
+        if (w == "cancel button") {
             QTest::mouseClick(control<QPushButton>(d, DlgFind2::kIdCancel), Qt::LeftButton);
-        else if (w == "close box")
+        } else if (w == "close box") {
             d.close();
-        else
-            QTest::keyClick(&d, Qt::Key_Escape);
-        EXPECT_FALSE(d.isVisible()) << way;
-        EXPECT_EQ(context->searchCheck, mask) << way;
-        EXPECT_EQ(context->searchPattern, way) << way;
+        } else {
+            field->setText("41"); // in the current values: OSMODE
+            QTest::keyClick(field, Qt::Key_Return);
+            ASSERT_EQ(owner.steps.size(), 1u);
+            EXPECT_EQ(owner.steps[0].selected, "OSMODE");
+            QTest::keyClick(field, Qt::Key_Escape);
+            EXPECT_TRUE(d.isVisible());
+            EXPECT_EQ(d.focusWidget(), control<QPushButton>(d, DlgFind2::kIdCancel));
+            QTest::keyClick(d.focusWidget(), Qt::Key_Escape);
+            EXPECT_EQ(d.result(), QDialog::Rejected);
+        }
+        EXPECT_FALSE(d.isVisible());
+        EXPECT_EQ(context->searchCheck, mask);
+        EXPECT_EQ(context->searchPattern, w == "escape" ? "41" : w);
         EXPECT_EQ(QRect(context->searchPosX, context->searchPosY, context->searchSizeX, context->searchSizeY),
-                  d.frameGeometry())
-            << way;
-        EXPECT_EQ(context->searchPosX, 40 + mask) << way;
+                  d.frameGeometry());
+        EXPECT_EQ(context->searchPosX, 40 + mask);
         mask <<= 1;
     }
 }

@@ -17,7 +17,6 @@ protected:
         return "FILEDIALOG save: " + filter() + " | " + initial;
     }
     std::string openDialog() { return "FILEDIALOG open: " + filter() + " | "; }
-    std::string path(const std::string& name) { return (folder / name).string(); }
     std::string dir() { return folder.string() + "/"; }
     // The dialog is still open and the run loop would not end it.
     void expectStillOpen() {
@@ -26,62 +25,32 @@ protected:
     }
 };
 
-TEST_F(FileCommands, SaveAsAndOpenInTheUserListViewGoRoundTheFile) {
+// Save and Save as on a list with entries are run end to end by the scenario commands_saveopen.
+TEST_F(FileCommands, SaveOfAnUnnamedListAsksForANameOnceAndThenWritesWithoutAsking) {
     open();
     setNew("LUPREC", "6");
-    setNew("INSBASE", "1 2 3");
     d->OnCommand(kShowList);
+    user().answers = {"cancel"};
+    d->OnCommand(kSave);
+    EXPECT_EQ(printed("FILEDIALOG"), std::vector<std::string>{saveDialog(gMsg.TxNewVarFile)});
+    EXPECT_EQ(context->varList.userFileName, gMsg.TxNewVarFile);
+    EXPECT_FALSE(std::filesystem::exists(folder / (gMsg.TxNewVarFile + ".var")))
+        << "cancelled: nothing written";
+
+    user().lines.clear();
     user().answers = {path("liste")};
-    d->OnCommand(kSaveAs);
+    d->OnCommand(kSave);
     EXPECT_EQ(printed("FILEDIALOG"), std::vector<std::string>{saveDialog(gMsg.TxNewVarFile)});
     EXPECT_EQ(context->varList.userFileName, "liste.var");
     EXPECT_EQ(context->varList.userDirectory, dir());
     EXPECT_EQ(title(), gMsg.TiVarDesk + " - Drawing1.dwg - [liste.var]");
-    const std::string written = readFile(folder / "liste.var");
-    EXPECT_NE(written.find("INSBASE                  #1.0000 2.0000 3.0000\n"), std::string::npos) << written;
-    EXPECT_NE(written.find("LUPREC                   #6\n"), std::string::npos) << written;
-    EXPECT_EQ(context->varList.pointSeparator, ' ');
+    EXPECT_EQ(readFile(folder / "liste.var"), "LUPREC                   #6\n");
 
-    // Open asks first, since the list has entries, then reads the file back.
-    user().lines.clear();
-    user().answers = {"yes", path("liste.var")};
-    d->OnCommand(kOpen);
-    EXPECT_EQ(printed("BOX"), std::vector<std::string>{question(gMsg.TxVarLoaded)});
-    EXPECT_EQ(printed("FILEDIALOG"), std::vector<std::string>{openDialog()});
-    EXPECT_EQ(userListNames(), (std::vector<std::string>{"INSBASE", "LUPREC"}));
-    EXPECT_EQ(at("LUPREC").newText, "6");
-    EXPECT_EQ(at("INSBASE").newText, "1.0000 2.0000 3.0000");
-    EXPECT_EQ(shownNames(), (std::vector<std::string>{"INSBASE", "LUPREC"}));
-    EXPECT_EQ(title(), gMsg.TiVarDesk + " - Drawing1.dwg - [liste.var]");
-
-    // A second Save writes the same file again without a question or a dialog.
     user().lines.clear();
     std::filesystem::remove(folder / "liste.var");
     d->OnCommand(kSave);
     EXPECT_TRUE(user().lines.empty());
-    EXPECT_EQ(readFile(folder / "liste.var"), written);
-}
-
-TEST_F(FileCommands, SaveAsInTheFullViewWritesTheSelectedRowsOnly) {
-    open();
-    setNew("LUPREC", "6");
-    d->FillList();
-    selectRows({"AUNITS", "OSMODE"});
-    user().answers = {path("auswahl.var")};
-    d->OnCommand(kSaveAs);
-    EXPECT_EQ(readFile(folder / "auswahl.var"), "AUNITS                   #0\n"
-                                                "OSMODE                   #4133\n");
-    // The user list, its file name and the selection stay.
-    EXPECT_EQ(context->varList.userFileName, gMsg.TxNewVarFile);
-    EXPECT_EQ(userListNames(), std::vector<std::string>{"LUPREC"});
-    EXPECT_EQ(selectedNames(), (std::vector<std::string>{"AUNITS", "OSMODE"}));
-
-    // Open in the full view: the file's records enter the user list, which is shown.
-    user().answers = {"yes", path("auswahl.var")};
-    d->OnCommand(kOpen);
-    EXPECT_EQ(context->view, 1);
-    EXPECT_EQ(userListNames(), (std::vector<std::string>{"AUNITS", "OSMODE"}));
-    EXPECT_EQ(at("LUPREC").newText, "");
+    EXPECT_EQ(readFile(folder / "liste.var"), "LUPREC                   #6\n");
 }
 
 TEST_F(FileCommands, SaveCommandsWithNothingToWriteSaySo) {
@@ -109,23 +78,9 @@ TEST_F(FileCommands, SaveCommandsWithNothingToWriteSaySo) {
     }
 }
 
-TEST_F(FileCommands, SaveOfAnUnnamedListAsksForAName) {
-    open();
-    setNew("LUPREC", "6");
-    d->OnCommand(kShowList);
-    user().answers = {"cancel"};
-    d->OnCommand(kSave);
-    EXPECT_EQ(printed("FILEDIALOG"), std::vector<std::string>{saveDialog(gMsg.TxNewVarFile)});
-    EXPECT_EQ(context->varList.userFileName, gMsg.TxNewVarFile);
-    EXPECT_FALSE(std::filesystem::exists(folder / (gMsg.TxNewVarFile + ".var")));
-    EXPECT_FALSE(std::filesystem::exists(folder / gMsg.TxNewVarFile));
-}
-
 TEST_F(FileCommands, NewAsksOnlyWhenThereAreEntriesAndShowsTheUserListEitherWay) {
     open();
     setNew("LUPREC", "6");
-    ASSERT_EQ(context->view, 0);
-
     user().answers = {"no"};
     EXPECT_FALSE(d->NewList());
     EXPECT_EQ(printed("BOX"), std::vector<std::string>{question(gMsg.TxVarLoaded)});
@@ -134,7 +89,6 @@ TEST_F(FileCommands, NewAsksOnlyWhenThereAreEntriesAndShowsTheUserListEitherWay)
     EXPECT_EQ(title(), gMsg.TiVarDesk + " - Drawing1.dwg - [" + gMsg.TxNewVarFile + "]");
     EXPECT_EQ(userListNames(), std::vector<std::string>{"LUPREC"});
 
-    user().lines.clear();
     user().answers = {"yes"};
     context->varList.userFileName = "alt.var";
     EXPECT_TRUE(d->NewList());
@@ -171,7 +125,10 @@ TEST_F(FileCommands, OpenWithTheFileDialogCancelledLeavesAnEmptyList) {
         user().lines.clear();
         user().answers = {c.answers.begin(), c.answers.end()};
         d->OnCommand(kOpen);
-        EXPECT_EQ(printed("FILEDIALOG").size(), c.dialogShown ? 1u : 0u);
+        EXPECT_EQ(printed("BOX"), c.entries ? std::vector<std::string>{question(gMsg.TxVarLoaded)}
+                                            : std::vector<std::string>{});
+        EXPECT_EQ(printed("FILEDIALOG"),
+                  c.dialogShown ? std::vector<std::string>{openDialog()} : std::vector<std::string>{});
         EXPECT_EQ(context->varList.hasUserEntries(), c.entriesKept);
         EXPECT_EQ(context->view, 1);
         EXPECT_EQ(title(), gMsg.TiVarDesk + " - Drawing1.dwg - [" + gMsg.TxNewVarFile + "]");

@@ -1,127 +1,27 @@
-// Tests of the main dialog's frame, driven in an in-process host with scripted UI services.
-#include "dialogs/main/cDlgVarDesk.h"
+// Tests of the main dialog: frame, layout, marks, tool bar, list orders, row colours, keys, end of a run.
+#include "CommandsTestKit.h"
+
 #include "dialogs/ModuleResources.h"
-#include "frame/cContext.h"
-#include "frame/cDocCntx.h"
-#include "settings/cMsgCatalog.h"
-
-#include "platform/ScriptedUiServices.h"
-
-#include <arxheaders.h>
-#include <hostsession.h>
-
-#include <gtest/gtest.h>
 
 #include <QAction>
-#include <QCoreApplication>
+#include <QContextMenuEvent>
 #include <QFontMetrics>
-#include <QHeaderView>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QStatusBar>
-#include <QTest>
+#include <QTimer>
 #include <QToolBar>
-#include <QTreeView>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <memory>
 
 namespace {
 
-// Boxes are answered "no"; a modal run is handed to the test's drive function.
-class FakeScript : public kova::ScriptHost {
-public:
-    void printLine(const std::string& text) override { lines.push_back(text); }
-    std::string takeAnswer(const std::string&) override { return "no"; }
-    int driveModal(QDialog& dialog) override {
-        ++modalRuns;
-        if (drive)
-            drive(dialog);
-        return dialog.result();
-    }
-    std::vector<std::string> lines;
-    std::function<void(QDialog&)> drive;
-    int modalRuns = 0;
-};
+using namespace commandstest;
+using namespace mainids;
 
-FakeScript& script() {
-    static FakeScript instance;
-    return instance;
-}
-
-kova::ScriptedUiServices& services() {
-    static kova::ScriptedUiServices instance(script());
-    return instance;
-}
-
-constexpr const char* kHostVariables = "LUPREC int 4 rw drawing range 0 8\n"
-                                       "DIMDSEP string \",\" rw drawing\n"
-                                       "CLAYER string \"0\" rw drawing nonempty\n"
-                                       "OSMODE int 4133 rw global range 0 16383\n"
-                                       "VIEWCTR point3 0,0,0 ro drawing\n";
-
-constexpr const char* kAvlFile = "0#Einheiten#1\n"
-                                 "0#Zeichnung#2\n"
-                                 "1#LUPREC#++#Nachkommastellen der Längen\n"
-                                 "1#DIMDSEP#++#Dezimaltrenner\n"
-                                 "2#CLAYER#++#Aktueller Layer\n"
-                                 "2#OSMODE#+-#Objektfang\n"
-                                 "2#VIEWCTR#-+#Mitte der Ansicht\n";
-
-class MainDialog : public ::testing::Test {
+class MainDialog : public CommandsTest {
 protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/vardesk-dialogs-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        folder = pattern;
-        host.setUiServices(&services());
-        host.setOutput([](const std::string&) {});
-        ASSERT_TRUE(host.setProfileDir(folder.string()));
-        write(folder / "hostvars.tsv", kHostVariables);
-        write(folder / "VarDesk.avl", kAvlFile);
-        ASSERT_TRUE(host.loadVariableTable((folder / "hostvars.tsv").string()));
-        AcApDocument* doc = host.newDocument();
-        ASSERT_NE(doc, nullptr);
-        gContext.userIniFile = (folder / "VarDesk.ini").string();
-        context = std::make_unique<cDocCntx>(doc);
-        context->drawingFileName = "Drawing1.dwg";
-        context->avlFilePath = (folder / "VarDesk.avl").string();
-        context->mainPosX = 20;
-        context->mainPosY = 30;
-        context->mainSizeX = 450;
-        context->mainSizeY = 320;
-        context->listCtrlFirstCol = 150;
-        context->listCtrlSecCol = 100;
-        context->listCtrlThirdCol = 100;
-        script().lines.clear();
-        script().drive = nullptr;
-        script().modalRuns = 0;
-    }
-
-    void TearDown() override {
-        context.reset();
-        host.shutdown();
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
-    }
-
-    static void write(const std::filesystem::path& path, const char* text) { std::ofstream(path) << text; }
-
-    // A dialog shown for the context: the start sequence has run.
-    std::unique_ptr<cDlgVarDesk> open() {
-        auto dialog = std::make_unique<cDlgVarDesk>(*context);
-        dialog->show();
-        QCoreApplication::processEvents();
-        return dialog;
-    }
-
-    static std::string tool(cDlgVarDesk& d, int id) {
-        QAction* a = d.toolAction(id);
+    std::string tool(int id) {
+        QAction* a = d->toolAction(id);
         if (!a)
             return "missing";
         if (!a->isEnabled())
@@ -130,46 +30,68 @@ protected:
             return "indeterminate";
         return a->isChecked() ? "pressed" : "enabled";
     }
-
-    cadhost::HostSession& host = cadhost::HostSession::instance();
-    std::filesystem::path folder;
-    std::unique_ptr<cDocCntx> context;
+    // The rows as "<text of column 0 with its blanks>|<image>".
+    std::vector<std::string> shownRows() {
+        std::vector<std::string> out;
+        for (int r = 0; r < rows().rowCount(); ++r)
+            out.push_back(rows().cellText(r, 0).toStdString() + "|" +
+                          std::to_string(rows().index(r, 0).data(kRowImageRole).toInt()));
+        return out;
+    }
+    // What the delegate reports it paints ("text", "foreground", "background"), as the dump reads it.
+    QVariant painted(int row, int column, const char* what) {
+        QVariantMap cell;
+        QMetaObject::invokeMethod(d->listCtrl->itemDelegate(), "automationCell", Qt::DirectConnection,
+                                  Q_RETURN_ARG(QVariantMap, cell),
+                                  Q_ARG(QModelIndex, rows().index(row, column)));
+        return cell[what];
+    }
+    QColor colour(int row, int column, const char* what = "foreground") {
+        return painted(row, column, what).value<QColor>();
+    }
+    QRect storedRect() {
+        return {context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY};
+    }
 };
 
-// Edges of a control inside the client area, right and bottom exclusive.
-struct Edges {
-    int top, bottom, right;
-};
-Edges edges(const QWidget* w) {
-    return {w->y(), w->y() + w->height(), w->x() + w->width()};
+std::string row(int level, const std::string& text, int image) {
+    return std::string(7 * (level + 1), ' ') + text + "|" + std::to_string(image);
 }
 
-} // namespace
-
-TEST_F(MainDialog, StartsWithTheLoadedListAndTheFrame) {
-    auto d = open();
+TEST_F(MainDialog, StartsWithTheFrameAndThreeMeasuredStatusPanes) {
+    open();
     EXPECT_EQ(d->runCode, 16);
-    EXPECT_EQ(d->property("templateId").toInt(), 1000);
-    EXPECT_EQ(d->windowTitle().toStdString(), gMsg.TiVarDesk + " - Drawing1.dwg");
-    EXPECT_EQ(d->frameGeometry(), QRect(20, 30, 450, 320));
-    auto* list = d->findChild<QTreeView*>("9002");
-    ASSERT_NE(list, nullptr);
-    ASSERT_EQ(list->model()->rowCount(), 10) << "five records under their letters";
-    EXPECT_EQ(list->model()->index(1, 0).data().toString(), QString(14, ' ') + "CLAYER");
-    EXPECT_EQ(list->model()->headerData(1, Qt::Horizontal).toString().toStdString(), gMsg.ClAcadValue);
-    EXPECT_EQ(list->columnWidth(0), 150);
-    EXPECT_TRUE(d->findChild<QLineEdit*>("9004")->isReadOnly()) << "no record is shown";
+    EXPECT_EQ(d->frameGeometry(), QRect(20, 30, 600, 500));
     EXPECT_FALSE(d->windowIcon().isNull());
     ASSERT_NE(d->contextMenu, nullptr);
     EXPECT_EQ(d->contextMenu->actions().size(), 6);
-    EXPECT_EQ(d->menuAction(8027)->text().toStdString(), gMsg.MnNew);
+    EXPECT_EQ(d->menuAction(kNew)->text().toStdString(), gMsg.MnNew);
+
+    const QList<QLabel*> panes = d->statusBar->findChildren<QLabel*>(Qt::FindDirectChildrenOnly);
+    ASSERT_EQ(panes.size(), 3);
+    const QFontMetrics m(d->statusBar->font());
+    auto w = [&m](const std::string& t) { return m.horizontalAdvance(QString::fromStdString(t)); };
+    EXPECT_EQ(panes[1]->width(), std::max(w(gMsg.StProtected), w(gMsg.StChangeable)));
+    EXPECT_EQ(panes[2]->width(), std::max(w(gMsg.StDrawSpecific), w(gMsg.StGlobal)));
+    EXPECT_EQ(panes[2]->x() + panes[2]->width(), d->statusBar->width());
+    EXPECT_EQ(panes[0]->x(), 0);
+    d->ShowStatus(&at("OSMODE"));
+    EXPECT_EQ(panes[0]->text(), "Anzeige");
+    EXPECT_EQ(panes[1]->text().toStdString(), gMsg.StChangeable);
+    EXPECT_EQ(panes[2]->text().toStdString(), gMsg.StGlobal);
+    EXPECT_EQ(panes[2]->toolTip(), panes[2]->text());
+    d->ShowStatus(&at("VIEWCTR"));
+    EXPECT_EQ(panes[1]->text().toStdString(), gMsg.StProtected);
+    EXPECT_EQ(panes[2]->text().toStdString(), gMsg.StDrawSpecific);
+    d->ShowStatus(nullptr);
+    EXPECT_TRUE(panes[1]->text().isEmpty());
 }
 
 TEST_F(MainDialog, LayoutKeepsMarginsAndGivesUpDescriptionLines) {
-    auto d = open();
-    QWidget* list = d->findChild<QWidget*>("9002");
-    QWidget* description = d->findChild<QWidget*>("9003");
-    QWidget* value = d->findChild<QWidget*>("9004");
+    open();
+    QWidget* list = d->listCtrl;
+    QWidget* description = d->descriptionEdit;
+    QWidget* value = d->valueEdit;
     const int H = value->height();
     const int fixed = d->toolBar->height() + d->statusBar->height() + 4 * 10 + H;
     const int menu = d->height() - d->clientArea()->height();
@@ -185,94 +107,64 @@ TEST_F(MainDialog, LayoutKeepsMarginsAndGivesUpDescriptionLines) {
         {"list at 2H", 3 * H, 1, true},         {"below 2H", 3 * H - 1, 1, false},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
         const QRect listBefore = list->geometry();
         d->resize(500, menu + fixed + c.listRoom);
         QCoreApplication::processEvents();
-        EXPECT_EQ(d->visibleLines, c.lines) << c.name;
+        EXPECT_EQ(d->visibleLines, c.lines);
         const QRect client = d->clientArea()->rect();
         if (!c.moves) {
-            EXPECT_EQ(list->geometry(), listBefore) << c.name << ": nothing moves";
-            EXPECT_EQ(d->statusPane(2)->x() + d->statusPane(2)->width(), client.width()) << c.name;
+            EXPECT_EQ(list->geometry(), listBefore) << "nothing moves";
+            EXPECT_EQ(d->statusPane(2)->x() + d->statusPane(2)->width(), client.width());
             continue;
         }
-        EXPECT_EQ(edges(list).top, d->toolBar->y() + d->toolBar->height() + 10) << c.name;
-        EXPECT_EQ(edges(value).bottom, d->statusBar->y() - 10) << c.name;
-        EXPECT_EQ(value->height(), H) << c.name << ": the value field keeps its height";
-        EXPECT_EQ(edges(description).bottom, value->y() - 10) << c.name;
-        EXPECT_EQ(description->height(), c.lines * H) << c.name;
-        EXPECT_EQ(edges(list).bottom, description->y() - 10) << c.name;
+        EXPECT_EQ(list->y(), d->toolBar->y() + d->toolBar->height() + 10);
+        EXPECT_EQ(value->y() + value->height(), d->statusBar->y() - 10);
+        EXPECT_EQ(value->height(), H) << "the value field keeps its height";
+        EXPECT_EQ(description->y() + description->height(), value->y() - 10);
+        EXPECT_EQ(description->height(), c.lines * H);
+        EXPECT_EQ(list->y() + list->height(), description->y() - 10);
         for (QWidget* w : {list, description, value})
-            EXPECT_EQ(edges(w).right, client.width() - 10) << c.name << " " << w->objectName().toStdString();
+            EXPECT_EQ(w->x() + w->width(), client.width() - 10) << w->objectName().toStdString();
     }
-}
-
-TEST_F(MainDialog, StatusBarHasThreeMeasuredPanes) {
-    auto d = open();
-    const QList<QLabel*> panes = d->statusBar->findChildren<QLabel*>(Qt::FindDirectChildrenOnly);
-    ASSERT_EQ(panes.size(), 3);
-    const QFontMetrics m(d->statusBar->font());
-    auto w = [&m](const std::string& t) { return m.horizontalAdvance(QString::fromStdString(t)); };
-    EXPECT_EQ(panes[1]->width(), std::max(w(gMsg.StProtected), w(gMsg.StChangeable)));
-    EXPECT_EQ(panes[2]->width(), std::max(w(gMsg.StDrawSpecific), w(gMsg.StGlobal)));
-    EXPECT_EQ(panes[2]->x() + panes[2]->width(), d->statusBar->width());
-    EXPECT_EQ(panes[0]->x(), 0);
-    for (QLabel* pane : panes)
-        EXPECT_TRUE(pane->text().isEmpty());
-
-    cSysVar* osmode = context->varList.findName("OSMODE");
-    ASSERT_NE(osmode, nullptr);
-    d->ShowStatus(osmode);
-    EXPECT_EQ(panes[0]->text(), "Zeichnung");
-    EXPECT_EQ(panes[1]->text().toStdString(), gMsg.StChangeable);
-    EXPECT_EQ(panes[2]->text().toStdString(), gMsg.StGlobal);
-    EXPECT_EQ(panes[2]->toolTip(), panes[2]->text());
-    d->ShowStatus(context->varList.findName("VIEWCTR"));
-    EXPECT_EQ(panes[1]->text().toStdString(), gMsg.StProtected);
-    EXPECT_EQ(panes[2]->text().toStdString(), gMsg.StDrawSpecific);
-    d->ShowStatus(nullptr);
-    EXPECT_TRUE(panes[1]->text().isEmpty());
 }
 
 TEST_F(MainDialog, MarksFollowViewOrderAndCompareMode) {
     const struct { int view, order, compare; } states[] = {{0, 0, 0}, {1, 2, 0}, {0, 3, 1}, {1, 1, 1}};
     for (const auto& s : states) {
+        SCOPED_TRACE("view " + std::to_string(s.view) + " order " + std::to_string(s.order) + " compare " +
+                     std::to_string(s.compare));
         context->view = s.view;
         context->viewOrder = s.order;
         context->compareMode = s.compare;
-        auto d = open();
-        const std::string name = "view " + std::to_string(s.view) + " order " + std::to_string(s.order) +
-                                 " compare " + std::to_string(s.compare);
-        EXPECT_EQ(d->menuAction(8036)->isChecked(), s.view == 0) << name;
-        EXPECT_EQ(d->menuAction(8037)->isChecked(), s.view == 1) << name;
-        EXPECT_EQ(d->menuAction(8042)->isEnabled(), s.view == 1) << name;
-        EXPECT_EQ(d->menuAction(8043)->isEnabled(), s.view == 1) << name;
-        EXPECT_EQ(tool(*d, 7008), s.view == 0 ? "pressed" : "enabled") << name;
-        EXPECT_EQ(tool(*d, 7009), s.view == 1 ? "pressed" : "enabled") << name;
-        EXPECT_EQ(tool(*d, 7014), s.view == 0 ? "indeterminate" : "enabled") << name;
-        EXPECT_EQ(tool(*d, 7015), s.view == 0 ? "indeterminate" : "enabled") << name;
+        open();
+        EXPECT_EQ(d->menuAction(kShowAll)->isChecked(), s.view == 0);
+        EXPECT_EQ(d->menuAction(kShowList)->isChecked(), s.view == 1);
+        EXPECT_EQ(d->menuAction(kAdd)->isEnabled(), s.view == 1);
+        EXPECT_EQ(d->menuAction(kDelete)->isEnabled(), s.view == 1);
+        EXPECT_EQ(tool(kButtonShowAll), s.view == 0 ? "pressed" : "enabled");
+        EXPECT_EQ(tool(kButtonShowList), s.view == 1 ? "pressed" : "enabled");
+        EXPECT_EQ(tool(kButtonAdd), s.view == 0 ? "indeterminate" : "enabled");
+        EXPECT_EQ(tool(kButtonDelete), s.view == 0 ? "indeterminate" : "enabled");
         for (int n = 0; n < 4; ++n) {
-            EXPECT_EQ(d->menuAction(8038 + n)->isChecked(), n == s.order) << name << " entry " << 8038 + n;
-            EXPECT_EQ(tool(*d, 7010 + n), n == s.order ? "pressed" : "enabled")
-                << name << " button " << 7010 + n;
+            EXPECT_EQ(d->menuAction(kSortLetter + n)->isChecked(), n == s.order)
+                << "entry " << kSortLetter + n;
+            EXPECT_EQ(tool(kButtonSortLetter + n), n == s.order ? "pressed" : "enabled") << "button " << n;
         }
-        EXPECT_EQ(d->menuAction(8046)->isChecked(), s.compare == 1) << name;
-        EXPECT_EQ(tool(*d, 7018), s.compare == 1 ? "pressed" : "enabled") << name;
-        const QImage shown = d->toolBarImages[18].pixmap(16, 16).toImage();
-        EXPECT_EQ(shown, moduleIconPixmap(s.compare ? 1109 : 1075).toImage()) << name;
-        const std::string title = d->windowTitle().toStdString();
-        EXPECT_EQ(title.find("[") != std::string::npos, s.view == 1) << name << ": " << title;
-        EXPECT_EQ(tool(*d, 7000), "enabled") << name;
+        EXPECT_EQ(d->menuAction(kCompare)->isChecked(), s.compare == 1);
+        EXPECT_EQ(tool(kButtonCompare), s.compare == 1 ? "pressed" : "enabled");
+        EXPECT_EQ(d->toolBarImages[18].pixmap(16, 16).toImage(),
+                  moduleIconPixmap(s.compare ? kIconCompareOn : 1075).toImage());
+        EXPECT_EQ(title().find('[') != std::string::npos, s.view == 1) << title();
+        EXPECT_EQ(tool(kFirstButton), "enabled");
     }
 }
 
-TEST_F(MainDialog, ToolBarHasItsButtonsSeparatorsAndTips) {
-    auto d = open();
+TEST_F(MainDialog, ToolBarButtonsPostTheirCommandsAndKeepTheStateOfTheContext) {
+    open();
     const QList<QAction*> entries = d->toolBar->actions();
     ASSERT_EQ(entries.size(), 27);
-    int separators = 0;
-    for (QAction* a : entries)
-        separators += a->isSeparator() ? 1 : 0;
-    EXPECT_EQ(separators, 7);
+    EXPECT_EQ(std::count_if(entries.begin(), entries.end(), [](QAction* a) { return a->isSeparator(); }), 7);
     EXPECT_EQ(d->toolAction(7016)->toolTip().toStdString(), gMsg.MnSetAll);
     EXPECT_EQ(d->toolAction(7017)->toolTip().toStdString(), gMsg.MnSetSelection);
     const int posted[] = {8027, 8028, 8029, 8030, 8032, 8033, 8034, 8035, 8036, 8037,
@@ -281,130 +173,273 @@ TEST_F(MainDialog, ToolBarHasItsButtonsSeparatorsAndTips) {
         EXPECT_EQ(cDlgVarDesk::commandOfButton(7000 + i), posted[i]) << "button " << 7000 + i;
     EXPECT_EQ(cDlgVarDesk::commandOfButton(6999), 0);
     EXPECT_EQ(cDlgVarDesk::commandOfButton(7020), 0);
-}
 
-TEST_F(MainDialog, ToolBarClickIsPostedAndKeepsTheStateOfTheContext) {
-    auto d = open();
     d->toolAction(7012)->trigger();
     EXPECT_EQ(context->viewOrder, 0) << "the command waits for the click to end";
-    EXPECT_EQ(tool(*d, 7012), "enabled");
+    EXPECT_EQ(tool(7012), "enabled");
     QCoreApplication::processEvents();
     EXPECT_EQ(context->viewOrder, 2);
-    EXPECT_TRUE(d->menuAction(8040)->isChecked());
-    EXPECT_EQ(tool(*d, 7012), "pressed");
-    EXPECT_EQ(tool(*d, 7010), "enabled");
-
+    EXPECT_TRUE(d->menuAction(kSortGlobeA)->isChecked());
+    EXPECT_EQ(tool(7012), "pressed");
+    EXPECT_EQ(tool(7010), "enabled");
     d->toolAction(7012)->trigger(); // a pressed button stays pressed
     QCoreApplication::processEvents();
-    EXPECT_EQ(tool(*d, 7012), "pressed");
-
-    d->toolAction(7014)->trigger(); // indeterminate: no command
+    EXPECT_EQ(tool(7012), "pressed");
+    d->toolAction(kButtonAdd)->trigger(); // indeterminate: no command
     QCoreApplication::processEvents();
-    EXPECT_EQ(tool(*d, 7014), "indeterminate");
-
-    d->toolAction(7009)->trigger();
+    EXPECT_EQ(tool(kButtonAdd), "indeterminate");
+    d->toolAction(kButtonShowList)->trigger();
     QCoreApplication::processEvents();
     EXPECT_EQ(context->view, 1);
-    EXPECT_EQ(tool(*d, 7014), "enabled");
-    EXPECT_TRUE(d->menuAction(8042)->isEnabled());
-    EXPECT_NE(d->windowTitle().indexOf("["), -1);
-
-    d->menuAction(8046)->trigger(); // the mark follows the context's compare mode
+    EXPECT_EQ(tool(kButtonAdd), "enabled");
+    EXPECT_TRUE(d->menuAction(kAdd)->isEnabled());
+    d->menuAction(kCompare)->trigger(); // the mark follows the context's compare mode
     EXPECT_EQ(context->compareMode, 1);
-    EXPECT_TRUE(d->menuAction(8046)->isChecked());
+    EXPECT_TRUE(d->menuAction(kCompare)->isChecked());
 }
 
-TEST_F(MainDialog, EnterAndEscapeDoNotEndTheDialog) {
-    auto d = open();
-    QTest::keyClick(d.get(), Qt::Key_Escape);
-    QTest::keyClick(d.get(), Qt::Key_Return);
-    EXPECT_TRUE(d->isVisible());
-    EXPECT_EQ(d->runCode, 16);
-}
-
-TEST_F(MainDialog, EndRunStoresGeometryWithClamps) {
-    auto d = open();
+TEST_F(MainDialog, ColumnWidthsAreClampedOnTheWayInAndOutAndTheEndStoresTheRectangle) {
+    context->listCtrlFirstCol = 10;
+    context->listCtrlSecCol = 5000;
+    context->listCtrlThirdCol = 300;
+    open();
+    EXPECT_EQ(context->listCtrlFirstCol, 46);
+    EXPECT_EQ(context->listCtrlSecCol, 1200);
+    EXPECT_EQ(context->listCtrlThirdCol, 300);
+    EXPECT_EQ(d->listCtrl->columnWidth(0), 46);
+    EXPECT_EQ(d->listCtrl->columnWidth(1), 1200);
     d->move(40, 50);
     d->resize(600, 400);
-    auto* list = d->findChild<QTreeView*>("9002");
-    list->setColumnWidth(0, 30);
-    list->setColumnWidth(1, 10);
-    list->setColumnWidth(2, 1500);
-    context->varList.findName("LUPREC")->setSelected();
+    d->listCtrl->setColumnWidth(0, 1500);
+    d->listCtrl->setColumnWidth(1, 7);
+    d->listCtrl->setColumnWidth(2, 0);
+    at("LUPREC").setSelected();
     d->close();
     EXPECT_FALSE(d->isVisible());
     EXPECT_EQ(d->runCode, 0);
     EXPECT_EQ(d->toolTips, nullptr);
     EXPECT_EQ(d->contextMenu, nullptr);
-    EXPECT_EQ(QRect(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY),
-              d->frameGeometry());
-    EXPECT_EQ(context->listCtrlFirstCol, 30);
+    EXPECT_EQ(storedRect(), d->frameGeometry());
+    EXPECT_EQ(context->listCtrlFirstCol, 1200);
     EXPECT_EQ(context->listCtrlSecCol, 20);
-    EXPECT_EQ(context->listCtrlThirdCol, 1200);
-    EXPECT_FALSE(context->varList.findName("LUPREC")->isSelected());
+    EXPECT_EQ(context->listCtrlThirdCol, 300) << "a width of 0 is not stored";
+    EXPECT_FALSE(at("LUPREC").isSelected());
+    const QRect stored = storedRect();
+    d->EndRun(); // a second end stores the same and finds nothing to free
+    EXPECT_EQ(storedRect(), stored);
 
-    // A second end stores the same numbers and finds nothing to free.
-    const QRect stored(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY);
-    d->EndRun();
-    EXPECT_EQ(QRect(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY), stored);
-
-    // A column dragged to nothing, or hidden, keeps its stored width.
-    context->listCtrlSecCol = 80;
-    auto again = open();
-    again->findChild<QTreeView*>("9002")->setColumnWidth(1, 0);
-    again->findChild<QTreeView*>("9002")->setColumnHidden(2, true);
-    again->EndRun();
-    EXPECT_EQ(context->listCtrlSecCol, 80);
-    EXPECT_EQ(context->listCtrlThirdCol, 1200);
-}
-
-TEST_F(MainDialog, NextRunOpensWhereTheLastEnded) {
-    {
-        auto d = open();
-        d->move(70, 80);
-        d->resize(520, 360);
-        d->findChild<QTreeView*>("9002")->setColumnWidth(0, 30);
-        d->EndRun();
-        EXPECT_EQ(QRect(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY),
-                  d->frameGeometry());
-    }
-    const QRect stored(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY);
-    EXPECT_EQ(stored.topLeft(), QPoint(70, 80));
+    // The next run opens where this one ended, on the list already read; a hidden column keeps
+    // its stored width.
     const cSysVar* first = context->varList.first;
-    auto d = open();
+    open();
     EXPECT_EQ(d->frameGeometry(), stored);
-    EXPECT_EQ(d->findChild<QTreeView*>("9002")->columnWidth(0), 46) << "column 0 opens at least 46 wide";
-    EXPECT_EQ(context->varList.first, first) << "the list was not read again";
-    EXPECT_TRUE(script().lines.empty()) << "no box on a second run";
+    EXPECT_EQ(context->varList.first, first);
+    d->listCtrl->setColumnHidden(2, true);
+    d->EndRun();
+    EXPECT_EQ(context->listCtrlThirdCol, 300);
 }
 
 TEST_F(MainDialog, RunLoopRunsTheDialogUntilItEnds) {
-    int shownWith = -1;
-    script().drive = [&shownWith](QDialog& dialog) {
+    int runs = 0, shownWith = -1;
+    user().modal = [&](QDialog& dialog) {
+        ++runs;
         dialog.show();
         shownWith = dialog.property("templateId").toInt();
         QCoreApplication::processEvents();
         dialog.close();
+        return dialog.result();
     };
     context->mainPosX = -5;
     runMainDialog(*context);
-    EXPECT_EQ(script().modalRuns, 1);
+    EXPECT_EQ(runs, 1);
     EXPECT_EQ(shownWith, 1000);
     EXPECT_EQ(context->mainPosX, 0) << "placed on the screen and stored at the end";
     EXPECT_NE(context->varList.first, nullptr);
 }
 
-TEST_F(MainDialog, InfoCommandRunsTheInfoDialog) {
-    auto d = open();
-    std::string title, copyright;
-    script().drive = [&](QDialog& info) {
-        info.show();
-        title = info.findChild<QLabel*>("1201")->text().toStdString();
-        copyright = info.findChild<QLabel*>("1200")->text().toStdString();
-        info.accept();
+// ---- the list ----
+
+TEST_F(MainDialog, EveryOrderCommandBuildsItsRowsWithHeaders) {
+    open();
+    const std::string global = gMsg.TxGlobal, drawing = gMsg.TxDrawSpecific, other = gMsg.TxDefaultTheme;
+    const std::vector<std::string> byOrder[] = {
+        {row(0, "A", 4), row(1, "ANGBASE", 0), row(1, "AUNITS", 0), row(0, "F", 4), row(1, "FILEDIA", 1),
+         row(0, "I", 4), row(1, "INSBASE", 0), row(0, "L", 4), row(1, "LUPREC", 0), row(0, "O", 4),
+         row(1, "OSMODE", 1), row(0, "V", 4), row(1, "VIEWCTR", 0)},
+        {row(0, "Anzeige", 5), row(1, "3DOSMODE", 1), row(1, "INSBASE", 0), row(1, "OSMODE", 1),
+         row(1, "VIEWCTR", 0), row(0, "Einheiten", 5), row(1, "ANGBASE", 0), row(1, "AUNITS", 0),
+         row(1, "LUPREC", 0), row(0, other, 5), row(1, "FILEDIA", 1)},
+        {row(0, global, 1), row(1, "F", 4), row(2, "FILEDIA", 1), row(1, "O", 4), row(2, "OSMODE", 1),
+         row(0, drawing, 0), row(1, "A", 4), row(2, "ANGBASE", 0), row(2, "AUNITS", 0), row(1, "I", 4),
+         row(2, "INSBASE", 0), row(1, "L", 4), row(2, "LUPREC", 0), row(1, "V", 4), row(2, "VIEWCTR", 0)},
+        {row(0, global, 1), row(1, "Anzeige", 5), row(2, "3DOSMODE", 1), row(2, "OSMODE", 1),
+         row(1, other, 5), row(2, "FILEDIA", 1), row(0, drawing, 0), row(1, "Anzeige", 5),
+         row(2, "INSBASE", 0), row(2, "VIEWCTR", 0), row(1, "Einheiten", 5), row(2, "ANGBASE", 0),
+         row(2, "AUNITS", 0), row(2, "LUPREC", 0)},
     };
-    d->OnCommand(8048);
-    EXPECT_EQ(title, gMsg.TiVarDesk);
-    EXPECT_FALSE(copyright.empty());
-    EXPECT_TRUE(d->isVisible());
+    for (int order : {1, 2, 3, 0}) {
+        SCOPED_TRACE("order " + std::to_string(order));
+        d->OnCommand(kSortLetter + order);
+        EXPECT_EQ(context->viewOrder, order);
+        EXPECT_EQ(shownRows(), byOrder[order]);
+        EXPECT_TRUE(d->menuAction(kSortLetter + order)->isChecked());
+        EXPECT_TRUE(d->toolAction(kButtonSortLetter + order)->isChecked());
+    }
+    EXPECT_EQ(rows().rowOf(nullptr), -1) << "no record has no row, though headers hold none";
 }
+
+TEST_F(MainDialog, OrderChangeKeepsTheSelectionOfRecordsAndEmptiesTheFields) {
+    open();
+    clickRow(rowOf("LUPREC"));
+    EXPECT_EQ(d->currentVar, &at("LUPREC"));
+    EXPECT_EQ(pane(0), "Einheiten");
+    clickRow(0, Qt::ControlModifier); // a header
+    d->OnCommand(kSortTheme);
+    EXPECT_EQ(selectedNames(), std::vector<std::string>{"LUPREC"}) << "the header's selection is lost";
+    EXPECT_EQ(d->currentVar, nullptr);
+    EXPECT_TRUE(d->valueEdit->text().isEmpty());
+    EXPECT_EQ(pane(0), "");
+    EXPECT_TRUE(d->listCtrl->hasFocus());
+
+    d->OnCommand(kShowList); // the user list, empty
+    EXPECT_EQ(rows().rowCount(), 0);
+    d->OnCommand(kShowAll);
+    EXPECT_EQ(d->listCtrl->selectedCount(), 0) << "a change of view drops the selection";
+}
+
+TEST_F(MainDialog, RowsArePaintedInTheColoursOfTheirRecords) {
+    open();
+    const QColor base = d->listCtrl->palette().color(QPalette::Base);
+    const QColor text = d->listCtrl->palette().color(QPalette::Text);
+    const QColor grey(192, 192, 192), blue(0, 0, 255), green(0, 193, 0), red(193, 0, 0);
+    clickRow(rowOf("LUPREC"));
+    d->valueEdit->setText("7");
+    QTest::keyClick(d->valueEdit, Qt::Key_Return);
+    d->listCtrl->selectionModel()->clearSelection();
+    at("FILEDIA").setReadOnly();
+    setNew("FILEDIA", "1");
+    const struct {
+        int row;
+        QColor background, colour0;
+        QString text2;
+        QColor colour2;
+    } cases[] = {
+        {0, base, text, "", text},                  // header "A"
+        {rowOf("LUPREC"), base, text, "7", red},    // drawing, new value differs
+        {rowOf("OSMODE"), base, blue, "", text},    // global, never compared
+        {rowOf("VIEWCTR"), grey, text, "", text},   // read-only, drawing
+        {rowOf("FILEDIA"), grey, blue, "1", green}, // read-only, global, new value equal
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(rows().cellText(c.row, 0).trimmed().toStdString());
+        EXPECT_EQ(colour(c.row, 0, "background"), c.background);
+        EXPECT_EQ(colour(c.row, 0), c.colour0);
+        EXPECT_EQ(colour(c.row, 1), text);
+        EXPECT_EQ(painted(c.row, 2, "text").toString(), c.text2);
+        EXPECT_EQ(colour(c.row, 2), c.colour2);
+    }
+    clickRow(rowOf("AUNITS"));
+    QTest::keyClick(d->listCtrl, Qt::Key_Return); // the shown value, applied: equal to the current
+    const QPalette& palette = d->listCtrl->palette();
+    for (int column : {0, 1, 2}) {
+        EXPECT_EQ(colour(rowOf("AUNITS"), column, "background"),
+                  palette.color(QPalette::Active, QPalette::Highlight));
+        EXPECT_EQ(colour(rowOf("AUNITS"), column), palette.color(QPalette::Active, QPalette::HighlightedText))
+            << "a selected row, column " << column;
+    }
+    d->listCtrl->selectionModel()->clearSelection();
+    EXPECT_EQ(colour(rowOf("AUNITS"), 2), green);
+
+    at("OSMODE").currentText = "99"; // as after a read from the host, cell not written
+    EXPECT_EQ(painted(rowOf("OSMODE"), 1, "text").toString(), "99");
+    EXPECT_NE(rows().cellText(rowOf("OSMODE"), 1), "99") << "the cell itself was not written";
+}
+
+TEST_F(MainDialog, EnterEscapeAndTabNeverEndTheDialog) {
+    open();
+    QTest::keyClick(d.get(), Qt::Key_Escape);
+    QTest::keyClick(d.get(), Qt::Key_Return);
+    EXPECT_TRUE(d->isVisible());
+    EXPECT_EQ(d->runCode, 16);
+
+    clickRow(rowOf("LUPREC"));
+    QTest::keyClick(d->listCtrl, Qt::Key_Tab);
+    EXPECT_TRUE(d->valueEdit->hasFocus()) << "Tab reaches the description, which hands on";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(d->valueEdit->selectedText(), "4");
+    QTest::keyClicks(d->valueEdit, "5");
+    QTest::keyClick(d->valueEdit, Qt::Key_Escape);
+    EXPECT_TRUE(d->isVisible());
+    EXPECT_EQ(d->currentVar, nullptr);
+    EXPECT_TRUE(at("LUPREC").newText.empty()) << "Escape applies nothing";
+    EXPECT_TRUE(d->listCtrl->hasFocus());
+
+    clickRow(rowOf("LUPREC"));
+    d->valueEdit->setFocus();
+    d->valueEdit->setText("2");
+    QTest::keyClick(d->valueEdit, Qt::Key_Return);
+    EXPECT_TRUE(d->isVisible());
+    EXPECT_EQ(at("LUPREC").newText, "2");
+    EXPECT_EQ(rows().cellText(rowOf("LUPREC"), 2), "2");
+    EXPECT_TRUE(d->listCtrl->hasFocus());
+
+    clickRow(rowOf("VIEWCTR"));
+    QTest::keyClick(d->listCtrl, Qt::Key_Tab);
+    EXPECT_TRUE(d->listCtrl->hasFocus()) << "a read-only record hands the focus back to the list";
+    QTest::keyClick(d->listCtrl, Qt::Key_Return);
+    EXPECT_TRUE(at("VIEWCTR").newText.empty()) << "Enter on a read-only record";
+    QTest::keyClick(d->listCtrl, Qt::Key_Escape);
+    EXPECT_TRUE(d->isVisible());
+    EXPECT_EQ(d->currentVar, nullptr) << "Escape in the list";
+}
+
+TEST_F(MainDialog, LetterKeyMovesTheFocusOnlyAndUpDownShowTheNextRecord) {
+    open();
+    clickRow(rowOf("AUNITS"));
+    QTest::keyClick(d->listCtrl, Qt::Key_O);
+    EXPECT_EQ(d->listCtrl->currentIndex().row(), rowOf("OSMODE") - 1) << "the letter's header";
+    EXPECT_EQ(selectedNames(), std::vector<std::string>{"AUNITS"});
+    EXPECT_EQ(d->currentVar, &at("AUNITS")) << "the fields do not change";
+    EXPECT_EQ(pane(0), "Einheiten");
+
+    clickRow(rowOf("AUNITS"));
+    QTest::keyClick(d->listCtrl, Qt::Key_Down); // the header "F"
+    EXPECT_EQ(d->currentVar, nullptr);
+    QTest::keyClick(d->listCtrl, Qt::Key_Down);
+    EXPECT_EQ(d->currentVar, &at("FILEDIA"));
+    EXPECT_EQ(pane(0), "") << "a theme the list lacks has no title";
+    EXPECT_EQ(pane(2), gMsg.StGlobal);
+}
+
+TEST_F(MainDialog, ContextMenuOpensOnlyStrictlyInsideTheList) {
+    open();
+    bool opened = false;
+    auto closeWhenOpen = [&] {
+        QTimer::singleShot(0, [&] {
+            if (QWidget* popup = QApplication::activePopupWidget()) {
+                opened = popup == d->contextMenu;
+                popup->close();
+            }
+        });
+    };
+    QWidget* viewport = d->listCtrl->viewport();
+    closeWhenOpen();
+    QContextMenuEvent inList(QContextMenuEvent::Mouse, viewport->rect().center(),
+                             viewport->mapToGlobal(viewport->rect().center()));
+    QCoreApplication::sendEvent(viewport, &inList);
+    EXPECT_TRUE(opened) << "a right click inside the list";
+
+    const QPoint topLeft = d->listCtrl->mapToGlobal(QPoint(0, 0));
+    for (const QPoint& p :
+         {topLeft, topLeft + QPoint(d->listCtrl->width(), 5), d->valueEdit->mapToGlobal(QPoint(2, 2))}) {
+        opened = false;
+        closeWhenOpen();
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, d->mapFromGlobal(p), p);
+        QCoreApplication::sendEvent(d.get(), &event);
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(opened) << "at " << p.x() << "," << p.y() << ", list from " << topLeft.x() << ","
+                             << topLeft.y();
+    }
+}
+
+} // namespace

@@ -60,38 +60,7 @@ struct OrderCase {
     std::vector<std::string> rows;
 };
 
-TEST(VarListRows, EveryOrderGivesItsHeadersAndIndents) {
-    const std::string global = "[" + gMsg.TxGlobal + "] 1";
-    const std::string drawing = "[" + gMsg.TxDrawSpecific + "] 0";
-    const std::string other = "[" + gMsg.TxDefaultTheme + "] 5";
-    const std::vector<OrderCase> cases = {
-        {"letters",
-         0,
-         {},
-         {"0 [A] 4", "1 AUNITS 0", "0 [F] 4", "1 FILEDIA 1", "0 [L] 4", "1 LUPREC 0", "0 [O] 4", "1 OSMODE 1",
-          "0 [V] 4", "1 VIEWCTR 0"}},
-        {"themes",
-         1,
-         {},
-         {"0 [Anzeige] 5", "1 3DOSMODE 1", "1 OSMODE 1", "1 VIEWCTR 0", "0 [Einheiten] 5", "1 AUNITS 0",
-          "1 LUPREC 0", "0 " + other, "1 FILEDIA 1"}},
-        {"scope and letters",
-         2,
-         {},
-         {"0 " + global, "1 [F] 4", "2 FILEDIA 1", "1 [O] 4", "2 OSMODE 1", "0 " + drawing, "1 [A] 4",
-          "2 AUNITS 0", "1 [L] 4", "2 LUPREC 0", "1 [V] 4", "2 VIEWCTR 0"}},
-        {"scope and themes",
-         3,
-         {},
-         {"0 " + global, "1 [Anzeige] 5", "2 3DOSMODE 1", "2 OSMODE 1", "1 " + other, "2 FILEDIA 1",
-          "0 " + drawing, "1 [Anzeige] 5", "2 VIEWCTR 0", "1 [Einheiten] 5", "2 AUNITS 0", "2 LUPREC 0"}},
-        {"no such order", 4, {}, {}},
-    };
-    Fixture f;
-    for (const OrderCase& c : cases)
-        EXPECT_EQ(render(buildListRows(f.list, c.order, c.filter)), c.rows) << c.name;
-}
-
+// Every order with its headers and indents is checked through the main dialog (MainDialogTest).
 TEST(VarListRows, FilterOfViewAndCompareModeLeavesOutEmptyGroups) {
     Fixture f;
     f.at("LUPREC").setInUserList();
@@ -130,73 +99,14 @@ TEST(VarListRows, WithoutThemesOnlyTheDefaultGroupsStand) {
               (std::vector<std::string>{"0 [" + gMsg.TxGlobal + "] 1", "1 " + other, "2 OSMODE 1",
                                         "0 [" + gMsg.TxDrawSpecific + "] 0", "1 " + other, "2 LUPREC 0"}));
     EXPECT_TRUE(buildListRows(cSysVarList(), 3, {}).empty()) << "no records, no header";
-}
-
-TEST(VarListModelRows, CellsHoldTheTextsOfInsertionAndTheRecord) {
-    Fixture f;
-    f.at("AUNITS").currentText = "0";
-    f.at("AUNITS").newText = "3";
-    VarListModel model(3);
-    model.setRows(buildListRows(f.list, 0, {}));
-    ASSERT_EQ(model.rowCount(), 10);
-    EXPECT_EQ(model.recordAt(0), nullptr);
-    EXPECT_EQ(model.recordAt(1), &f.at("AUNITS"));
-    EXPECT_EQ(model.cellText(1, 1), "0");
-    EXPECT_EQ(model.cellText(1, 2), "3");
-    EXPECT_EQ(model.cellText(0, 1), "") << "a header has no values";
-    EXPECT_EQ(model.index(1, 0).data(kRowImageRole).toInt(), rowimage::drawing);
-    EXPECT_EQ(model.rowOf(&f.at("VIEWCTR")), 9);
-    EXPECT_EQ(model.rowOf(nullptr), -1);
-    f.at("AUNITS").newText = "4";
-    EXPECT_EQ(model.cellText(1, 2), "3") << "a cell changes only when written";
-    EXPECT_TRUE(model.setData(model.index(1, 2), "4"));
-    EXPECT_EQ(model.cellText(1, 2), "4");
+    EXPECT_TRUE(buildListRows(list, 4, {}).empty()) << "no such order";
 }
 
 // ---- the painted look ----
 
 const RowPalette kPalette{Qt::white, Qt::black, Qt::darkBlue, Qt::yellow};
 
-TEST(VarListLook, ColoursFollowTheRecord) {
-    Fixture f;
-    cSysVar& osmode = f.at("OSMODE"); // global, changeable
-    osmode.currentText = "1";
-    osmode.newText = "2";
-    osmode.compareColour = kColourDiffers;
-    cSysVar& viewctr = f.at("VIEWCTR"); // drawing, read-only
-    viewctr.currentText = "0,0,0";
-    viewctr.compareColour = kColourEqual;
-    cSysVar& filedia = f.at("FILEDIA");
-    filedia.setReadOnly(); // global and read-only
-    filedia.newText = "1";
-    filedia.compareColour = kColourEqual;
-
-    const QColor grey(192, 192, 192), blue(0, 0, 255), red(193, 0, 0), green(0, 193, 0);
-    struct Case {
-        const char* name;
-        const cSysVar* record;
-        bool selected;
-        QColor background, name0, value2;
-        QString text1, text2;
-    };
-    const Case cases[] = {
-        {"header", nullptr, false, Qt::white, Qt::black, Qt::black, "", ""},
-        {"global changeable, values differ", &osmode, false, Qt::white, blue, red, "1", "2"},
-        {"drawing read-only, no new value", &viewctr, false, grey, Qt::black, green, "0,0,0", ""},
-        {"global read-only", &filedia, false, grey, blue, green, "", "1"},
-        {"selected read-only", &filedia, true, Qt::darkBlue, Qt::yellow, Qt::yellow, "", "1"},
-    };
-    for (const Case& c : cases) {
-        const RowLook look = lookOfRow("       X", 1, c.record, 0, c.selected, kPalette);
-        for (int i = 0; i < 3; ++i)
-            EXPECT_EQ(look.backgrounds[i], c.background) << c.name << " column " << i;
-        EXPECT_EQ(look.foregrounds[0], c.name0) << c.name;
-        EXPECT_EQ(look.foregrounds[1], c.selected ? QColor(Qt::yellow) : QColor(Qt::black)) << c.name;
-        EXPECT_EQ(look.foregrounds[2], c.value2) << c.name;
-        EXPECT_EQ(look.texts[1], c.text1) << c.name;
-        EXPECT_EQ(look.texts[2], c.text2) << c.name;
-    }
-}
+// The colours of each kind of row are checked through the main dialog (MainDialogTest).
 
 TEST(VarListLook, ImageIndentByOrderAndKind) {
     Fixture f;

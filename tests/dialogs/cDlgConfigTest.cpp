@@ -1,90 +1,31 @@
 // Tests of the configuration dialog: layout, the path fields, browsing, and the OK step's question.
+#include "CommandsTestKit.h"
+
 #include "dialogs/cDlgConfig.h"
 #include "dialogs/CEditEx.h"
-#include "frame/cDocCntx.h"
-#include "settings/cMsgCatalog.h"
 
-#include "platform/ScriptedUiServices.h"
-
-#include <hostsession.h>
-
-#include <gtest/gtest.h>
-
-#include <QCoreApplication>
-#include <QLabel>
 #include <QPushButton>
-#include <QTest>
-
-#include <deque>
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <vector>
 
 namespace {
 
-// Answers come from a queue; an empty queue cancels.
-class FakeScript : public kova::ScriptHost {
-public:
-    void printLine(const std::string& text) override { lines.push_back(text); }
-    std::string takeAnswer(const std::string& verb) override {
-        verbs.push_back(verb);
-        if (answers.empty())
-            return "cancel";
-        std::string answer = answers.front();
-        answers.pop_front();
-        return answer;
-    }
-    int driveModal(QDialog& dialog) override { return dialog.result(); }
-    std::vector<std::string> lines;
-    std::vector<std::string> verbs;
-    std::deque<std::string> answers;
-};
+using namespace commandstest;
 
-FakeScript& script() {
-    static FakeScript instance;
-    return instance;
-}
-
-kova::ScriptedUiServices& services() {
-    static kova::ScriptedUiServices instance(script());
-    return instance;
-}
-
-class ConfigDialog : public ::testing::Test {
+class ConfigDialog : public HostTest {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/vardesk-config-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        folder = pattern;
-        oldAvl = (folder / "old.avl").string();
-        newAvl = (folder / "new.avl").string();
-        oldEditor = (folder / "oldeditor").string();
-        newEditor = (folder / "neweditor").string();
-        for (const std::string& path : {oldAvl, newAvl, oldEditor, newEditor})
-            std::ofstream(path) << "x\n";
-        missingAvl = (folder / "missing.avl").string();
-        missingEditor = (folder / "missing-editor").string();
-
-        host.setUiServices(&services());
-        host.setOutput([](const std::string&) {});
-        context = std::make_unique<cDocCntx>(host.newDocument());
+        HostTest::SetUp();
+        if (HasFatalFailure())
+            return;
+        oldAvl = path("old.avl"), newAvl = path("new.avl"), missingAvl = path("missing.avl");
+        oldEditor = path("oldeditor"), newEditor = path("neweditor"), missingEditor = path("missing-editor");
+        for (const char* name : {"old.avl", "new.avl", "oldeditor", "neweditor"})
+            writeFile(name, "x\n");
         context->avlFilePath = oldAvl;
         context->editorPath = oldEditor;
         context->configPosX = 60;
         context->configPosY = 70;
         context->configSizeX = 500;
         context->configSizeY = 140;
-        script().lines.clear();
-        script().verbs.clear();
-        script().answers.clear();
-    }
-
-    void TearDown() override {
-        context.reset();
-        host.shutdown();
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
     }
 
     std::unique_ptr<cDlgConfig> open() {
@@ -93,10 +34,6 @@ protected:
         d->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(d.get()));
         return d;
-    }
-
-    template <typename T> static T* control(QWidget& d, int id) {
-        return d.findChild<T*>(QString::number(id));
     }
 
     // Types text into a field as a user does: focus, select all, type.
@@ -108,26 +45,10 @@ protected:
         QTest::keyClicks(field, QString::fromStdString(text));
     }
 
-    cadhost::HostSession& host = cadhost::HostSession::instance();
-    std::filesystem::path folder;
-    std::string oldAvl, newAvl, oldEditor, newEditor, missingAvl, missingEditor;
-    std::unique_ptr<cDocCntx> context;
+    std::string oldAvl, newAvl, missingAvl, oldEditor, newEditor, missingEditor;
 };
 
 } // namespace
-
-TEST_F(ConfigDialog, StartsWithTheContextsPathsAndItsTexts) {
-    auto d = open();
-    EXPECT_EQ(d->windowTitle().toStdString(), gMsg.TiConfig);
-    EXPECT_EQ(d->property("templateId").toInt(), 1118);
-    EXPECT_EQ(control<CEditEx>(*d, cDlgConfig::kIdAvlPath)->text().toStdString(), oldAvl);
-    EXPECT_EQ(control<CEditEx>(*d, cDlgConfig::kIdEditorPath)->text().toStdString(), oldEditor);
-    EXPECT_EQ(control<QLabel>(*d, cDlgConfig::kIdAvlLabel)->text().toStdString(), gMsg.RsStcAVL);
-    EXPECT_EQ(control<QLabel>(*d, cDlgConfig::kIdEditorLabel)->text().toStdString(), gMsg.RsStcEditor);
-    EXPECT_EQ(control<QPushButton>(*d, cDlgConfig::kIdOk)->text().toStdString(), gMsg.RsBtnOk);
-    EXPECT_EQ(control<QPushButton>(*d, cDlgConfig::kIdCancel)->text().toStdString(), gMsg.RsBtnCancel);
-    EXPECT_EQ(control<QPushButton>(*d, cDlgConfig::kIdHelp)->text().toStdString(), gMsg.RsBtnHelp);
-}
 
 TEST_F(ConfigDialog, FieldsStartBehindTheWiderLabelAndButtonsFollowTheWidth) {
     auto d = open();
@@ -204,8 +125,8 @@ TEST_F(ConfigDialog, OkStoresExistingPathsAndAsksAboutMissingOnes) {
     for (const Case& c : cases) {
         context->avlFilePath = oldAvl;
         context->editorPath = oldEditor;
-        script().lines.clear();
-        script().answers = {c.answer};
+        user().lines.clear();
+        user().answers = {c.answer};
         auto d = open();
         // The AVL path is confirmed by Enter; the editor path is left in its field with the focus.
         type(*d, cDlgConfig::kIdAvlPath, c.avl);
@@ -218,11 +139,9 @@ TEST_F(ConfigDialog, OkStoresExistingPathsAndAsksAboutMissingOnes) {
         EXPECT_FALSE(d->isVisible()) << c.name;
         EXPECT_EQ(d->result(), QDialog::Accepted) << c.name;
         if (c.question.empty())
-            EXPECT_TRUE(script().lines.empty()) << c.name;
+            EXPECT_TRUE(user().lines.empty()) << c.name;
         else
-            EXPECT_EQ(script().lines,
-                      std::vector<std::string>{"BOX question: " + gMsg.TiMsgBoxQuestion + ": " + c.question})
-                << c.name;
+            EXPECT_EQ(user().lines, std::vector<std::string>{question(c.question)}) << c.name;
         EXPECT_EQ(context->avlFilePath, c.storedAvl) << c.name;
         EXPECT_EQ(context->editorPath, c.storedEditor) << c.name;
         EXPECT_EQ(QRect(context->configPosX, context->configPosY, context->configSizeX, context->configSizeY),
@@ -233,35 +152,34 @@ TEST_F(ConfigDialog, OkStoresExistingPathsAndAsksAboutMissingOnes) {
 
 TEST_F(ConfigDialog, CancelStoresTheRectangleButNoPath) {
     for (const char* way : {"cancel button", "close box", "escape"}) {
+        SCOPED_TRACE(way);
         auto d = open();
         type(*d, cDlgConfig::kIdAvlPath, newAvl);
         QTest::keyClick(control<CEditEx>(*d, cDlgConfig::kIdAvlPath), Qt::Key_Return);
         d->move(80, 90);
         QCoreApplication::processEvents();
         const std::string w = way;
-        if (w == "cancel button")
+        if (w == "cancel button") {
             QTest::mouseClick(control<QPushButton>(*d, cDlgConfig::kIdCancel), Qt::LeftButton);
-        else if (w == "close box")
+        } else if (w == "close box") {
             d->close();
-        else
+        } else {
+            // Escape in a field only goes to Cancel; a second one ends the dialog.
+            auto* field = control<CEditEx>(*d, cDlgConfig::kIdEditorPath);
+            field->setFocus();
+            QTest::keyClick(field, Qt::Key_Escape);
+            EXPECT_TRUE(d->isVisible());
+            EXPECT_EQ(d->focusWidget(), control<QPushButton>(*d, cDlgConfig::kIdCancel));
+            EXPECT_EQ(field->text().toStdString(), oldEditor);
             QTest::keyClick(d.get(), Qt::Key_Escape);
-        EXPECT_FALSE(d->isVisible()) << way;
-        EXPECT_EQ(d->result(), QDialog::Rejected) << way;
-        EXPECT_EQ(context->avlFilePath, oldAvl) << way;
-        EXPECT_EQ(context->configPosX, 80) << way;
-        EXPECT_EQ(context->configPosY, 90) << way;
-        EXPECT_TRUE(script().lines.empty()) << way;
+        }
+        EXPECT_FALSE(d->isVisible());
+        EXPECT_EQ(d->result(), QDialog::Rejected);
+        EXPECT_EQ(context->avlFilePath, oldAvl);
+        EXPECT_EQ(context->configPosX, 80);
+        EXPECT_EQ(context->configPosY, 90);
+        EXPECT_TRUE(user().lines.empty());
     }
-}
-
-TEST_F(ConfigDialog, EscapeInAFieldGoesToCancelAndKeepsTheDialogOpen) {
-    auto d = open();
-    auto* field = control<CEditEx>(*d, cDlgConfig::kIdEditorPath);
-    field->setFocus();
-    QTest::keyClick(field, Qt::Key_Escape);
-    EXPECT_TRUE(d->isVisible());
-    EXPECT_EQ(d->focusWidget(), control<QPushButton>(*d, cDlgConfig::kIdCancel));
-    EXPECT_EQ(field->text().toStdString(), oldEditor);
 }
 
 TEST_F(ConfigDialog, BrowseOffersItsFilterAndTakesOnlyAConfirmedChoice) {
@@ -284,13 +202,13 @@ TEST_F(ConfigDialog, BrowseOffersItsFilterAndTakesOnlyAConfirmedChoice) {
     for (const Case& c : cases) {
         context->avlFilePath = oldAvl;
         context->editorPath = oldEditor;
-        script().lines.clear();
-        script().answers = {c.answer};
+        user().lines.clear();
+        user().answers = {c.answer};
         auto d = open();
         QTest::mouseClick(control<QPushButton>(*d, c.button), Qt::LeftButton);
         const std::string name = std::to_string(c.button) + " " + c.answer;
-        ASSERT_EQ(script().lines.size(), 1u) << name;
-        EXPECT_EQ(script().lines[0], "FILEDIALOG open: " + c.filter + " | " + c.initial) << name;
+        ASSERT_EQ(user().lines.size(), 1u) << name;
+        EXPECT_EQ(user().lines[0], "FILEDIALOG open: " + c.filter + " | " + c.initial) << name;
         EXPECT_EQ(control<CEditEx>(*d, c.field)->text().toStdString(), c.expected) << name;
         EXPECT_EQ(c.field == cDlgConfig::kIdAvlPath ? d->avlPath : d->editorPath, c.expected) << name;
         // Only OK stores what was chosen.

@@ -1,83 +1,33 @@
 // Tests of the selection dialog: rows, column widths, layout, OK that only adds, marking and search.
+#include "CommandsTestKit.h"
+
 #include "dialogs/cDlgSlctSysVar.h"
 #include "dialogs/CEditEx.h"
 #include "dialogs/DlgFind2.h"
-#include "dialogs/main/VarListModel.h"
-#include "dialogs/main/VarListView.h"
-#include "frame/cDocCntx.h"
-#include "settings/cMsgCatalog.h"
-
-#include "platform/ScriptedUiServices.h"
-
-#include <hostsession.h>
-
-#include <gtest/gtest.h>
 
 #include <QAction>
-#include <QCheckBox>
-#include <QCoreApplication>
-#include <QHeaderView>
 #include <QMenu>
 #include <QPushButton>
-#include <QTest>
-
-#include <functional>
-#include <string>
-#include <vector>
 
 namespace {
 
-class FakeScript : public kova::ScriptHost {
-public:
-    void printLine(const std::string& text) override { lines.push_back(text); }
-    std::string takeAnswer(const std::string&) override { return "no"; }
-    int driveModal(QDialog& dialog) override {
-        dialog.show(); // as the console's modal run does
-        if (drive)
-            drive(dialog);
-        return dialog.result();
-    }
-    std::vector<std::string> lines;
-    std::function<void(QDialog&)> drive;
-};
+using namespace commandstest;
 
-FakeScript& script() {
-    static FakeScript instance;
-    return instance;
-}
-
-kova::ScriptedUiServices& services() {
-    static kova::ScriptedUiServices instance(script());
-    return instance;
-}
-
-class SelectionDialog : public ::testing::Test {
+class SelectionDialog : public HostTest {
 protected:
     void SetUp() override {
-        host.setUiServices(&services());
-        host.setOutput([](const std::string&) {});
-        context = std::make_unique<cDocCntx>(host.newDocument());
-        cSysVarList& list = context->varList;
-        list.themes.addTheme(1, "Einheiten");
-        list.themes.addTheme(2, "Zeichnung");
-        struct Row {
-            const char* theme;
-            const char* name;
-            const char* marks;
-            const char* current;
-        };
+        HostTest::SetUp();
+        if (HasFatalFailure())
+            return;
+        context->varList.themes.addTheme(1, "Einheiten");
+        context->varList.themes.addTheme(2, "Zeichnung");
         // _PKSER begins with no letter "A" to "Z" and names no theme of the list.
-        const Row rows[] = {{"9", "_PKSER", "+-", "\"123\""},
-                            {"2", "CLAYER", "++", "\"0\""},
-                            {"1", "LUPREC", "++", "4"},
-                            {"2", "OSMODE", "+-", "4133"},
-                            {"2", "VIEWCTR", "-+", "0 0 0"}};
-        int line = 1;
-        for (const Row& r : rows) {
-            ASSERT_TRUE(list.addVariable(r.theme, r.name, r.marks, "Beschreibung", line++)) << r.name;
-            list.findName(r.name)->currentText = r.current;
-        }
-        list.findName("LUPREC")->setInUserList();
+        addRecord("9", "_PKSER", "+-", "\"123\"");
+        addRecord("2", "CLAYER", "++", "\"0\"");
+        addRecord("1", "LUPREC", "++", "4");
+        addRecord("2", "OSMODE", "+-", "4133");
+        addRecord("2", "VIEWCTR", "-+", "0 0 0");
+        context->varList.findName("LUPREC")->setInUserList();
         context->viewOrder = 0;
         context->selectionPosX = 30;
         context->selectionPosY = 40;
@@ -88,13 +38,6 @@ protected:
         context->searchCheck = DlgFind2::kMaskName;
         context->searchSizeX = 300;
         context->searchSizeY = 235;
-        script().lines.clear();
-        script().drive = nullptr;
-    }
-
-    void TearDown() override {
-        context.reset();
-        host.shutdown();
     }
 
     std::unique_ptr<cDlgSlctSysVar> open() {
@@ -102,10 +45,6 @@ protected:
         d->show();
         QCoreApplication::processEvents();
         return d;
-    }
-
-    template <typename T> static T* control(QWidget& d, int id) {
-        return d.findChild<T*>(QString::number(id));
     }
 
     static VarListModel& model(cDlgSlctSysVar& d) { return *d.listCtrl->rowModel(); }
@@ -133,22 +72,12 @@ protected:
     static void selectRows(cDlgSlctSysVar& d, const std::vector<QString>& texts) {
         VarListModel& m = model(d);
         for (int row = 0; row < m.rowCount(); ++row)
-            for (const QString& t : texts)
-                if (m.cellText(row, 0).trimmed() == t)
-                    d.listCtrl->selectionModel()->select(m.index(row, 0), QItemSelectionModel::Select |
-                                                                              QItemSelectionModel::Rows);
+            if (std::find(texts.begin(), texts.end(), m.cellText(row, 0).trimmed()) != texts.end())
+                d.listCtrl->selectionModel()->select(m.index(row, 0),
+                                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
 
-    std::string userList() const {
-        std::string out;
-        for (cSysVar* r = context->varList.first; r; r = r->next)
-            if (r->inUserList())
-                out += (out.empty() ? "" : " ") + r->name;
-        return out;
-    }
-
-    cadhost::HostSession& host = cadhost::HostSession::instance();
-    std::unique_ptr<cDocCntx> context;
+    std::string userList() { return joined(userListNames()); }
 };
 
 std::string blanks(int n) {
@@ -158,35 +87,22 @@ std::string blanks(int n) {
 } // namespace
 
 TEST_F(SelectionDialog, ShowsEveryVariableInTheViewOrderWithItsCurrentValue) {
-    auto d = open();
-    EXPECT_EQ(d->windowTitle().toStdString(), gMsg.TiSlctSysVar);
-    EXPECT_EQ(d->property("templateId").toInt(), 1007);
-    EXPECT_EQ(model(*d).columnCount(), 2);
-    EXPECT_EQ(model(*d).headerData(0, Qt::Horizontal, Qt::DisplayRole).toString().toStdString(),
-              gMsg.ClVariable);
-    EXPECT_EQ(model(*d).headerData(1, Qt::Horizontal, Qt::DisplayRole).toString().toStdString(),
-              gMsg.ClAcadValue);
-    const std::vector<std::string> expected = {blanks(7) + "C||4", blanks(14) + "CLAYER|\"0\"|0",
-                                               blanks(7) + "L||4", blanks(14) + "LUPREC|4|0",
-                                               blanks(7) + "O||4", blanks(14) + "OSMODE|4133|1",
-                                               blanks(7) + "V||4", blanks(14) + "VIEWCTR|0 0 0|0"};
-    EXPECT_EQ(rows(*d), expected);
-    // A variable already in the user list is shown like any other, not selected.
-    EXPECT_EQ(selectedRows(*d), "");
-}
-
-TEST_F(SelectionDialog, ThemeOrderGathersUnknownThemesUnderTheDefaultTheme) {
-    context->viewOrder = 1;
-    auto d = open();
-    const std::vector<std::string> expected = {blanks(7) + "Einheiten||5",
-                                               blanks(14) + "LUPREC|4|0",
-                                               blanks(7) + "Zeichnung||5",
-                                               blanks(14) + "CLAYER|\"0\"|0",
-                                               blanks(14) + "OSMODE|4133|1",
-                                               blanks(14) + "VIEWCTR|0 0 0|0",
-                                               blanks(7) + gMsg.TxDefaultTheme + "||5",
-                                               blanks(14) + "_PKSER|\"123\"|1"};
-    EXPECT_EQ(rows(*d), expected);
+    const std::vector<std::string> byOrder[] = {
+        {blanks(7) + "C||4", blanks(14) + "CLAYER|\"0\"|0", blanks(7) + "L||4", blanks(14) + "LUPREC|4|0",
+         blanks(7) + "O||4", blanks(14) + "OSMODE|4133|1", blanks(7) + "V||4",
+         blanks(14) + "VIEWCTR|0 0 0|0"},
+        // Unknown themes gather under the default theme.
+        {blanks(7) + "Einheiten||5", blanks(14) + "LUPREC|4|0", blanks(7) + "Zeichnung||5",
+         blanks(14) + "CLAYER|\"0\"|0", blanks(14) + "OSMODE|4133|1", blanks(14) + "VIEWCTR|0 0 0|0",
+         blanks(7) + gMsg.TxDefaultTheme + "||5", blanks(14) + "_PKSER|\"123\"|1"},
+    };
+    for (int order : {0, 1}) {
+        context->viewOrder = order;
+        auto d = open();
+        EXPECT_EQ(rows(*d), byOrder[order]) << "order " << order;
+        // A variable already in the user list is shown like any other, not selected.
+        EXPECT_EQ(selectedRows(*d), "");
+    }
 }
 
 TEST_F(SelectionDialog, RecordsMarkedSelectedComeUpSelectedOnlyWhenTheyHaveARow) {
@@ -342,26 +258,26 @@ TEST_F(SelectionDialog, SearchStepsRefillTheListAndSelectTheHits) {
     auto d = open();
     selectRows(*d, {"VIEWCTR"}); // a selection by hand is gone after the first step
     std::vector<std::string> seen;
-    script().drive = [&](QDialog& dialog) {
-        auto* find = qobject_cast<DlgFind2*>(&dialog);
-        ASSERT_NE(find, nullptr);
+    user().modal = [&](QDialog& dialog) {
+        dialog.show();
+        EXPECT_NE(qobject_cast<DlgFind2*>(&dialog), nullptr);
         control<CEditEx>(dialog, DlgFind2::kIdPattern)->setText("p"); // LUPREC, then _PKSER
-        QTest::mouseClick(control<QPushButton>(dialog, DlgFind2::kIdSearch), Qt::LeftButton);
-        seen.push_back("search: " + selectedRows(*d));
-        QTest::mouseClick(control<QPushButton>(dialog, DlgFind2::kIdNext), Qt::LeftButton);
-        seen.push_back("next: " + selectedRows(*d));
-        QTest::mouseClick(control<QPushButton>(dialog, DlgFind2::kIdNext), Qt::LeftButton);
-        seen.push_back("next: " + selectedRows(*d));
-        QTest::mouseClick(control<QPushButton>(dialog, DlgFind2::kIdAll), Qt::LeftButton);
-        seen.push_back("all: " + selectedRows(*d));
+        for (auto [step, id] : {std::pair{"search", DlgFind2::kIdSearch},
+                                {"next", DlgFind2::kIdNext},
+                                {"next", DlgFind2::kIdNext},
+                                {"all", DlgFind2::kIdAll}}) {
+            QTest::mouseClick(control<QPushButton>(dialog, id), Qt::LeftButton);
+            seen.push_back(std::string(step) + ": " + selectedRows(*d));
+        }
         dialog.reject();
+        return dialog.result();
     };
     QTest::mouseClick(control<QPushButton>(*d, cDlgSlctSysVar::kIdFind), Qt::LeftButton);
     // _PKSER has no row in the letter order: it selects nothing and keeps its flag.
     const std::vector<std::string> expected = {"search: LUPREC", "next: ", "next: LUPREC", "all: LUPREC"};
     EXPECT_EQ(seen, expected);
     EXPECT_TRUE(context->varList.findName("_PKSER")->isSelected());
-    EXPECT_EQ(script().lines.front(), "BOX info: " + gMsg.TiMsgBoxInfo + ": 2 " + gMsg.TxVarFound);
+    EXPECT_EQ(user().lines.front(), infoBox("2 " + gMsg.TxVarFound));
     EXPECT_EQ(context->searchPattern, "p");
     EXPECT_TRUE(d->isVisible());
     // OK adds what the search left selected.

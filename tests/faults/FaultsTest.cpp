@@ -1,11 +1,6 @@
 // Faults of the file system and of the host while the command runs: what the user is shown, and
 // that the ini file, the error log and the drawing file already on disk survive the fault.
-#include <gtest/gtest.h>
-
-#include <arxheaders.h>
-#include <hostsession.h>
-
-#include "ScriptedUiServices.h"
+#include "../frame/TestHost.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -18,13 +13,14 @@
 #include <fstream>
 #include <map>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
 namespace fs = std::filesystem;
 
 namespace {
+
+using testhost::readFile;
 
 const std::string kModulePath = VARDESK_STAGE_DIR "/share/vardesk/VarDesk.so";
 const std::string kDictionary = "KOVA_VARDESKVARDESK";
@@ -34,22 +30,6 @@ const std::string kUnwritableDir = "/etc/passwd/vardesk";
 // An AVL file with one good record, one bad line, and (against the host's table) many host
 // variables it does not describe: the load keeps a record and has a log to write.
 const char* const kAvl = "0#Zeichnung#1\n1#LUPREC#+-#Genauigkeit\n1#KAPUTT\n";
-
-class QtEnvironment : public ::testing::Environment {
-public:
-    void SetUp() override {
-        static int argc = 1;
-        static char name[] = "faults_tests";
-        static char* argv[] = {name, nullptr};
-        m_app = std::make_unique<QApplication>(argc, argv);
-        QApplication::setQuitOnLastWindowClosed(false);
-    }
-    void TearDown() override { m_app.reset(); }
-
-private:
-    std::unique_ptr<QApplication> m_app;
-};
-const auto* const kQt = ::testing::AddGlobalTestEnvironment(new QtEnvironment);
 
 // Prints what the scripted services print, answers every question No, and closes the main
 // dialog as soon as it has opened (its load step has run by then).
@@ -83,13 +63,6 @@ Capture& capture() {
     return *made;
 }
 
-std::string readFile(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 void writeFile(const fs::path& path, const std::string& text) {
     std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
 }
@@ -97,29 +70,9 @@ void writeFile(const fs::path& path, const std::string& text) {
 // The settings record of the working database, key to value; empty when there is none.
 std::map<std::string, std::string> storedSettings() {
     std::map<std::string, std::string> values;
-    AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
-    AcDbDictionary* nod = nullptr;
-    if (!db || db->getNamedObjectsDictionary(nod, AcDb::kForRead) != Acad::eOk)
-        return values;
-    AcDbObject* object = nullptr;
-    const Acad::ErrorStatus found = nod->getAt(kDictionary.c_str(), object, AcDb::kForRead);
-    nod->close();
-    if (found != Acad::eOk)
-        return values;
-    auto* dict = static_cast<AcDbDictionary*>(object);
-    AcDbObject* record = nullptr;
-    const Acad::ErrorStatus got = dict->getAt("SETTINGS", record, AcDb::kForRead);
-    dict->close();
-    if (got != Acad::eOk)
-        return values;
-    resbuf* chain = nullptr;
-    static_cast<AcDbXrecord*>(record)->rbChain(&chain);
-    record->close();
-    for (const resbuf* rb = chain; rb && rb->rbnext; rb = rb->rbnext->rbnext) {
-        const char* value = rb->rbnext->restype == 1 ? rb->rbnext->resval.rstring : "?";
-        values[rb->resval.rstring ? rb->resval.rstring : ""] = value ? value : "";
-    }
-    acutRelRb(chain);
+    const auto record = testhost::storedRecord(kDictionary, "SETTINGS");
+    for (std::size_t i = 0; i + 1 < record.size(); i += 2)
+        values[record[i].second] = record[i + 1].first == 1 ? record[i + 1].second : "?";
     return values;
 }
 
@@ -182,10 +135,11 @@ protected:
     // A drawing file whose stored settings name the AVL file of the test.
     fs::path writeDrawing(const std::string& name, int mainPosX) {
         const fs::path path = folder / name;
-        writeFile(path, "{\"cadhostDrawing\": 1, \"namedObjects\": {\"" + kDictionary +
-                            "\": {\"dictionary\": {\"SETTINGS\": {\"xrecord\": [[1, \"AUTOCADVARLIST\"], [1, \"" +
-                            avlFile.string() + "\"], [1, \"MAINPOSX\"], [1, \"" + std::to_string(mainPosX) +
-                            "\"]]}}}}}\n");
+        writeFile(path,
+                  "{\"cadhostDrawing\": 1, \"namedObjects\": {\"" + kDictionary +
+                      "\": {\"dictionary\": {\"SETTINGS\": {\"xrecord\": [[1, \"AUTOCADVARLIST\"], [1, \"" +
+                      avlFile.string() + "\"], [1, \"MAINPOSX\"], [1, \"" + std::to_string(mainPosX) +
+                      "\"]]}}}}}\n");
         return path;
     }
 
@@ -262,7 +216,8 @@ TEST_F(Faults, LogPathTakenByAFolderKeepsTheLogInMemoryAndStillAsks) {
     EXPECT_TRUE(boxShown("error", logFile.string() + " kann nicht geladen werden!")) << boxes();
     EXPECT_TRUE(boxShown("question", kShowLogQuestion)) << boxes();
     EXPECT_TRUE(fs::is_directory(logFile));
-    EXPECT_NE(readFile(iniFile).find("MainPosX=20"), std::string::npos) << "the settings are saved all the same";
+    EXPECT_NE(readFile(iniFile).find("MainPosX=20"), std::string::npos)
+        << "the settings are saved all the same";
 }
 
 TEST_F(Faults, GoodLoadLeavesTheOldLogAndAFailedSaveTheOldDrawing) {
@@ -292,7 +247,8 @@ TEST_F(Faults, GoodLoadLeavesTheOldLogAndAFailedSaveTheOldDrawing) {
         ASSERT_TRUE(full.active());
         cadhost::HostResult failed = host.saveDocument(doc);
         EXPECT_FALSE(failed.ok);
-        EXPECT_EQ(failed.message.rfind("Cannot save drawing to " + drawing.string(), 0), 0u) << failed.message;
+        EXPECT_EQ(failed.message.rfind("Cannot save drawing to " + drawing.string(), 0), 0u)
+            << failed.message;
     }
     EXPECT_EQ(readFile(drawing), savedDrawing);
     EXPECT_FALSE(fs::exists(drawing.string() + ".new"));
@@ -331,7 +287,8 @@ TEST_F(Faults, MissingWorkingDatabaseIsPrintedAndLosesNoStoredSettings) {
     ASSERT_TRUE(host.runCommand("KOVA_VARDESK"));
     host.setWorkingDatabaseAvailable(true);
     EXPECT_NE(printed().find("DwgIni Ausnahmefehler 3705\n"), std::string::npos) << printed();
-    EXPECT_NE(readFile(iniFile).find("MainPosX=55"), std::string::npos) << "the ini file is written before the drawing";
+    EXPECT_NE(readFile(iniFile).find("MainPosX=55"), std::string::npos)
+        << "the ini file is written before the drawing";
     const auto stored = storedSettings();
     EXPECT_EQ(stored.size(), 26u);
     EXPECT_EQ(stored.count("MAINPOSX") ? stored.at("MAINPOSX") : "", "20") << "the drawing keeps its record";

@@ -22,37 +22,34 @@ private:
     Adesk::Int16 m_precision;
 };
 
-struct FormatCase {
-    const char* name;
-    char separator;
-    Adesk::Int16 precision;
-    char expectedSeparator;
-    int expectedPrecision;
-};
-
-const FormatCase kFormatCases[] = {
-    {"comma and 4 pass", ',', 4, ',', 4},
-    {"full stop passes", '.', 2, '.', 2},
-    {"blank stays", ' ', 6, ' ', 6},
-    {"NUL becomes a blank", '\0', 4, ' ', 4},
-    {"tab becomes a blank", '\t', 4, ' ', 4},
-    {"digit 8 becomes a blank", '8', 4, ' ', 4},
-    {"digit 0 becomes a blank", '0', 4, ' ', 4},
-    {"E becomes a blank", 'E', 4, ' ', 4},
-    {"e becomes a blank", 'e', 4, ' ', 4},
-    {"0x80 becomes a blank", static_cast<char>(0x80), 4, ' ', 4},
-    {"0xC3 becomes a blank", static_cast<char>(0xC3), 4, ' ', 4},
-    {"0xFF becomes a blank", static_cast<char>(0xFF), 4, ' ', 4},
-    {"0x7F passes", static_cast<char>(0x7F), 4, static_cast<char>(0x7F), 4},
-    {"precision -1 becomes 4", ',', -1, ',', 4},
-    {"precision -32768 becomes 4", ',', -32768, ',', 4},
-    {"precision 0 stays 0", ',', 0, ',', 0},
-    {"precision 8 stays 8", ';', 8, ';', 8},
-    {nullptr, ',', 0, ' ', 4}, // no database gives a blank and four
-};
-
+// A control character, a byte above 0x7F, a digit or an E as the separator becomes a blank; a negative
+// precision becomes 4. A null name stands for no database at all.
 TEST(NumberFormatCapture, SeparatorAndPrecisionFromTheDatabase) {
-    for (const FormatCase& c : kFormatCases) {
+    struct FormatCase {
+        const char* name;
+        char separator;
+        Adesk::Int16 precision;
+        char expectedSeparator;
+        int expectedPrecision;
+    };
+    const FormatCase cases[] = {{"comma and 4 pass", ',', 4, ',', 4},
+                                {"full stop passes", '.', 2, '.', 2},
+                                {"blank stays", ' ', 6, ' ', 6},
+                                {"NUL becomes a blank", '\0', 4, ' ', 4},
+                                {"tab", '\t', 4, ' ', 4},
+                                {"digit 8", '8', 4, ' ', 4},
+                                {"digit 0", '0', 4, ' ', 4},
+                                {"E", 'E', 4, ' ', 4},
+                                {"e", 'e', 4, ' ', 4},
+                                {"0x80", static_cast<char>(0x80), 4, ' ', 4},
+                                {"0xFF", static_cast<char>(0xFF), 4, ' ', 4},
+                                {"0x7F passes", 0x7F, 4, 0x7F, 4},
+                                {"precision -1", ',', -1, ',', 4},
+                                {"precision -32768", ',', -32768, ',', 4},
+                                {"precision 0 stays", ',', 0, ',', 0},
+                                {"precision 8 stays", ';', 8, ';', 8},
+                                {nullptr, ',', 0, ' ', 4}};
+    for (const FormatCase& c : cases) {
         FormatDatabase database(c.separator, c.precision);
         cDocCntx context(nullptr);
         context.varList.pointSeparator = 'X';

@@ -26,35 +26,17 @@ protected:
     CDocReactor reactor;
 };
 
-TEST_F(DocumentContexts, ListStaysEmptyUntilADocumentEvent) {
-    acDocManagerPtr()->removeReactor(&reactor);
-    AcApDocument* doc = host.newDocument();
-    ASSERT_NE(doc, nullptr);
-    EXPECT_EQ(gDocList.count, 0);
-    EXPECT_EQ(gCurDoc, nullptr);
-    acDocManagerPtr()->addReactor(&reactor);
-}
-
-TEST_F(DocumentContexts, EventsForTheSameDocumentMakeOneRecord) {
-    AcApDocument* doc = host.newDocument();
-    ASSERT_NE(doc, nullptr);
-    ASSERT_NE(gCurDoc, nullptr);
-    EXPECT_EQ(gCurDoc->document, doc);
-    EXPECT_EQ(gDocList.count, 1);
-    cDocCntx* record = gCurDoc;
-
-    gDocList.ActivateDocument(doc);
-    gDocList.ActivateDocument(doc);
-    EXPECT_EQ(gDocList.count, 1);
-    EXPECT_EQ(gCurDoc, record);
-    EXPECT_EQ(gDocList.first, record);
-    EXPECT_EQ(gDocList.last, record);
-}
-
-TEST_F(DocumentContexts, SwitchingBackFindsTheSameRecordWithItsState) {
+// A module loaded after the drawing was opened, with no event since, is in ModuleTest.
+TEST_F(DocumentContexts, RepeatedEventsMakeOneRecordAndSwitchingBackFindsItWithItsState) {
     AcApDocument* first = host.newDocument();
     ASSERT_NE(first, nullptr);
+    ASSERT_NE(gCurDoc, nullptr);
+    EXPECT_EQ(gCurDoc->document, first);
     cDocCntx* firstRecord = gCurDoc;
+    gDocList.ActivateDocument(first);
+    gDocList.ActivateDocument(first);
+    EXPECT_EQ(gDocList.count, 1);
+    EXPECT_EQ(gCurDoc, firstRecord);
     firstRecord->errorCount = 7;
     firstRecord->view = 1;
 
@@ -119,28 +101,6 @@ TEST_F(DocumentContexts, NullDocumentIsReportedAndChangesNothing) {
     EXPECT_NE(uiLines().back().find("Keine Zeichnung gefunden"), std::string::npos) << uiLines().back();
 }
 
-TEST_F(DocumentContexts, NameFieldsComeFromTheFileName) {
-    struct NameCase {
-        std::string path;
-        std::string stem, fileName, baseName;
-    };
-    const std::string dir = folder.string() + "/";
-    const NameCase cases[] = {
-        {dir + "Plan.dwg", dir + "Plan", "Plan.dwg", "Plan"},
-        {dir + "site plan.v2.dwg", dir + "site plan.v2", "site plan.v2.dwg", "site plan.v2"},
-        {dir + "noext", dir + "noext", "noext", "noext"},
-    };
-    for (const NameCase& c : cases) {
-        AcApDocument* doc = host.newDocument(c.path);
-        ASSERT_NE(doc, nullptr) << c.path;
-        ASSERT_NE(gCurDoc, nullptr) << c.path;
-        EXPECT_EQ(gCurDoc->drawingPath, c.path);
-        EXPECT_EQ(gCurDoc->drawingStem, c.stem) << c.path;
-        EXPECT_EQ(gCurDoc->drawingFileName, c.fileName) << c.path;
-        EXPECT_EQ(gCurDoc->drawingBaseName, c.baseName) << c.path;
-    }
-}
-
 // A document whose file name is whatever the test says; the host never gives a bare name.
 class NamedDocument : public AcApDocument {
 public:
@@ -153,24 +113,28 @@ private:
     const char* m_name;
 };
 
-TEST_F(DocumentContexts, BareFileNameStandsInTheWorkingDirectory) {
+TEST_F(DocumentContexts, NameFieldsComeFromTheFileName) {
     char cwd[4096];
     ASSERT_NE(getcwd(cwd, sizeof cwd), nullptr);
-    NamedDocument bare("bare.v1.dwg");
-    gDocList.ActivateDocument(&bare);
-    ASSERT_NE(gCurDoc, nullptr);
-    EXPECT_EQ(gCurDoc->drawingPath, "bare.v1.dwg");
-    EXPECT_EQ(gCurDoc->drawingStem, std::string(cwd) + "/bare.v1");
-    EXPECT_EQ(gCurDoc->drawingFileName, "bare.v1.dwg");
-    EXPECT_EQ(gCurDoc->drawingBaseName, "bare.v1");
-
-    // A document with no file name yet keeps the names it had.
-    NamedDocument unnamed("");
-    gDocList.ActivateDocument(&unnamed);
-    ASSERT_NE(gCurDoc, nullptr);
-    EXPECT_EQ(gCurDoc->document, &unnamed);
-    EXPECT_EQ(gCurDoc->drawingPath, "");
-    EXPECT_EQ(gCurDoc->drawingFileName, "");
+    const std::string dir = folder.string() + "/";
+    NamedDocument bare("bare.v1.dwg"), unnamed("");
+    const std::pair<AcApDocument*, std::vector<std::string>> cases[] = {
+        {host.newDocument(dir + "Plan.dwg"), {dir + "Plan.dwg", dir + "Plan", "Plan.dwg", "Plan"}},
+        {host.newDocument(dir + "site plan.v2.dwg"),
+         {dir + "site plan.v2.dwg", dir + "site plan.v2", "site plan.v2.dwg", "site plan.v2"}},
+        {host.newDocument(dir + "noext"), {dir + "noext", dir + "noext", "noext", "noext"}},
+        {&bare, {"bare.v1.dwg", std::string(cwd) + "/bare.v1", "bare.v1.dwg", "bare.v1"}},
+        {&unnamed, {"", "", "", ""}}, // no file name yet: no names
+    };
+    for (const auto& [doc, names] : cases) {
+        ASSERT_NE(doc, nullptr);
+        gDocList.ActivateDocument(doc);
+        ASSERT_NE(gCurDoc, nullptr);
+        EXPECT_EQ(gCurDoc->document, doc);
+        EXPECT_EQ((std::vector<std::string>{gCurDoc->drawingPath, gCurDoc->drawingStem,
+                                            gCurDoc->drawingFileName, gCurDoc->drawingBaseName}),
+                  names);
+    }
 }
 
 TEST_F(DocumentContexts, DatabaseReactorHangsOnTheDatabaseOfItsCreation) {
@@ -196,15 +160,12 @@ TEST_F(DocumentContexts, DatabaseReactorHangsOnTheDatabaseOfItsCreation) {
     EXPECT_EQ(gDocList.last, nullptr);
     host.setWorkingDatabaseAvailable(false);
     EXPECT_EQ(cDocCntx(nullptr).dbsReactor, nullptr) << "no working database, no database reactor";
-}
 
-TEST_F(DocumentContexts, ReactorsAnswerWithTheirBaseClassDescriptors) {
+    // The module's reactors answer isA with their base classes' descriptors.
     CEdiReactor editorReactor;
-    ASSERT_NE(reactor.isA(), nullptr);
     ASSERT_NE(editorReactor.isA(), nullptr);
     EXPECT_STREQ(reactor.isA()->name(), "AcApDocManagerReactor");
     EXPECT_STREQ(editorReactor.isA()->name(), "AcEditorReactor");
-    EXPECT_TRUE(reactor.isKindOf(AcApDocManagerReactor::desc()));
     EXPECT_TRUE(editorReactor.isKindOf(AcRxEventReactor::desc()));
 }
 

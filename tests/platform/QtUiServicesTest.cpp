@@ -19,7 +19,9 @@ namespace {
 class StartProgram : public ::testing::Test {
 protected:
     void SetUp() override {
-        m_dir = fs::temp_directory_path() / "startprogram test";
+        // One folder per test: ctest runs the tests of this fixture side by side.
+        m_dir = fs::temp_directory_path() / (std::string("startprogram test ") +
+                                             ::testing::UnitTest::GetInstance()->current_test_info()->name());
         fs::remove_all(m_dir);
         fs::create_directories(m_dir);
     }
@@ -100,13 +102,10 @@ TEST(ParseCommandLine, SplitsProgramAndArguments) {
     fs::remove_all(dir);
 }
 
-TEST(QtUiServicesHelp, MissingHelpFileGivesZero) {
+TEST(QtUiServices, TranslatesTheModulesFilterAndShowsNoMissingHelpFile) {
     QtUiServices ui;
     EXPECT_EQ(ui.showHelp("/no/such/folder/VarDesk.html", "main"), 0);
     EXPECT_EQ(ui.showHelp("", ""), 0);
-}
-
-TEST(QtNameFilters, TranslatesTheModulesFilter) {
     struct Row {
         const char* module;
         const char* qt;

@@ -4,31 +4,15 @@
 #include "UiServices.h"
 
 #include <fstream>
-#include <sstream>
 #include <vector>
 
 namespace {
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
-    return lines;
-}
 
 std::string folderOf(const std::string& path) {
     return path.substr(0, path.find_last_of('/'));
 }
 
-class Modules : public HostTest {
-protected:
-    std::vector<std::string> take() {
-        std::vector<std::string> lines = linesOf(printed);
-        printed.clear();
-        return lines;
-    }
-};
+using Modules = HostTest;
 
 TEST_F(Modules, MessagesComeAtTheirMoments) {
     AcApDocument* first = host().newDocument();
@@ -56,6 +40,7 @@ TEST_F(Modules, MessagesComeAtTheirMoments) {
 
     ASSERT_TRUE(host().closeDocument(third));
     EXPECT_EQ(take(), std::vector<std::string>{"unloaddwg Drawing3.dwg undef=5100"});
+    EXPECT_TRUE(host().isCommand("testcmd")) << "still defined in the other drawings";
 
     ASSERT_TRUE(host().unloadModule(SDK_TEST_MODULE));
     EXPECT_EQ(take(), (std::vector<std::string>{"unloaddwg Drawing1.dwg undef=5100",
@@ -68,60 +53,28 @@ TEST_F(Modules, MessagesComeAtTheirMoments) {
     EXPECT_EQ(take(), std::vector<std::string>{});
 }
 
-TEST_F(Modules, CommandsBelongToTheirDrawing) {
-    ASSERT_TRUE(host().loadModule(SDK_TEST_MODULE));
-    host().newDocument();
-    EXPECT_TRUE(host().isCommand("TESTCMD"));
-    EXPECT_TRUE(host().isCommand("testcmd"));
-    EXPECT_FALSE(host().isCommand("OTHER"));
-
-    // Closing the second drawing takes the command back there only.
-    AcApDocument* other = host().newDocument();
-    ASSERT_TRUE(host().closeDocument(other));
-    EXPECT_TRUE(host().isCommand("TESTCMD")) << "still defined in the first drawing";
-    printed.clear();
-    cadhost::HostResult r = host().runCommand("NOSUCH");
-    EXPECT_FALSE(r);
-    EXPECT_EQ(r.message, "Unknown command \"NOSUCH\".");
-    EXPECT_EQ(printed, "") << "nothing reached the module";
-    host().unloadModules();
-    EXPECT_FALSE(host().runCommand("TESTCMD"));
-}
-
-TEST_F(Modules, ModuleFailingItsStartIsUnloaded) {
+TEST_F(Modules, LoadRefusesFailingMissingDoubleAndForeignFilesAndShutdownUnloads) {
     host().newDocument();
     printed.clear();
     cadhost::HostResult r = host().loadModule(SDK_TEST_MODULE_FAILING);
-    EXPECT_FALSE(r);
     EXPECT_NE(r.message.find("failed to initialise"), std::string::npos) << r.message;
     EXPECT_EQ(take(), std::vector<std::string>{"init unlocked=1 mdi=1"})
         << "no drawing message after a failed start";
     EXPECT_TRUE(host().loadedModules().empty());
-}
-
-TEST_F(Modules, LoadRefusesMissingDoubleAndForeignFiles) {
-    cadhost::HostResult r = host().loadModule(scratch + "/nosuch.so");
-    EXPECT_FALSE(r);
+    r = host().loadModule(scratch + "/nosuch.so");
     EXPECT_NE(r.message.find("Cannot load"), std::string::npos) << r.message;
     std::ofstream(scratch + "/text.so") << "not a shared object";
     EXPECT_FALSE(host().loadModule(scratch + "/text.so"));
+    EXPECT_FALSE(host().unloadModule("nosuch.so"));
+
     ASSERT_TRUE(host().loadModule(SDK_TEST_MODULE));
     r = host().loadModule(SDK_TEST_MODULE);
-    EXPECT_FALSE(r);
     EXPECT_NE(r.message.find("already loaded"), std::string::npos) << r.message;
     EXPECT_EQ(host().loadedModules().size(), 1u);
-    EXPECT_FALSE(host().unloadModule("nosuch.so"));
-}
-
-TEST_F(Modules, ShutdownUnloadsAfterClosingEveryDrawing) {
-    ASSERT_TRUE(host().loadModule(SDK_TEST_MODULE));
-    host().newDocument();
     printed.clear();
-    std::string captured;
-    host().setOutput([&](const std::string& t) { captured += t; });
     host().shutdown();
-    EXPECT_EQ(linesOf(captured),
-              (std::vector<std::string>{"unloaddwg Drawing1.dwg undef=5100", "unloadapp"}));
+    EXPECT_EQ(take(), (std::vector<std::string>{"unloaddwg Drawing1.dwg undef=5100", "unloadapp"}))
+        << "every drawing closes before the module leaves";
 }
 
 resbuf* invoke(std::vector<const char*> args, int& status) {
@@ -139,23 +92,7 @@ resbuf* invoke(std::vector<const char*> args, int& status) {
     return result;
 }
 
-TEST_F(Modules, UserIniFileLiesInTheProfileFolderAndBadCallsFail) {
-    int status = 0;
-    resbuf* r = invoke({"kova_GetUserIniFile", "KOVA_VARDESK", "VarDesk.ini"}, status);
-    ASSERT_EQ(status, RTNORM);
-    ASSERT_NE(r, nullptr);
-    EXPECT_EQ(r->restype, RTSTR);
-    EXPECT_EQ(std::string(r->resval.rstring), host().profileDir() + "/VarDesk.ini");
-    acutRelRb(r);
-    for (std::vector<const char*> bad :
-         {std::vector<const char*>{"kova_GetUserIniFile", "KOVA_VARDESK"}, {"no_such_function", "x"}, {}}) {
-        r = invoke(bad, status);
-        EXPECT_EQ(status, RTERROR) << bad.size() << " words";
-        EXPECT_EQ(r, nullptr) << bad.size() << " words";
-    }
-}
-
-TEST_F(Modules, PathInfoSearchesModuleFolderProfileAndSupportPath) {
+TEST_F(Modules, LispServicesFindTheIniFileAndSearchModuleFolderProfileAndSupportPath) {
     std::string support = scratch + "/support";
     std::filesystem::create_directories(support);
     std::ofstream(support + "/only-support.txt") << "x";
@@ -163,51 +100,48 @@ TEST_F(Modules, PathInfoSearchesModuleFolderProfileAndSupportPath) {
     std::ofstream(host().profileDir() + "/both.txt") << "x";
     host().setSupportPath({scratch + "/missing", support});
     ASSERT_TRUE(host().loadModule(SDK_TEST_MODULE));
-    std::string moduleFolder = folderOf(SDK_TEST_MODULE);
-    std::string moduleFile = std::string(SDK_TEST_MODULE).substr(moduleFolder.size() + 1);
+    std::string moduleFile = std::string(SDK_TEST_MODULE).substr(folderOf(SDK_TEST_MODULE).size() + 1);
 
-    struct Case {
-        std::string file;
-        std::string found; // empty: nil
-    } cases[] = {
-        {moduleFile, SDK_TEST_MODULE},
-        {"both.txt", host().profileDir() + "/both.txt"},
-        {"only-support.txt", support + "/only-support.txt"},
-        {"nowhere.txt", ""},
-        {"", ""},
-    };
-    for (const Case& c : cases) {
+    const std::pair<std::vector<const char*>, std::string> cases[] = {
+        {{"kova_GetUserIniFile", "KOVA_VARDESK", "VarDesk.ini"}, host().profileDir() + "/VarDesk.ini"},
+        {{"KOVA_PATHINFO", moduleFile.c_str()}, SDK_TEST_MODULE},
+        {{"KOVA_PATHINFO", "both.txt"}, host().profileDir() + "/both.txt"},
+        {{"KOVA_PATHINFO", "only-support.txt"}, support + "/only-support.txt"},
+        {{"KOVA_PATHINFO", "nowhere.txt"}, ""}, // nil
+        {{"KOVA_PATHINFO", ""}, ""}};
+    for (const auto& [words, found] : cases) {
         int status = 0;
-        resbuf* r = invoke({"KOVA_PATHINFO", c.file.c_str()}, status);
-        EXPECT_EQ(status, RTNORM) << c.file;
-        if (c.found.empty()) {
-            EXPECT_EQ(r, nullptr) << c.file;
+        resbuf* r = invoke(words, status);
+        EXPECT_EQ(status, RTNORM) << words[1];
+        if (found.empty()) {
+            EXPECT_EQ(r, nullptr) << words[1];
         } else {
-            ASSERT_NE(r, nullptr) << c.file;
-            ASSERT_EQ(r->restype, RTSTR) << c.file;
-            EXPECT_EQ(std::string(r->resval.rstring), c.found) << c.file;
+            ASSERT_NE(r, nullptr) << words[1];
+            ASSERT_EQ(r->restype, RTSTR) << words[1];
+            EXPECT_EQ(std::string(r->resval.rstring), found) << words[1];
         }
         acutRelRb(r);
     }
+    for (std::vector<const char*> bad :
+         {std::vector<const char*>{"kova_GetUserIniFile", "KOVA_VARDESK"}, {"no_such_function", "x"}, {}}) {
+        int status = 0;
+        EXPECT_EQ(invoke(bad, status), nullptr) << bad.size() << " words";
+        EXPECT_EQ(status, RTERROR) << bad.size() << " words";
+    }
 }
 
+// UI services that keep the alerts and answer nothing else.
 class RecordingUi : public kova::UiServices {
 public:
-    kova::BoxAnswer messageBox(kova::BoxKind, const std::string&, const std::string&,
-                               kova::BoxButtons) override {
-        return kova::BoxAnswer::Ok;
-    }
-    void alert(const std::string& text) override { alerts.push_back(text); }
-    std::optional<std::string> fileDialog(kova::FileDialogKind, const std::string&, const std::string&,
-                                          const std::string&) override {
-        return std::nullopt;
-    }
-    int startProgram(const std::string&) override { return kova::ExecResult::FileNotFound; }
+    using S = const std::string&;
+    kova::BoxAnswer messageBox(kova::BoxKind, S, S, kova::BoxButtons) override { return kova::BoxAnswer::Ok; }
+    void alert(S text) override { alerts.push_back(text); }
+    std::optional<std::string> fileDialog(kova::FileDialogKind, S, S, S) override { return std::nullopt; }
+    int startProgram(S) override { return kova::ExecResult::FileNotFound; }
     bool loadHelpEngine() override { return false; }
-    int showHelp(const std::string&, const std::string&) override { return 0; }
+    int showHelp(S, S) override { return 0; }
     int runModal(QDialog&) override { return 0; }
     bool isScripted() const override { return true; }
-
     std::vector<std::string> alerts;
 };
 

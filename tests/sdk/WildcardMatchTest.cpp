@@ -72,16 +72,12 @@ const WildcardCase kCases[] = {
     {"Grüße", "Gr[~ü]ße", false, false},
     {"\xff"
      "a",
-     "?a", false, true},
-};
+     "?a", false, true}};
 
-TEST(WildcardMatch, MatchesTheDocumentedSigns) {
+TEST(WildcardMatch, MatchesTheDocumentedSignsAndNeverANullTextOrPattern) {
     for (const WildcardCase& c : kCases)
         EXPECT_EQ(acutWcMatchEx(c.text, c.pattern, c.ignoreCase), c.matches)
             << "text \"" << c.text << "\" pattern \"" << c.pattern << "\" ignoreCase " << c.ignoreCase;
-}
-
-TEST(WildcardMatch, NullTextOrPatternNeverMatches) {
     EXPECT_FALSE(acutWcMatchEx(nullptr, "*", true));
     EXPECT_FALSE(acutWcMatchEx("a", nullptr, true));
 }

@@ -1,34 +1,12 @@
 // Tests of the help service: finding file and topic, the three error boxes, the engine loaded once.
+#include "../frame/TestHost.h"
+
+#include "cContext.h"
 #include "settings/HelpService.h"
-
-#include "frame/cContext.h"
-#include "settings/cMsgCatalog.h"
-
-#include "ScriptedUiServices.h"
-
-#include <hostsession.h>
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <vector>
-
-namespace fs = std::filesystem;
 
 namespace {
 
-class RecordingScriptHost : public kova::ScriptHost {
-public:
-    void printLine(const std::string& text) override { lines.push_back(text); }
-    std::string takeAnswer(const std::string& verb) override {
-        ADD_FAILURE() << "unexpected question to the script: " << verb;
-        return "cancel";
-    }
-    int driveModal(QDialog&) override { return 0; }
-    std::vector<std::string> lines;
-};
+using Texts = std::vector<std::string>;
 
 // Counts how often the help engine is asked for.
 class CountingUiServices : public kova::ScriptedUiServices {
@@ -41,99 +19,74 @@ public:
     int loadAttempts = 0;
 };
 
-class HelpService : public ::testing::Test {
+// A help file with the anchor "main", and a topic file with a good, an empty and a broken key.
+class HelpService : public testhost::HostTest {
 protected:
     void SetUp() override {
+        HostTest::SetUp();
         ResetHtmlHelpLoader();
         gHelpBase = "VarDesk";
-        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        m_dir = fs::temp_directory_path() / (std::string("helpservice_") + info->name());
-        fs::remove_all(m_dir);
-        fs::create_directories(m_dir);
-        std::ofstream(m_dir / "VarDesk.html") << "<html><body><a name=\"main\"></a></body></html>";
-        std::ofstream(m_dir / "VarDesk.top") << "[VarDesk]\n"
-                                                "MainDialog=#main\n"
-                                                "EmptyKey=\n"
-                                                "Broken=.old#main\n";
-        std::ofstream(m_dir / "NoTopic.html") << "<html></html>";
-        auto& host = cadhost::HostSession::instance();
-        host.setUiServices(&m_ui);
-        host.setSupportPath({m_dir.string()});
-        m_helpPath = (m_dir / "VarDesk.html").string();
+        std::ofstream(folder / "VarDesk.html") << "<html><body><a name=\"main\"></a></body></html>";
+        std::ofstream(folder / "VarDesk.top") << "[VarDesk]\nMainDialog=#main\nEmptyKey=\nBroken=.old#main\n";
+        std::ofstream(folder / "NoTopic.html") << "<html></html>";
+        host.setUiServices(&ui);
+        host.setSupportPath({folder.string()});
+        helpPath = (folder / "VarDesk.html").string();
     }
     void TearDown() override {
         ResetHtmlHelpLoader();
-        cadhost::HostSession::instance().setSupportPath({});
-        fs::remove_all(m_dir);
+        host.setSupportPath({});
+        host.setUiServices(&testhost::capture().services);
+        HostTest::TearDown();
+    }
+    std::string pageMissing() const {
+        return "BOX error: RT·VarDesk - Fehler: Hilfedatei\\n    " + helpPath + "\\nnicht gefunden";
     }
 
-    RecordingScriptHost m_script;
-    CountingUiServices m_ui{m_script};
-    fs::path m_dir;
-    std::string m_helpPath;
+    CountingUiServices ui{testhost::capture().script};
+    std::string helpPath;
 };
 
-TEST_F(HelpService, ShowsTheHelpFileAtTheKeysAnchor) {
+TEST_F(HelpService, ShowsTheHelpFileAtTheKeysAnchorAndLoadsTheEngineOnce) {
     ShowHelp("VarDesk", "MainDialog");
-    EXPECT_EQ(m_script.lines, std::vector<std::string>{"HELP: " + m_helpPath + "#main"});
+    ShowHelp("VarDesk", "MainDialog");
+    EXPECT_EQ(uiLines(), (Texts{"HELP: " + helpPath + "#main", "HELP: " + helpPath + "#main"}));
+    EXPECT_EQ(ui.loadAttempts, 1);
 }
 
-TEST_F(HelpService, HelpFileNotFound) {
-    gHelpBase = "NoSuchHelpBase";
-    ShowHelp("VarDesk", "MainDialog");
-    EXPECT_EQ(m_script.lines,
-              std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: Pfad von 'NoSuchHelpBase.html' "
-                                       "nicht gefunden"});
-    EXPECT_EQ(m_ui.loadAttempts, 0);
-}
-
-TEST_F(HelpService, KeyNotFoundEmptyOrWithoutTopicFile) {
-    struct Row {
-        const char* helpBase;
-        const char* section;
-        const char* key;
+TEST_F(HelpService, MissingFileKeyOrPageGiveTheirBoxesWithoutLoadingTheEngine) {
+    const std::string box = "BOX error: RT·VarDesk - Fehler: ";
+    const std::tuple<const char*, const char*, const char*, std::string> rows[] = {
+        // help base, section, key, box
+        {"NoSuchHelpBase", "VarDesk", "MainDialog", box + "Pfad von 'NoSuchHelpBase.html' nicht gefunden"},
+        {"VarDesk", "VarDesk", "SearchDialog", box + "Hilfeschlüssel 'SearchDialog' nicht gefunden"},
+        {"VarDesk", "VarDesk", "EmptyKey", box + "Hilfeschlüssel 'EmptyKey' nicht gefunden"},
+        {"VarDesk", "OtherSection", "MainDialog", box + "Hilfeschlüssel 'MainDialog' nicht gefunden"},
+        {"NoTopic", "VarDesk", "MainDialog", box + "Hilfeschlüssel 'MainDialog' nicht gefunden"},
     };
-    const Row rows[] = {
-        {"VarDesk", "VarDesk", "SearchDialog"},
-        {"VarDesk", "VarDesk", "EmptyKey"},
-        {"VarDesk", "OtherSection", "MainDialog"},
-        {"NoTopic", "VarDesk", "MainDialog"},
-    };
-    for (const Row& row : rows) {
-        m_script.lines.clear();
-        gHelpBase = row.helpBase;
-        ShowHelp(row.section, row.key);
-        EXPECT_EQ(m_script.lines,
-                  std::vector<std::string>{std::string("BOX error: RT·VarDesk - Fehler: Hilfeschlüssel '") +
-                                           row.key + "' nicht gefunden"})
-            << row.helpBase << " " << row.section << "/" << row.key;
+    for (const auto& [helpBase, section, key, expected] : rows) {
+        testhost::capture().script.lines.clear();
+        gHelpBase = helpBase;
+        ShowHelp(section, key);
+        EXPECT_EQ(uiLines(), Texts{expected}) << helpBase << " " << section << "/" << key;
     }
-    EXPECT_EQ(m_ui.loadAttempts, 0);
-}
+    EXPECT_EQ(ui.loadAttempts, 0);
 
-TEST_F(HelpService, PageRefusedNamesTheHelpFileWithoutTopic) {
+    // A page the engine refuses names the help file without its topic.
+    testhost::capture().script.lines.clear();
+    gHelpBase = "VarDesk";
     ShowHelp("VarDesk", "Broken");
-    EXPECT_EQ(m_script.lines, std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: Hilfedatei\\n    " +
-                                                       m_helpPath + "\\nnicht gefunden"});
+    EXPECT_EQ(uiLines(), Texts{pageMissing()});
 }
 
 TEST_F(HelpService, MissingEngineIsNotLoadedAgain) {
-    m_ui.setHelpEngineAvailable(false);
-    const std::string box =
-        "BOX error: RT·VarDesk - Fehler: Hilfedatei\\n    " + m_helpPath + "\\nnicht gefunden";
+    ui.setHelpEngineAvailable(false);
     ShowHelp("VarDesk", "MainDialog");
-    EXPECT_EQ(m_ui.loadAttempts, 1);
-    m_ui.setHelpEngineAvailable(true);
+    EXPECT_EQ(ui.loadAttempts, 1);
+    ui.setHelpEngineAvailable(true);
     ShowHelp("VarDesk", "MainDialog");
-    EXPECT_EQ(m_ui.loadAttempts, 1) << "a failed load is final for the process";
-    EXPECT_EQ(m_script.lines, (std::vector<std::string>{box, box}));
-}
-
-TEST_F(HelpService, LoadedEngineIsAskedOnce) {
-    ShowHelp("VarDesk", "MainDialog");
-    ShowHelp("VarDesk", "MainDialog");
-    EXPECT_EQ(m_ui.loadAttempts, 1);
-    EXPECT_EQ(m_script.lines.size(), 2u);
+    EXPECT_EQ(ui.loadAttempts, 1) << "a failed load is final for the process";
+    EXPECT_EQ(uiLines(), (Texts{pageMissing(), pageMissing()}));
 }
 
 } // namespace

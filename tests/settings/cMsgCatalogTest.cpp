@@ -1,175 +1,112 @@
 // Tests of the message catalog: loading, the alerts for missing keys, escapes, and the boxes.
+#include "../frame/TestHost.h"
+
+#include "cContext.h"
 #include "settings/cMsgCatalog.h"
 
-#include "frame/cContext.h"
-
-#include "ScriptedUiServices.h"
-
-#include <hostsession.h>
-
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
 #include <set>
-#include <string>
-#include <vector>
-
-namespace fs = std::filesystem;
 
 namespace {
 
-class RecordingScriptHost : public kova::ScriptHost {
-public:
-    void printLine(const std::string& text) override { lines.push_back(text); }
-    std::string takeAnswer(const std::string& verb) override {
-        ADD_FAILURE() << "unexpected question to the script: " << verb;
-        return "cancel";
-    }
-    int driveModal(QDialog&) override { return 0; }
-    std::vector<std::string> lines;
-};
+using Texts = std::vector<std::string>;
 
-class MsgCatalog : public ::testing::Test {
+class MsgCatalog : public testhost::HostTest {
 protected:
     void SetUp() override {
+        HostTest::SetUp();
         gContext.moduleBaseName = "VarDesk";
-        auto& host = cadhost::HostSession::instance();
-        host.setUiServices(&m_ui);
-        host.setOutput([this](const std::string& text) { m_printed.push_back(text); });
-        const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-        m_dir = fs::temp_directory_path() / (std::string("msgcatalog_") + info->name());
-        fs::remove_all(m_dir);
-        fs::create_directories(m_dir);
-        m_file = (m_dir / "VarDesk.msg").string();
-    }
-    void TearDown() override {
-        auto& host = cadhost::HostSession::instance();
-        host.setOutput(nullptr);
-        fs::remove_all(m_dir);
+        file = (folder / "VarDesk.msg").string();
     }
 
-    // Every key with the value "value of <key>", except those in skip; extra lines go first.
-    // The tail is written behind the keys.
-    void writeCatalog(const std::set<std::string>& skip = {}, const std::string& extra = {},
-                      const std::string& section = "VarDesk", const std::string& tail = {}) const {
-        std::ofstream out(m_file, std::ios::binary);
+    // Every key with the value "value of <key>", except those in skip; extra lines go first,
+    // the tail behind the keys.
+    void writeCatalog(const std::set<std::string>& skip = {}, const std::string& tail = {},
+                      const std::string& extra = {}, const std::string& section = "VarDesk") const {
+        std::ofstream out(file, std::ios::binary);
         out << extra << "[" << section << "]\n";
-        for (const auto& entry : cMsgCatalog::Entries()) {
+        for (const auto& entry : cMsgCatalog::Entries())
             if (!skip.count(entry.key))
                 out << entry.key << "=value of " << entry.key << "\n";
-        }
         out << tail;
     }
 
-    // The alert texts, from the host's output and from the scripted services alike.
-    std::vector<std::string> alerts() const {
-        std::vector<std::string> result;
-        auto collect = [&result](std::string line) {
-            while (!line.empty() && (line.back() == '\n' || line.back() == '\r'))
-                line.pop_back();
-            const std::size_t at = line.find("ALERT: ");
-            if (at != std::string::npos)
-                result.push_back(line.substr(at + 7));
-        };
-        for (const auto& line : m_script.lines)
-            collect(line);
-        for (const auto& line : m_printed)
-            collect(line);
+    // The alert texts shown since the last call.
+    Texts alerts() {
+        Texts result;
+        for (const std::string& line : uiLines())
+            if (line.rfind("ALERT: ", 0) == 0)
+                result.push_back(line.substr(7));
+        testhost::capture().script.lines.clear();
         return result;
     }
 
-    RecordingScriptHost m_script;
-    kova::ScriptedUiServices m_ui{m_script};
-    std::vector<std::string> m_printed;
-    fs::path m_dir;
-    std::string m_file;
+    std::string file;
 };
 
-TEST_F(MsgCatalog, FullFileGivesNoAlertAndEveryText) {
-    writeCatalog();
-    cMsgCatalog catalog;
-    EXPECT_TRUE(catalog.Load(m_file));
-    EXPECT_TRUE(alerts().empty());
-    EXPECT_EQ(catalog.missingCount, 0);
-    EXPECT_EQ(catalog.filePath, m_file);
-    for (const auto& entry : cMsgCatalog::Entries())
-        EXPECT_EQ(catalog.*entry.text, std::string("value of ") + entry.key) << entry.key;
-}
-
-TEST_F(MsgCatalog, KeysAreUniqueAndInTheirOrder) {
+TEST_F(MsgCatalog, FullFileGivesNoAlertAndEveryTextUnderItsOwnKey) {
     const auto entries = cMsgCatalog::Entries();
     ASSERT_EQ(entries.size(), 142u);
     EXPECT_STREQ(entries.front().key, "RsVersionTitle");
     EXPECT_STREQ(entries.back().key, "TxSpawnNoMemory");
-    const cMsgCatalog catalog;
     std::set<std::string> keys;
-    std::set<const std::string*> fields;
-    for (const auto& entry : entries) {
+    for (const auto& entry : entries)
         EXPECT_TRUE(keys.insert(entry.key).second) << "key twice: " << entry.key;
-        EXPECT_TRUE(fields.insert(&(catalog.*entry.text)).second) << "field twice: " << entry.key;
-    }
+
+    writeCatalog();
+    cMsgCatalog catalog;
+    EXPECT_TRUE(catalog.Load(file));
+    EXPECT_TRUE(alerts().empty());
+    EXPECT_EQ(catalog.missingCount, 0);
+    EXPECT_EQ(catalog.filePath, file);
+    // A field that two keys fill would hold the later key's text.
+    for (const auto& entry : entries)
+        EXPECT_EQ(catalog.*entry.text, std::string("value of ") + entry.key) << entry.key;
 }
 
-TEST_F(MsgCatalog, OneMissingKeyGivesOneAlertNamingIt) {
+TEST_F(MsgCatalog, MissingKeysKeepTheirDefaultsAndAreNamedInTheAlerts) {
     const cMsgCatalog defaults;
     for (const char* missing : {"RsVersionTitle", "TxHelpKeyNotFound1", "TxSpawnNoMemory"}) {
-        m_script.lines.clear();
-        m_printed.clear();
         writeCatalog({missing});
         cMsgCatalog catalog;
-        EXPECT_TRUE(catalog.Load(m_file)) << missing;
-        EXPECT_EQ(alerts(),
-                  std::vector<std::string>{std::string("message text not found: key '") + missing + "'"});
+        EXPECT_TRUE(catalog.Load(file)) << missing;
+        EXPECT_EQ(alerts(), Texts{std::string("message text not found: key '") + missing + "'"});
         for (const auto& entry : cMsgCatalog::Entries()) {
             if (std::string(entry.key) == missing) {
                 EXPECT_EQ(catalog.*entry.text, defaults.*entry.text) << "keeps its default";
             }
         }
     }
-}
 
-TEST_F(MsgCatalog, TwoMissingKeysNameTheFirstAndGiveTheCount) {
     // An empty value counts as missing, so a text cannot be emptied from the file.
-    writeCatalog({"TxAbort", "MnFile"}, {}, "VarDesk", "TxAbort=\n");
-    cMsgCatalog catalog;
-    EXPECT_FALSE(catalog.Load(m_file));
-    EXPECT_EQ(catalog.missingCount, 2);
-    EXPECT_EQ(alerts(), (std::vector<std::string>{"message text not found: key 'MnFile'",
-                                                  "2 message texts not found"}));
-    EXPECT_EQ(catalog.TxAbort, "Abbruch");
-    EXPECT_EQ(catalog.MnFile, "Datei");
-}
+    writeCatalog({"TxAbort", "MnFile"}, "TxAbort=\n");
+    cMsgCatalog two;
+    EXPECT_FALSE(two.Load(file));
+    EXPECT_EQ(two.missingCount, 2);
+    EXPECT_EQ(alerts(), (Texts{"message text not found: key 'MnFile'", "2 message texts not found"}));
+    EXPECT_EQ(two.TxAbort, "Abbruch");
+    EXPECT_EQ(two.MnFile, "Datei");
 
-TEST_F(MsgCatalog, MissingFileGivesBothAlertsAndTheGermanTexts) {
-    cMsgCatalog catalog;
-    EXPECT_FALSE(catalog.Load((m_dir / "none.msg").string()));
-    EXPECT_EQ(alerts(), (std::vector<std::string>{"message text not found: key 'RsVersionTitle'",
-                                                  "142 message texts not found"}));
-    EXPECT_EQ(catalog.TiMsgBoxQuestion, "RT·VarDesk - Rückfrage");
-    EXPECT_EQ(catalog.TxFileOpenFailure, " kann nicht geladen werden!");
-    EXPECT_EQ(catalog.TxSpawnNoExe, "ist keine ausführbare Datei");
-}
+    cMsgCatalog none;
+    EXPECT_FALSE(none.Load((folder / "none.msg").string()));
+    EXPECT_EQ(alerts(),
+              (Texts{"message text not found: key 'RsVersionTitle'", "142 message texts not found"}));
+    EXPECT_EQ(none.TiMsgBoxQuestion, "RT·VarDesk - Rückfrage");
+    EXPECT_EQ(none.TxFileOpenFailure, " kann nicht geladen werden!");
+    EXPECT_EQ(none.TxSpawnNoExe, "ist keine ausführbare Datei");
 
-TEST_F(MsgCatalog, ReadsOnlyTheModulesSection) {
-    writeCatalog({}, {}, "Other");
-    cMsgCatalog catalog;
-    EXPECT_FALSE(catalog.Load(m_file));
-    EXPECT_EQ(catalog.RsVersionText1, "Version:");
+    writeCatalog({}, {}, {}, "Other"); // only the module's section is read
+    cMsgCatalog other;
+    EXPECT_FALSE(other.Load(file));
+    EXPECT_EQ(other.RsVersionText1, "Version:");
     gContext.moduleBaseName = "Other";
-    m_script.lines.clear();
-    m_printed.clear();
-    EXPECT_TRUE(catalog.Load(m_file)) << "the section follows the module base name";
+    alerts();
+    EXPECT_TRUE(other.Load(file)) << "the section follows the module base name";
     EXPECT_TRUE(alerts().empty());
     gContext.moduleBaseName = "VarDesk";
 }
 
 TEST_F(MsgCatalog, ReplacesEscapesInTheirOrder) {
-    struct Row {
-        const char* inFile;
-        const char* expected;
-    };
-    const Row rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"~ abc~", " abc"},
         {"a\\nb", "a\n\rb"},
         {"a\\tb", "a\tb"},
@@ -179,56 +116,43 @@ TEST_F(MsgCatalog, ReplacesEscapesInTheirOrder) {
         {"~  padded  ~", "  padded  "},
         {"~", ""},
     };
-    for (const Row& row : rows) {
-        writeCatalog({"TxAbort"}, {}, "VarDesk", "TxAbort=" + std::string(row.inFile) + "\n");
+    for (const auto& [inFile, expected] : rows) {
+        writeCatalog({"TxAbort"}, "TxAbort=" + std::string(inFile) + "\n");
         cMsgCatalog catalog;
-        EXPECT_TRUE(catalog.Load(m_file));
-        EXPECT_EQ(catalog.TxAbort, row.expected) << "value in file: " << row.inFile;
+        EXPECT_TRUE(catalog.Load(file));
+        EXPECT_EQ(catalog.TxAbort, expected) << "value in file: " << inFile;
     }
     EXPECT_TRUE(alerts().empty());
 }
 
-TEST_F(MsgCatalog, CutsValuesAt511Bytes) {
-    const std::string exact(511, 'e');
-    writeCatalog({"TxAbort", "MnFile"}, {}, "VarDesk", "TxAbort=" + exact + "\nMnFile=" + exact + "X\n");
-    cMsgCatalog catalog;
-    EXPECT_TRUE(catalog.Load(m_file));
-    EXPECT_EQ(catalog.TxAbort, exact);
-    EXPECT_EQ(catalog.MnFile, exact) << "the 512th byte is cut";
-}
-
-TEST_F(MsgCatalog, GarbageLinesAreIgnored) {
+TEST_F(MsgCatalog, GarbageLinesAreIgnoredAndValuesCutAt511Bytes) {
     std::string garbage = "garbage before any section\n[VarDesk\n";
     garbage += std::string("\x00\xFF\xFE binary=\x01\x02\n", 14);
     garbage += std::string(100000, '=') + "\n";
     garbage += "[VarDesk]\nUnknownKey=whatever\n;TxAbort=commented out\n";
-    writeCatalog({}, garbage);
+    const std::string exact(511, 'e');
+    writeCatalog({"TxAbort", "MnFile"}, "TxAbort=" + exact + "\nMnFile=" + exact + "X\n", garbage);
     cMsgCatalog catalog;
-    EXPECT_TRUE(catalog.Load(m_file));
+    EXPECT_TRUE(catalog.Load(file));
     EXPECT_TRUE(alerts().empty());
-    EXPECT_EQ(catalog.TxAbort, "value of TxAbort");
+    EXPECT_EQ(catalog.TxAbort, exact);
+    EXPECT_EQ(catalog.MnFile, exact) << "the 512th byte is cut";
 }
 
-TEST_F(MsgCatalog, ShippedGermanCatalogHoldsTheDefaults) {
+TEST_F(MsgCatalog, ShippedCatalogsAreCompleteAndTheGermanOneHoldsTheDefaults) {
     const cMsgCatalog defaults;
-    cMsgCatalog catalog;
-    EXPECT_TRUE(catalog.Load(VARDESK_SOURCE_DIR "/data/VarDesk.msg"));
-    EXPECT_TRUE(alerts().empty()) << "every key stands in the file";
-    for (const auto& entry : cMsgCatalog::Entries())
-        EXPECT_EQ(catalog.*entry.text, defaults.*entry.text) << entry.key;
-}
-
-TEST_F(MsgCatalog, ShippedEnglishCatalogIsComplete) {
-    const cMsgCatalog defaults;
-    cMsgCatalog catalog;
-    EXPECT_TRUE(catalog.Load(VARDESK_SOURCE_DIR "/data/VarDesk.en.msg"));
-    EXPECT_TRUE(alerts().empty()) << "every key stands in the file";
-    EXPECT_EQ(catalog.TiVarDesk, "System Variables");
-    EXPECT_EQ(catalog.TxFileOpenFailure, " cannot be loaded!") << "keeps its leading blank";
+    cMsgCatalog german, english;
+    EXPECT_TRUE(german.Load(VARDESK_SOURCE_DIR "/data/VarDesk.msg"));
+    EXPECT_TRUE(english.Load(VARDESK_SOURCE_DIR "/data/VarDesk.en.msg"));
+    EXPECT_TRUE(alerts().empty()) << "every key stands in both files";
     int translated = 0;
-    for (const auto& entry : cMsgCatalog::Entries())
-        translated += catalog.*entry.text != defaults.*entry.text;
-    EXPECT_GT(translated, 120) << "most texts differ from the German ones";
+    for (const auto& entry : cMsgCatalog::Entries()) {
+        EXPECT_EQ(german.*entry.text, defaults.*entry.text) << entry.key;
+        translated += english.*entry.text != defaults.*entry.text;
+    }
+    EXPECT_GT(translated, 120) << "most English texts differ from the German ones";
+    EXPECT_EQ(english.TiVarDesk, "System Variables");
+    EXPECT_EQ(english.TxFileOpenFailure, " cannot be loaded!") << "keeps its leading blank";
 }
 
 TEST_F(MsgCatalog, BoxesCarryTitleKindAndText) {
@@ -236,9 +160,9 @@ TEST_F(MsgCatalog, BoxesCarryTitleKindAndText) {
     catalog.ShowInfoBox("Info text");
     catalog.ShowWarningBox("Warn\n\rtext");
     catalog.ShowErrorBox("Error text");
-    EXPECT_EQ(m_script.lines, (std::vector<std::string>{"BOX info: RT·VarDesk - Hinweis: Info text",
-                                                        "BOX warning: RT·VarDesk - Warnung: Warn\\ntext",
-                                                        "BOX error: RT·VarDesk - Fehler: Error text"}));
+    EXPECT_EQ(uiLines(), (Texts{"BOX info: RT·VarDesk - Hinweis: Info text",
+                                "BOX warning: RT·VarDesk - Warnung: Warn\\ntext",
+                                "BOX error: RT·VarDesk - Fehler: Error text"}));
 }
 
 } // namespace

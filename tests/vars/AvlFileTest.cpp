@@ -12,28 +12,15 @@ namespace {
 
 using filekit::FileTest;
 using Themes = std::vector<std::pair<std::string, int>>;
+using Lines = std::vector<std::string>;
 
-struct RecordView {
-    std::string name;
-    int theme;
-    bool readOnly;
-    bool drawing;
-    std::string description;
-    int line;
-    bool operator==(const RecordView&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& os, const RecordView& r) {
-    return os << "{" << r.name << " theme " << r.theme << (r.readOnly ? " ro" : " rw")
-              << (r.drawing ? " drawing" : " global") << " \"" << r.description << "\" line " << r.line
-              << "}";
-}
-
-std::vector<RecordView> recordsOf(const cSysVarList& list) {
-    std::vector<RecordView> out;
+// Each record as "NAME theme ro|rw drawing|global [description] line".
+std::vector<std::string> recordsOf(const cSysVarList& list) {
+    std::vector<std::string> out;
     for (const cSysVar* v = list.first; v; v = v->next)
-        out.push_back(
-            {v->name, v->themeIndex, v->isReadOnly(), v->isDrawingSpecific(), v->description, v->sourceLine});
+        out.push_back(v->name + " " + std::to_string(v->themeIndex) + (v->isReadOnly() ? " ro" : " rw") +
+                      (v->isDrawingSpecific() ? " drawing [" : " global [") + v->description + "] " +
+                      std::to_string(v->sourceLine));
     return out;
 }
 
@@ -88,9 +75,9 @@ TEST_F(AvlFile, ExampleFileGivesItsRecordsThemesAndReportLines) {
     for (const char* line : lines)
         content += std::string(line) + "\n";
     EXPECT_TRUE(load(content));
-    EXPECT_EQ(recordsOf(list), (std::vector<RecordView>{{"BEISPIEL", 3, false, false, "Erste Variable", 4},
-                                                        {"DRITTE", 7, false, true, "Ohne Thema", 6},
-                                                        {"ZWEITE", 3, true, true, "Zweite Variable", 5}}));
+    EXPECT_EQ(recordsOf(list),
+              (Lines{"BEISPIEL 3 rw global [Erste Variable] 4", "DRITTE 7 rw drawing [Ohne Thema] 6",
+                     "ZWEITE 3 ro drawing [Zweite Variable] 5"}));
     EXPECT_EQ(themesOf(list), (Themes{{"Bemaßung", 3}}));
     EXPECT_EQ(report, (ReportList{
                           "Fehler 1: zu wenig Argumente in Zeile 7   : 3#VIERTE",
@@ -111,67 +98,52 @@ TEST_F(AvlFile, ExampleFileGivesItsRecordsThemesAndReportLines) {
 
 TEST_F(AvlFile, LinePreparationAndSingleLineErrors) {
     const std::string e1 = "Fehler 1: zu wenig Argumente in Zeile ";
+    const std::string e4 = "Fehler 4: Falsches Format für Variable in Zeile ";
     struct Case {
         const char* name;
         std::string content;
-        std::vector<std::string> records; // "NAME=description" in chain order
-        ReportList report;                // lines of single bad lines
+        std::string records; // "NAME=description" in chain order, joined by "|"
+        std::string report;  // the report lines of single bad lines, joined by "|"
     };
     const Case cases[] = {
-        {"no line end behind the last line", "0#T#1\n1#A#+-#a", {"A=a"}, {}},
-        {"a line end behind the last line", "0#T#1\n1#A#+-#a\n", {"A=a"}, {}},
-        {"carriage returns are trimmed", "0#T#1\r\n1#A#+-#a\r\n", {"A=a"}, {}},
-        {"comments and empty lines are counted",
-         ";a\n;b\n\n; c\n3#X\n1#A#+-#a\n",
-         {"A=a"},
-         {e1 + "5   : 3#X"}},
-        {"a line of blanks is skipped", "  \t  \n1#A#+-#a\n", {"A=a"}, {}},
-        {"a line starting with ;; is a comment", ";;1#B#+-#b\n1#A#+-#a\n", {"A=a"}, {}},
-        {"a comment line may be indented", "   ; 1#B\n1#A#+-#a\n", {"A=a"}, {}},
-        {"semicolons apart mean nothing", "1#A#+-#x ; ; y\n", {"A=x ; ; y"}, {}},
-        {";; cuts the description", "1#A#+-#Text ;; Vermerk # mehr\n", {"A=Text"}, {}},
-        {";; may cut away fields",
-         "1#A#+-;;#Text\n",
-         {},
-         {"Fehler 3: Falsches Format für Thema in Zeile 1   : 1#A#+-"}},
-        {"the report line is cut but not trimmed again", "1#A ;; x\n", {}, {e1 + "1   : 1#A "}},
-        {"an empty description is good", "1#A#+-#\n", {"A="}, {}},
-        {"a fourth # makes five fields",
-         "1#A#+-#Text#\n",
-         {},
-         {"Fehler 2: zu viele Argumente in Zeile 1   : 1#A#+-#Text#"}},
-        {"a name in lower case, then in upper case",
-         "1#abc#+-#x\n1#ABC#--#y\n",
-         {"ABC=x"},
-         {"Fehler 5: Variable bereits vorhanden in Zeile 2   : 1#ABC#--#y"}},
-        {"the duplicate test does not see through blanks", "1# A #+-#x\n1# A #--#y\n", {"A=x", "A=y"}, {}},
-        {"a name of blanks is an error 4",
-         "1#   #+-#x\n",
-         {},
-         {"Fehler 4: Falsches Format für Variable in Zeile 1   : 1#   #+-#x"}},
-        {"marks may stand behind blanks and carry more", "1#A#  -+xyz#a\n", {"A=a"}, {}},
-        {"a variable of no theme is no error", "42#A#+-#a\n", {"A=a"}, {}},
-        {"an error does not stop the lines behind it",
-         "1#A\n1#B#+-#b\n0#\n1#C#+-#c\n",
-         {"B=b", "C=c"},
-         {e1 + "1   : 1#A", e1 + "3   : 0#"}},
-        {"the line number takes four columns and more when it needs them",
-         std::string(12345, '\n') + "x\n1#A#+-#a\n",
-         {"A=a"},
-         {e1 + "12346: x"}},
-        {"names come out upper case with umlauts", "1#größe#+-#g\n", {"GRÖßE=g"}, {}},
+        {"no line end behind the last line", "0#T#1\n1#A#+-#a", "A=a", ""},
+        {"a line end behind the last line", "0#T#1\n1#A#+-#a\n", "A=a", ""},
+        {"carriage returns are trimmed", "0#T#1\r\n1#A#+-#a\r\n", "A=a", ""},
+        {"comments and empty lines are counted", ";a\n;b\n\n; c\n3#X\n1#A#+-#a\n", "A=a", e1 + "5   : 3#X"},
+        {"a line of blanks is skipped", "  \t  \n1#A#+-#a\n", "A=a", ""},
+        {"a line starting with ;; is a comment", ";;1#B#+-#b\n1#A#+-#a\n", "A=a", ""},
+        {"a comment line may be indented", "   ; 1#B\n1#A#+-#a\n", "A=a", ""},
+        {"semicolons apart mean nothing", "1#A#+-#x ; ; y\n", "A=x ; ; y", ""},
+        {";; cuts the description", "1#A#+-#Text ;; Vermerk # mehr\n", "A=Text", ""},
+        {";; may cut away fields", "1#A#+-;;#Text\n", "",
+         "Fehler 3: Falsches Format für Thema in Zeile 1   : 1#A#+-"},
+        {"the report line is cut but not trimmed again", "1#A ;; x\n", "", e1 + "1   : 1#A "},
+        {"an empty description is good", "1#A#+-#\n", "A=", ""},
+        {"a fourth # makes five fields", "1#A#+-#Text#\n", "",
+         "Fehler 2: zu viele Argumente in Zeile 1   : 1#A#+-#Text#"},
+        {"a name in lower case, then in upper case", "1#abc#+-#x\n1#ABC#--#y\n", "ABC=x",
+         "Fehler 5: Variable bereits vorhanden in Zeile 2   : 1#ABC#--#y"},
+        {"the duplicate test does not see through blanks", "1# A #+-#x\n1# A #--#y\n", "A=x|A=y", ""},
+        {"a name of blanks is an error 4", "1#   #+-#x\n", "", e4 + "1   : 1#   #+-#x"},
+        {"marks may stand behind blanks and carry more", "1#A#  -+xyz#a\n", "A=a", ""},
+        {"a variable of no theme is no error", "42#A#+-#a\n", "A=a", ""},
+        {"an error does not stop the lines behind it", "1#A\n1#B#+-#b\n0#\n1#C#+-#c\n", "B=b|C=c",
+         e1 + "1   : 1#A|" + e1 + "3   : 0#"},
+        {"the line number takes four columns and more", std::string(12345, '\n') + "x\n1#A#+-#a\n", "A=a",
+         e1 + "12346: x"},
+        {"names come out upper case with umlauts", "1#größe#+-#g\n", "GRÖßE=g", ""},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_TRUE(load(c.content));
-        std::vector<std::string> records;
+        std::string records, lines;
         for (const cSysVar* v = list.first; v; v = v->next)
-            records.push_back(v->name + "=" + v->description);
+            records += (records.empty() ? "" : "|") + v->name + "=" + v->description;
         EXPECT_EQ(records, c.records);
-        ReportList expected = c.report;
-        if (c.records.empty())
-            expected.push_back(emptyListLine());
-        EXPECT_EQ(report, expected);
+        for (const std::string& line : report)
+            lines += (lines.empty() ? "" : "|") + line;
+        EXPECT_EQ(lines,
+                  c.report + (c.records.empty() ? (c.report.empty() ? "" : "|") + emptyListLine() : ""));
     }
 }
 
@@ -191,14 +163,6 @@ TEST_F(AvlFile, FileWithoutVariablesWarnsAndKeepsItsThemes) {
         EXPECT_EQ(boxes(), std::vector<std::string>{"BOX warning: RT·VarDesk - Warnung: " + emptyListLine()});
     }
     EXPECT_EQ(themesOf(list), (Themes{{"Thema", 1}}));
-}
-
-TEST_F(AvlFile, FileThatCannotBeOpenedShowsItsBoxAndReportsNothing) {
-    EXPECT_FALSE(load("", "fehlt.avl"));
-    EXPECT_TRUE(report.empty());
-    EXPECT_EQ(list.first, nullptr);
-    EXPECT_EQ(boxes(), std::vector<std::string>{"BOX error: RT·VarDesk - Fehler: " + folder() +
-                                                "fehlt.avl  kann nicht geladen werden!"});
 }
 
 TEST_F(AvlFile, FolderInPlaceOfTheFileIsAFatalReadError) {
@@ -231,7 +195,7 @@ TEST_F(AvlFile, FatalErrorInTheMiddleKeepsWhatWasReadAndEndsTheReport) {
     ASSERT_NE(file, nullptr);
     EXPECT_FALSE(readAvlStream(list, file, "kaputt.avl", report));
     std::fclose(file);
-    EXPECT_EQ(recordsOf(list), (std::vector<RecordView>{{"A", 1, false, false, "a", 2}}));
+    EXPECT_EQ(recordsOf(list), Lines{"A 1 rw global [a] 2"});
     EXPECT_EQ(report, (ReportList{"Fehler 1: zu wenig Argumente in Zeile 3   : 1#B",
                                   "Fataler I/O-Fehler beim Lesen von 'kaputt.avl'."}));
 }
@@ -249,9 +213,7 @@ TEST_F(AvlFile, OverlongLinesAreCutReportedAndReadingGoesOn) {
         EXPECT_EQ(list.findName("B")->sourceLine, 3);
         EXPECT_EQ(report, reported ? ReportList{"I/O-Fehler beim Lesen in Zeile 2."} : ReportList{});
     }
-}
-
-TEST_F(AvlFile, LongLineOfNoFieldsIsReportedTwice) {
+    // A long line of no fields is reported twice: as too long, and as its cut first part.
     EXPECT_TRUE(load("1#A#+-#a\n" + std::string(100000, 'y') + "\n1#B#+-#b"));
     EXPECT_EQ(report,
               (ReportList{"I/O-Fehler beim Lesen in Zeile 2.",
@@ -275,9 +237,7 @@ TEST_F(AvlFile, BinaryAndInvalidTextReadWithoutHarm) {
                         line == emptyListLine())
                 << line.substr(0, 80);
     }
-    EXPECT_NE(list.findName("\xff\xfe"
-                            "AB"),
-              nullptr);
+    EXPECT_NE(list.findName("\xff\xfe" + std::string("AB")), nullptr);
     EXPECT_NE(list.findName("\xe2\x82"), nullptr);
     EXPECT_TRUE(list.themes.hasThemeName("\x80\x80"));
 }

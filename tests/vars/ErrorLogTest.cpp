@@ -47,7 +47,13 @@ protected:
         runLoadStep(*context, errorLines, runCode, moment);
     }
     std::string logPath() const { return folder() + "VarDesk.err"; }
-    Lines log() const { return linesOf(readFile(logPath())); }
+    // The lines as the log file holds them, each with its line end.
+    static std::string fileText(const Lines& lines) {
+        std::string text;
+        for (const std::string& line : lines)
+            text += line + "\n";
+        return text;
+    }
     // The head block followed by more lines.
     Lines headBlockAnd(const Lines& more = {}) const {
         std::string date, time;
@@ -74,18 +80,19 @@ TEST_F(LoadStep, LogOfEveryGroupFollowsTheLayoutLineForLine) {
     const int lastLine = static_cast<int>(linesOf(lines).size());
     ASSERT_GT(lastLine, 400) << "the host's table looks too small";
     run();
-    EXPECT_EQ(log(), headBlockAnd({
-                         "Fehler beim Laden von test.avl",
-                         "Fehler 4: Falsches Format für Variable in Zeile 3   : 3#BEISPIEL#x#Text",
-                         formatText("Fehler 8: Index bereits vorhanden in Zeile %-4d: 0#Anderes#1", lastLine),
-                         "",
-                         "Fehler beim Abfragen der AutoCAD-Variablen",
-                         "Fehler 6: unbekannter Variablenname in Zeile 2   : ALTEVAR",
-                         "",
-                         "Nicht berücksichtigte Variablen der aktuellen AutoCAD-Version",
-                         "Fehler 10: Fehlende Variable: OSMODE",
-                         "Fehler 10: Fehlende Variable: SAVETIME",
-                     }));
+    EXPECT_EQ(readFile(logPath()),
+              fileText(headBlockAnd({
+                  "Fehler beim Laden von test.avl",
+                  "Fehler 4: Falsches Format für Variable in Zeile 3   : 3#BEISPIEL#x#Text",
+                  formatText("Fehler 8: Index bereits vorhanden in Zeile %-4d: 0#Anderes#1", lastLine),
+                  "",
+                  "Fehler beim Abfragen der AutoCAD-Variablen",
+                  "Fehler 6: unbekannter Variablenname in Zeile 2   : ALTEVAR",
+                  "",
+                  "Nicht berücksichtigte Variablen der aktuellen AutoCAD-Version",
+                  "Fehler 10: Fehlende Variable: OSMODE",
+                  "Fehler 10: Fehlende Variable: SAVETIME",
+              })));
     EXPECT_EQ(context->errorCount, 5);
     EXPECT_TRUE(errorLines.empty()) << "writing the log empties the lines";
     EXPECT_TRUE(context->unaccountedVars.empty());
@@ -97,39 +104,28 @@ TEST_F(LoadStep, LogOfEveryGroupFollowsTheLayoutLineForLine) {
     EXPECT_EQ(boxes(), Lines{question}) << "answered no: no editor";
 }
 
-TEST_F(LoadStep, AnswerYesOpensTheLogInTheEditor) {
-    writeFile("test.avl", describeHost({"OSMODE"}));
+TEST_F(LoadStep, MissingHostVariablesAloneGiveHeadAndLastBlockAndYesOpensTheEditor) {
+    writeFile("test.avl", "0#Alles#1\n" + describeHost({"CLAYER"}));
     capture().script.answers.push_back("yes");
     run();
+    // The head block ends in an empty line and the last block begins with one.
+    EXPECT_EQ(readFile(logPath()), fileText(headBlockAnd({"",
+                                                          "Nicht berücksichtigte Variablen der aktuellen "
+                                                          "AutoCAD-Version",
+                                                          "Fehler 10: Fehlende Variable: CLAYER"})));
+    EXPECT_EQ(context->errorCount, 1);
     EXPECT_EQ(boxes(), (Lines{question, "EXEC: /bin/true \"" + logPath() + "\""}));
 }
 
-TEST_F(LoadStep, MissingHostVariablesAloneGiveHeadAndLastBlock) {
-    writeFile("test.avl", "0#Alles#1\n" + describeHost({"CLAYER"}));
-    run();
-    // The head block ends in an empty line and the last block begins with one.
-    EXPECT_EQ(log(), headBlockAnd({"", "Nicht berücksichtigte Variablen der aktuellen AutoCAD-Version",
-                                   "Fehler 10: Fehlende Variable: CLAYER"}));
-    EXPECT_EQ(context->errorCount, 1);
-}
-
+// The shipped description file describes every host variable, each with a text and a theme.
 TEST_F(LoadStep, LoadWithoutErrorsWritesNoLogAndLeavesAnOldOne) {
     writeFile("VarDesk.err", "altes Protokoll\n");
-    writeFile("test.avl", "0#Alles#1\n" + describeHost());
-    run();
-    EXPECT_EQ(readFile(logPath()), "altes Protokoll\n");
-    EXPECT_EQ(context->errorCount, 0);
-    EXPECT_TRUE(boxes().empty()) << boxes().front();
-    EXPECT_EQ(runCode, runcode::done);
-    EXPECT_NE(context->varList.first, nullptr);
-}
-
-TEST_F(LoadStep, ShippedDescriptionFileFitsTheHostWithoutAnError) {
     context->avlFilePath = VARDESK_SOURCE_DIR "/data/VarDesk.avl";
     run();
+    EXPECT_EQ(readFile(logPath()), "altes Protokoll\n");
     EXPECT_EQ(context->errorCount, 0) << (errorLines.size() > 6 ? errorLines[7] : "");
-    EXPECT_FALSE(filekit::fs::exists(logPath()));
     EXPECT_TRUE(boxes().empty()) << boxes().front();
+    EXPECT_EQ(runCode, runcode::done);
     std::size_t records = 0;
     for (const cSysVar* v = context->varList.first; v; v = v->next, ++records) {
         EXPECT_FALSE(v->description.empty()) << v->name;
@@ -159,29 +155,35 @@ TEST_F(LoadStep, FileThatCannotBeOpenedGivesItsBoxAlone) {
               Lines{"BOX error: RT·VarDesk - Fehler: " + folder() + "test.avl  kann nicht geladen werden!"});
     EXPECT_FALSE(filekit::fs::exists(logPath()));
     EXPECT_EQ(context->errorCount, 0);
+    EXPECT_EQ(errorLines, headBlockAnd()) << "the reader reports nothing";
     EXPECT_EQ(context->varList.first, nullptr);
 }
 
-TEST_F(LoadStep, LaterRunReadsTheValuesAgainAndNothingElse) {
+TEST_F(LoadStep, LaterRunReadsOnlyTheValuesAndANewDescriptionFileStartsTheLogAnew) {
     writeFile("test.avl", "1#LTSCALE#+-#Linientypfaktor\n1#OSMODE#+-#Objektfang\n");
     run();
     ASSERT_TRUE(filekit::fs::remove(logPath()));
     const int count = context->errorCount;
+    ASSERT_GT(count, 0);
     ASSERT_TRUE(cadhost::HostSession::instance().setVariableText("LTSCALE", "3.5"));
+    // The report lines of a user list never reach the log.
+    writeFile("liste.var", "LTSCALE#" + std::string(40000, '1') + "\n");
+    context->varList.userDirectory = folder();
+    context->varList.userFileName = "liste.var";
+    ReportList report;
+    EXPECT_EQ(context->varList.readUserFile(report), 1);
+    EXPECT_EQ(report.size(), 1u);
     boxes().clear();
     run();
     EXPECT_EQ(context->varList.findName("LTSCALE")->currentText, "3.5000");
     EXPECT_EQ(context->errorCount, count);
     EXPECT_FALSE(filekit::fs::exists(logPath()));
+    EXPECT_TRUE(errorLines.empty());
     EXPECT_TRUE(boxes().empty());
     EXPECT_EQ(runCode, runcode::done);
-}
 
-TEST_F(LoadStep, NewDescriptionFileStartsTheLogAnew) {
-    writeFile("test.avl", "1#LTSCALE#+-#Linientypfaktor\n");
-    run();
-    ASSERT_GT(context->errorCount, 0);
     // As after the user chose another file: the list is emptied and the count reset.
+    writeFile("VarDesk.err", "altes Protokoll\n");
     context->varList.clearAll();
     context->errorCount = 0;
     writeFile("neu.avl", "1#OSMODE#+-#Objektfang\nkaputt\n");
@@ -190,7 +192,7 @@ TEST_F(LoadStep, NewDescriptionFileStartsTheLogAnew) {
     run();
     const Lines expected =
         headBlockAnd({"Fehler beim Laden von neu.avl", "Fehler 1: zu wenig Argumente in Zeile 2   : kaputt"});
-    const Lines written = log();
+    const Lines written = linesOf(readFile(logPath()));
     ASSERT_GE(written.size(), expected.size());
     EXPECT_EQ(Lines(written.begin(), written.begin() + expected.size()), expected);
 }
@@ -206,35 +208,9 @@ TEST_F(LoadStep, LogThatCannotBeWrittenStaysInMemoryAndTheQuestionComes) {
     EXPECT_EQ(errorLines.front(), "Fehlerprotokoll");
 }
 
-TEST_F(LoadStep, ReportedLinesOfAUserListNeverReachTheLog) {
-    writeFile("test.avl", describeHost({"OSMODE"}));
-    run();
-    const std::string before = readFile(logPath());
-    writeFile("liste.var", "LTSCALE#" + std::string(40000, '1') + "\n");
-    context->varList.userDirectory = folder();
-    context->varList.userFileName = "liste.var";
-    ReportList report;
-    EXPECT_EQ(context->varList.readUserFile(report), 1);
-    EXPECT_EQ(report.size(), 1u);
-    run();
-    EXPECT_EQ(readFile(logPath()), before);
-    EXPECT_TRUE(errorLines.empty());
-}
-
-TEST(ErrorLogFile, WritesEveryLineAndEmptiesTheList) {
-    const auto dir = filekit::fs::temp_directory_path() / "vardesk-errorlog-write";
-    filekit::fs::create_directories(dir);
-    ReportList lines = {"Fehlerprotokoll", "", "Zeile mit Umlaut: ä"};
-    EXPECT_TRUE(writeErrorLog(lines, dir.string() + "/", "VarDesk"));
-    EXPECT_TRUE(lines.empty());
-    EXPECT_EQ(readFile(dir / "VarDesk.err"), "Fehlerprotokoll\n\nZeile mit Umlaut: ä\n");
-    EXPECT_TRUE(writeErrorLog(lines, dir.string() + "/", "VarDesk"));
-    EXPECT_EQ(readFile(dir / "VarDesk.err"), "") << "each writing replaces the whole file";
-    filekit::fs::remove_all(dir);
-}
-
 using ShowErrorLogTest = filekit::FileTest;
 
+// The codes of a program that is missing or no program: see the file commands' tests.
 TEST_F(ShowErrorLogTest, ResultCodesOfTheStartBecomeBoxes) {
     gContext.userIniFile = "/home/anna/.kova/VarDesk.ini";
     cDocCntx context(nullptr);
@@ -242,10 +218,6 @@ TEST_F(ShowErrorLogTest, ResultCodesOfTheStartBecomeBoxes) {
     const std::string box = "BOX error: RT·VarDesk - Fehler: ";
     const std::pair<int, std::string> cases[] = {
         {kova::ExecResult::OutOfMemory, box + "Zu wenig Speicher verfügbar"},
-        {kova::ExecResult::FileNotFound, box + "/opt/edit nicht gefunden"},
-        {kova::ExecResult::PathNotFound, box + "/opt/edit nicht gefunden"},
-        {kova::ExecResult::BadFormat, box + "/opt/edit ist keine ausführbare Datei"},
-        {-1, box + "/opt/edit nicht gefunden"}, // the program is checked for real
         {5, ""},
         {kova::ExecResult::Started, ""},
     };

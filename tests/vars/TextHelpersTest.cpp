@@ -9,13 +9,14 @@
 namespace {
 
 const std::string kUmlaut = "\xC3\xA4";        // ä
+const std::string kSharpS = "\xC3\x9F";        // ß
 const std::string kEuro = "\xE2\x82\xAC";      // €
 const std::string kGrin = "\xF0\x9F\x98\x80";  // 😀
 const std::string kWideSpace = "\xE3\x80\x80"; // U+3000
 using Words = std::vector<std::string>;
 
-TEST(TextHelpers, TrimsWhiteSpaceAtEitherEnd) {
-    const Words cases[] = {
+TEST(TextHelpers, TrimAndUpperCaseStepOverWholeCharacters) {
+    const Words trims[] = {
         // input, trimLeft, trimRight, trimBoth
         {"", "", "", ""},
         {"   ", "", "", ""},
@@ -25,34 +26,25 @@ TEST(TextHelpers, TrimsWhiteSpaceAtEitherEnd) {
         {kGrin + "  ", kGrin + "  ", kGrin, kGrin},
         {"\xA0 a \xA0", "\xA0 a \xA0", "\xA0 a \xA0", "\xA0 a \xA0"}, // stray bytes are no blanks
     };
-    for (const Words& c : cases) {
+    for (const Words& c : trims) {
         std::string l = c[0], r = c[0], b = c[0];
         EXPECT_EQ((Words{c[0], trimLeft(l), trimRight(r), trimBoth(b)}), c) << "input [" << c[0] << "]";
     }
-}
-
-TEST(TextHelpers, UpperCaseStepsOverWholeCharacters) {
-    const std::pair<std::string, std::string> cases[] = {
+    const std::pair<std::string, std::string> uppers[] = {
         {"abc xyz", "ABC XYZ"},
         {"\xC3\xA4\xC3\xB6\xC3\xBC", "\xC3\x84\xC3\x96\xC3\x9C"}, // äöü -> ÄÖÜ
-        {"stra\xC3\x9F"
-         "e",
-         "STRA\xC3\x9F"
-         "E"}, // ß has no one-to-one upper form
+        {"stra" + kSharpS + "e", "STRA" + kSharpS + "E"},         // ß has no one-to-one upper form
         {kEuro + kGrin + "q", kEuro + kGrin + "Q"},
-        {"a\xFF"
-         "b\xC3",
-         "A\xFF"
-         "B\xC3"}, // invalid bytes stay, neighbours still change
+        {"a\xFF" + std::string("b\xC3"), "A\xFF" + std::string("B\xC3")}, // invalid bytes stay
         {"", ""},
     };
-    for (const auto& [input, expected] : cases) {
+    for (const auto& [input, expected] : uppers) {
         std::string text = input;
         EXPECT_EQ(upperCase(text), expected) << "input [" << input << "]";
     }
 }
 
-TEST(TextHelpers, RemoveAndReplaceCharNeverTouchBytesInsideACharacter) {
+TEST(TextHelpers, RemoveReplaceAndFindNeverTouchBytesInsideACharacter) {
     // ä is C3 A4, € is E2 82 AC: their inner bytes must survive removal of the same byte value.
     std::string text = "a" + kUmlaut + kEuro + "\xA4" + "b";
     removeChar(text, '\xA4');
@@ -70,19 +62,17 @@ TEST(TextHelpers, RemoveAndReplaceCharNeverTouchBytesInsideACharacter) {
     EXPECT_EQ(replaceChar(empty, ',', ' '), 0);
     EXPECT_EQ(replaceChar(inner, '\x82', 'x'), 0);
     EXPECT_EQ(inner, kEuro);
-}
 
-TEST(TextHelpers, FindCharWalksWholeCharactersFromTheStart) {
-    const std::string text = "a#" + kUmlaut + "#"; // '#' at bytes 1 and 4
-    EXPECT_EQ(findChar(text, '#'), 1);
-    EXPECT_EQ(findChar(text, '#', 2), 4);
-    EXPECT_EQ(findChar(text, '#', 5), -1) << "start at the end";
-    EXPECT_EQ(findChar(text, '#', -1), -1);
-    EXPECT_EQ(findChar(text, '\xA4'), -1) << "trail byte of a character";
+    const std::string hashes = "a#" + kUmlaut + "#"; // '#' at bytes 1 and 4
+    EXPECT_EQ(findChar(hashes, '#'), 1);
+    EXPECT_EQ(findChar(hashes, '#', 2), 4);
+    EXPECT_EQ(findChar(hashes, '#', 5), -1) << "start at the end";
+    EXPECT_EQ(findChar(hashes, '#', -1), -1);
+    EXPECT_EQ(findChar(hashes, '\xA4'), -1) << "trail byte of a character";
     EXPECT_EQ(findChar("", '#'), -1);
 }
 
-TEST(TextHelpers, LeftAndMidCutAtCharacterBoundaries) {
+TEST(TextHelpers, LeftAndMidCutAtCharacterBoundariesAndCompareIsByteOrder) {
     EXPECT_EQ(left("abc", 2), "ab");
     EXPECT_EQ(left("abc", 10), "abc");
     EXPECT_EQ(left("abc", 0), "");
@@ -97,9 +87,7 @@ TEST(TextHelpers, LeftAndMidCutAtCharacterBoundaries) {
     EXPECT_EQ(mid(kUmlaut + kEuro + kGrin, 2, 3), kEuro);
     EXPECT_EQ(mid(kUmlaut + kEuro + kGrin, 2), kEuro + kGrin);
     EXPECT_EQ(mid(kGrin + "x", 4, 1), "x");
-}
 
-TEST(TextHelpers, CompareTextIsByteOrderWithCase) {
     EXPECT_LT(compareText("A", "B"), 0);
     EXPECT_LT(compareText("B", "a"), 0) << "upper case sorts before lower case";
     EXPECT_LT(compareText("Z", kUmlaut), 0) << "multi-byte characters sort after ASCII";
@@ -114,12 +102,7 @@ TEST(TextHelpers, SplitFieldsCountsHashesPlusOne) {
         {"abc", {"1", "abc", "", "", ""}},
         {"", {"1", "", "", "", ""}},
         {"a#", {"2", "a", "", "", ""}},
-        {"0#Bema\xC3\x9F"
-         "ung#3",
-         {"3", "0",
-          "Bema\xC3\x9F"
-          "ung",
-          "3", ""}},
+        {"0#Bema" + kSharpS + "ung#3", {"3", "0", "Bema" + kSharpS + "ung", "3", ""}},
         {" 3 # zweite # -+ # Text ", {"4", " 3 ", " zweite ", " -+ ", " Text "}},
         {"a#b#c#d#e#f", {"6", "a", "b", "c", "d"}},
         {"##", {"3", "", "", "", ""}},

@@ -54,56 +54,30 @@ protected:
     ReportList report;
 };
 
-TEST_F(UserListFile, WritesChosenRecordsPaddedInNameOrder) {
-    edit({{"OSMODE", "37"},
-          {"LTSCALE", "2.5"},
-          {"INSBASE", "1 2 3"},
-          {"LIMMAX", "10,20"},
-          {"CLAYER", "Wände"}});
-    var("DWGNAME").setInUserList(); // no new value: the current one is written
-    ASSERT_TRUE(list.writeUserFile(folder(), "out.var", false));
-    const Lines expected = {
-        padded("CLAYER", "\"Wände\""),
-        padded("DWGNAME", var("DWGNAME").currentText),
-        padded("INSBASE", "1.0000 2.0000 3.0000"),
-        padded("LIMMAX", "10.0000 20.0000"),
-        padded("LTSCALE", "2.5000"),
-        padded("OSMODE", "37"),
-    };
-    EXPECT_EQ(linesOf(readFile(dir / "out.var")), expected);
-    EXPECT_EQ(expected[0], "CLAYER                   #\"Wände\"");
-    EXPECT_TRUE(boxes().empty());
-
-    var("LTSCALE").setSelected();
-    ASSERT_TRUE(list.writeUserFile(folder(), "sel.var", true));
-    EXPECT_EQ(readFile(dir / "sel.var"), padded("LTSCALE", "2.5000") + "\n") << "the selection alone";
-}
-
-TEST_F(UserListFile, LongNamesAreNotCut) {
-    const std::string names[] = {"ABCDEFGHIJKLMNOPQRSTUVWXY", "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234"};
-    cSysVarList own;
-    for (const std::string& name : names) {
-        ASSERT_TRUE(own.addVariable("1", name, "+-", "", 1));
-        own.findName(name)->setInUserList();
-    }
-    ASSERT_TRUE(own.writeUserFile(folder(), "lang.var", false));
-    EXPECT_EQ(linesOf(readFile(dir / "lang.var")),
-              (Lines{"ABCDEFGHIJKLMNOPQRSTUVWXY#", "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234#"}));
-    own.clearAllNewValues();
-    own.userDirectory = folder();
-    own.userFileName = "lang.var";
-    EXPECT_EQ(own.readUserFile(report), 1);
-    for (const std::string& name : names)
-        EXPECT_TRUE(own.findName(name)->inUserList()) << name;
-}
-
-TEST_F(UserListFile, RoundTripGivesTheSameNewTexts) {
+TEST_F(UserListFile, WritesChosenRecordsPaddedInNameOrderAndReadsThemBack) {
     edit({{"OSMODE", "4133"},
           {"LTSCALE", "0.125"},
           {"INSBASE", "-1 2.5 1e3"},
-          {"LIMMAX", "420 297"},
-          {"CLAYER", "Achsen"},
+          {"LIMMAX", "10,20"},
+          {"CLAYER", "W\xC3\xA4nde"},
           {"HPMAXLINES", "250000"}});
+    var("DWGNAME").setInUserList(); // no new value: the current one is written
+    ASSERT_TRUE(list.writeUserFile(folder(), "out.var", false));
+    EXPECT_EQ(linesOf(readFile(dir / "out.var")), (Lines{
+                                                      "CLAYER                   #\"W\xC3\xA4nde\"",
+                                                      padded("DWGNAME", var("DWGNAME").currentText),
+                                                      padded("HPMAXLINES", "250000"),
+                                                      padded("INSBASE", "-1.0000 2.5000 1000.0000"),
+                                                      padded("LIMMAX", "10.0000 20.0000"),
+                                                      padded("LTSCALE", "0.1250"),
+                                                      padded("OSMODE", "4133"),
+                                                  }));
+    EXPECT_TRUE(boxes().empty());
+    var("LTSCALE").setSelected();
+    ASSERT_TRUE(list.writeUserFile(folder(), "sel.var", true));
+    EXPECT_EQ(readFile(dir / "sel.var"), padded("LTSCALE", "0.1250") + "\n") << "the selection alone";
+
+    var("DWGNAME").clearInUserList();
     auto newTexts = [this] {
         std::vector<std::pair<std::string, std::string>> texts;
         for (cSysVar* v = list.first; v; v = v->next) {
@@ -125,6 +99,24 @@ TEST_F(UserListFile, RoundTripGivesTheSameNewTexts) {
         EXPECT_TRUE(report.empty());
         EXPECT_EQ(newTexts(), before);
     }
+}
+
+TEST_F(UserListFile, LongNamesAreNotCut) {
+    const std::string names[] = {"ABCDEFGHIJKLMNOPQRSTUVWXY", "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234"};
+    cSysVarList own;
+    for (const std::string& name : names) {
+        ASSERT_TRUE(own.addVariable("1", name, "+-", "", 1));
+        own.findName(name)->setInUserList();
+    }
+    ASSERT_TRUE(own.writeUserFile(folder(), "lang.var", false));
+    EXPECT_EQ(linesOf(readFile(dir / "lang.var")),
+              (Lines{"ABCDEFGHIJKLMNOPQRSTUVWXY#", "ABCDEFGHIJKLMNOPQRSTUVWXYZ1234#"}));
+    own.clearAllNewValues();
+    own.userDirectory = folder();
+    own.userFileName = "lang.var";
+    EXPECT_EQ(own.readUserFile(report), 1);
+    for (const std::string& name : names)
+        EXPECT_TRUE(own.findName(name)->inUserList()) << name;
 }
 
 TEST_F(UserListFile, ReaderGrammarIsFree) {
@@ -182,40 +174,38 @@ TEST_F(UserListFile, UnknownNamesAreCountedAndNotReported) {
     EXPECT_TRUE(var("LTSCALE").newText.empty()) << "a record the file does not name is left alone";
 }
 
-TEST_F(UserListFile, OverlongLinesAndBinaryFilesAreSurvived) {
+TEST_F(UserListFile, BadFilesAreReadWithoutHarm) {
     EXPECT_EQ(read("CLAYER#" + std::string(100000, '7') + "\nOSMODE#5\n"), 1);
     EXPECT_EQ(report, ReportList{"I/O-Fehler beim Lesen in Zeile 1."});
     EXPECT_EQ(var("CLAYER").newText.size(), kMaxLineBytes - 7 + 2);
     EXPECT_EQ(var("OSMODE").newText, "5");
     EXPECT_GE(read(filekit::randomBytes(99, 100000) + "\nOSMODE#7"), 1);
     EXPECT_EQ(var("OSMODE").newText, "7");
-}
-
-TEST_F(UserListFile, FilesThatCannotBeOpenedShowTheirBox) {
-    EXPECT_EQ(read("", "fehlt.var"), 0);
-    EXPECT_FALSE(list.writeUserFile(folder() + "kein/ordner/", "x.var", false));
-    const std::string box = "BOX error: RT·VarDesk - Fehler: ";
-    EXPECT_EQ(boxes(), (Lines{box + folder() + "fehlt.var kann nicht geladen werden!",
-                              box + folder() + "kein/ordner/x.var kann nicht geladen werden!"}));
+    report.clear();
+    EXPECT_EQ(read("\xff\xfe#1\nCLAYER#\"\xc3(\xe2\x82\"\nOSMODE#\xf0\x9f\n"), 2) << "one unknown name";
+    EXPECT_EQ(var("CLAYER").newText, "\"\xc3(\xe2\x82\"") << "bytes are taken as they stand";
     EXPECT_TRUE(report.empty());
+    writeFile("leer.var", "");
+    list.clearAllNewValues();
+    EXPECT_EQ(read("", "leer.var"), 1);
+    EXPECT_FALSE(list.hasUserEntries());
+    EXPECT_TRUE(boxes().empty());
 }
 
-TEST_F(UserListFile, FolderInPlaceOfTheFileIsAFatalReadError) {
+// A file that cannot be opened or made: see the file commands' tests.
+TEST_F(UserListFile, FatalReadAndWriteErrorsShowTheirBox) {
+    const std::string box = "BOX error: RT·VarDesk - Fehler: ";
     filekit::fs::create_directory(dir / "ordner.var");
     EXPECT_EQ(read("", "ordner.var"), 0);
     EXPECT_EQ(report, ReportList{"Fataler I/O-Fehler beim Lesen von 'ordner.var'."});
-    EXPECT_EQ(
-        boxes(),
-        Lines{"BOX error: RT·VarDesk - Fehler: Fataler I/O-Fehler beim Lesen von 'ordner.var'.Abbruch"});
-}
+    EXPECT_EQ(boxes(), Lines{box + "Fataler I/O-Fehler beim Lesen von 'ordner.var'.Abbruch"});
 
-TEST_F(UserListFile, FullDiskIsAFatalWriteError) {
     if (!filekit::fs::exists("/dev/full"))
         GTEST_SKIP() << "no /dev/full";
+    boxes().clear();
     edit({{"OSMODE", "37"}});
     EXPECT_FALSE(list.writeUserFile("/dev/", "full", false));
-    EXPECT_EQ(boxes(),
-              Lines{"BOX error: RT·VarDesk - Fehler: Fataler I/O-Fehler beim Schreiben von 'full'.Abbruch"});
+    EXPECT_EQ(boxes(), Lines{box + "Fataler I/O-Fehler beim Schreiben von 'full'.Abbruch"});
 }
 
 TEST_F(UserListFile, ResultOfAReadBecomesItsBoxes) {

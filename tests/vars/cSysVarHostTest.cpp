@@ -10,17 +10,6 @@ namespace {
 class SysVarHost : public filekit::HostFixture {
 protected:
     cSysVarList list; // precision 4, blank separator
-    cSysVar v{&list};
-
-    // Names the record, reads it from the host and, with a text, marks that text to be set.
-    void prepare(const char* name, const char* text = nullptr) {
-        v.name = name;
-        ASSERT_TRUE(v.readFromHost()) << name;
-        if (text) {
-            ASSERT_TRUE(v.applyEditText(text)) << name;
-            v.setMarkedToSet();
-        }
-    }
     static resbuf value(short type, double x, double y = 0, double z = 0) {
         resbuf rb{};
         rb.restype = type;
@@ -55,23 +44,66 @@ TEST_F(SysVarHost, ReadsEveryValueTypeAsText) {
     }
 }
 
-TEST_F(SysVarHost, StringValuesAreQuotedAndReplacedOnEachRead) {
-    v.name = "CLAYER";
-    ASSERT_TRUE(v.applyEditText("x")); // no type yet: nothing is parsed, no text is made
-    EXPECT_TRUE(v.newText.empty());
-    prepare("CLAYER", "Bema\xC3\x9Fung \xE2\x82\xAC \"neu\"");
-    ASSERT_EQ(v.valueType, vartype::string);
-    EXPECT_EQ(v.newText, "\"Bema\xC3\x9Fung \xE2\x82\xAC neu\"");
-    ASSERT_TRUE(v.writeToHost());
-    EXPECT_TRUE(v.setSucceeded());
-    ASSERT_TRUE(v.readFromHost());
-    EXPECT_EQ(v.currentText, "\"Bema\xC3\x9Fung \xE2\x82\xAC neu\"");
-    EXPECT_EQ(v.compareColour, kColourEqual);
-    ASSERT_TRUE(v.readFromHost()); // the held string is freed and replaced
-    EXPECT_EQ(v.currentText, v.newText);
+TEST_F(SysVarHost, WriteSendsOnlyMarkedNewTextsAndTheNextReadShowsTheHostsAnswer) {
+    ASSERT_EQ(setShort("OSMODE", 1), RTNORM);
+    ASSERT_EQ(setShort("SAVETIME", 10), RTNORM);
+    cSysVar untyped{&list};
+    untyped.name = "CLAYER";
+    ASSERT_TRUE(untyped.applyEditText("x")); // no type yet: nothing is parsed, no text is made
+    EXPECT_TRUE(untyped.newText.empty());
+    struct Case {
+        const char* name;
+        const char* text; // empty: no new text
+        bool marked, sent, refused;
+        std::string after;
+        std::uint32_t colour; // 0: not compared
+    };
+    const Case cases[] = {
+        {"OSMODE", "", true, false, false, "1", 0},
+        {"OSMODE", "33", false, false, false, "1", kColourDiffers},
+        {"OSMODE", "33", true, true, false, "33", kColourEqual},
+        {"SAVETIME", "601", true, false, true, "10", kColourDiffers},  // refused
+        {"ANGBASE", "7", true, true, false, "0.7168", kColourDiffers}, // changed on the way
+        // A string is quoted, and the held one is freed and replaced on each read.
+        {"CLAYER", "Bema\xC3\x9Fung \xE2\x82\xAC \"neu\"", true, true, false,
+         "\"Bema\xC3\x9Fung \xE2\x82\xAC neu\"", kColourEqual},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.name) + " [" + c.text + "]" + (c.marked ? " marked" : ""));
+        cSysVar v{&list};
+        v.name = c.name;
+        ASSERT_TRUE(v.readFromHost());
+        if (*c.text) {
+            ASSERT_TRUE(v.applyEditText(c.text));
+        }
+        if (c.marked)
+            v.setMarkedToSet();
+        EXPECT_EQ(v.writeToHost(), c.sent);
+        EXPECT_EQ(v.setSucceeded(), c.sent);
+        EXPECT_EQ(v.setFailed(), c.refused);
+        EXPECT_EQ(v.isMarkedToSet(), c.marked) << "left to the caller";
+        ASSERT_TRUE(v.readFromHost());
+        EXPECT_EQ(v.currentText, c.after);
+        if (c.colour) {
+            EXPECT_EQ(v.compareColour, c.colour);
+        }
+    }
+
+    cSysVar viewctr{&list}; // a read-only record with a value from a file is never sent
+    viewctr.name = "VIEWCTR";
+    ASSERT_TRUE(viewctr.readFromHost());
+    const std::string before = viewctr.currentText;
+    viewctr.setReadOnly();
+    ASSERT_TRUE(viewctr.applyFileText("1 2 3"));
+    viewctr.setMarkedToSet();
+    EXPECT_FALSE(viewctr.writeToHost());
+    EXPECT_FALSE(viewctr.setFailed());
+    ASSERT_TRUE(viewctr.readFromHost());
+    EXPECT_EQ(viewctr.currentText, before);
 }
 
 TEST_F(SysVarHost, UnknownVariableIsUnreadableAndKeepsItsText) {
+    cSysVar v{&list};
     v.name = "NOSUCHVAR";
     v.currentText = "7";
     v.valueType = vartype::integer;
@@ -94,54 +126,6 @@ TEST_F(SysVarHost, UnknownVariableIsUnreadableAndKeepsItsText) {
     known.name = "OSMODE";
     EXPECT_TRUE(known.readFromHost());
     EXPECT_TRUE(known.isUnreadable()) << "never cleared";
-}
-
-TEST_F(SysVarHost, WriteSetsOnlyMarkedRecordsWithANewText) {
-    ASSERT_EQ(setShort("OSMODE", 1), RTNORM);
-    prepare("OSMODE");
-    EXPECT_FALSE(v.writeToHost()) << "no new text";
-    ASSERT_TRUE(v.applyEditText("33"));
-    EXPECT_FALSE(v.writeToHost()) << "not marked";
-    EXPECT_FALSE(v.setSucceeded());
-    v.setMarkedToSet();
-    EXPECT_TRUE(v.writeToHost());
-    EXPECT_TRUE(v.setSucceeded());
-    EXPECT_TRUE(v.isMarkedToSet()) << "left to the caller";
-    ASSERT_TRUE(v.readFromHost());
-    EXPECT_EQ(v.currentText, "33");
-    EXPECT_EQ(v.compareColour, kColourEqual);
-}
-
-TEST_F(SysVarHost, RefusedValueSetsFailedAndLeavesTheHostAlone) {
-    ASSERT_EQ(setShort("SAVETIME", 10), RTNORM);
-    prepare("SAVETIME", "601");
-    EXPECT_FALSE(v.writeToHost());
-    EXPECT_TRUE(v.setFailed());
-    EXPECT_FALSE(v.setSucceeded());
-    ASSERT_TRUE(v.readFromHost());
-    EXPECT_EQ(v.currentText, "10");
-    EXPECT_EQ(v.compareColour, kColourDiffers);
-}
-
-TEST_F(SysVarHost, ValueTheHostRoundsComparesAsDifferent) {
-    prepare("ANGBASE", "7");
-    ASSERT_TRUE(v.writeToHost());
-    ASSERT_TRUE(v.readFromHost());
-    EXPECT_EQ(v.currentText, "0.7168");
-    EXPECT_EQ(v.newText, "7.0000");
-    EXPECT_EQ(v.compareColour, kColourDiffers);
-}
-
-TEST_F(SysVarHost, ReadOnlyRecordWithFileValueIsNeverSent) {
-    prepare("VIEWCTR");
-    const std::string before = v.currentText;
-    v.setReadOnly();
-    ASSERT_TRUE(v.applyFileText("1 2 3"));
-    v.setMarkedToSet();
-    EXPECT_FALSE(v.writeToHost());
-    EXPECT_FALSE(v.setFailed());
-    ASSERT_TRUE(v.readFromHost());
-    EXPECT_EQ(v.currentText, before);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-// Tests of cSysVarList: insertion order, user-list state, bulk host reads and writes, load checks.
+// Tests of cSysVarList and cThemeList: insertion orders, user-list state, bulk host reads and
+// writes, the load checks, and the result codes and walk of the themes.
 #include "VarsTestKit.h"
 
 #include "settings/cMsgCatalog.h"
@@ -10,6 +11,7 @@ namespace {
 
 using filekit::chainNames;
 using Names = std::vector<std::string>;
+const std::string kTitle = "Bema\xC3\x9Fung";
 
 TEST(SysVarList, AnyInputOrderGivesTheSameChain) {
     Names input = {"OSMODE", "ANGBASE", "\xC3\x84RGER", "CLAYER", "Z", "AUNITS"};
@@ -42,19 +44,17 @@ TEST(SysVarList, EqualNamesKeepTheOrderOfTheFileAndFailedAddsChangeNothing) {
         lines.push_back(v->sourceLine);
     EXPECT_EQ(lines, (std::vector<int>{2, 3, 4, 1}));
     EXPECT_EQ(list.findName("A")->description, "first");
+    EXPECT_TRUE(list.containsName("B"));
+    for (const char* other : {"b", "B ", "AB", ""})
+        EXPECT_FALSE(list.containsName(other)) << "containsName is exact: [" << other << "]";
 }
 
-TEST(SysVarList, ContainsNameIsExact) {
+TEST(SysVarList, ClearingSelectionNewValuesAndAllKeepsWhatEachLeaves) {
     cSysVarList list;
-    ASSERT_TRUE(list.addVariable("1", "OSMODE", "+-", "", 1));
-    EXPECT_TRUE(list.containsName("OSMODE"));
-    for (const char* other : {"osmode", "OSMODE ", "OSMOD"})
-        EXPECT_FALSE(list.containsName(other)) << other;
-    EXPECT_FALSE(cSysVarList().containsName(""));
-}
-
-TEST(SysVarList, ClearingNewValuesEndsUserListAndSelection) {
-    cSysVarList list;
+    list.avlDirectory = "/d/";
+    list.avlFileName = "VarDesk.avl";
+    list.userDirectory = "/u/";
+    list.userFileName = "x.var";
     for (const char* name : {"A", "B", "C"})
         ASSERT_TRUE(list.addVariable("1", name, "+-", "", 1));
     EXPECT_FALSE(list.hasUserEntries());
@@ -72,21 +72,69 @@ TEST(SysVarList, ClearingNewValuesEndsUserListAndSelection) {
     EXPECT_FALSE(list.hasUserEntries()) << "whatever isMarkedToSet says";
     for (const cSysVar* v = list.first; v; v = v->next)
         EXPECT_TRUE(v->newText.empty() && v->isMarkedToSet()) << v->name;
-}
 
-TEST(SysVarList, ClearAllKeepsTheFileNames) {
-    cSysVarList list;
-    list.avlDirectory = "/d/";
-    list.avlFileName = "VarDesk.avl";
-    list.userDirectory = "/u/";
-    list.userFileName = "x.var";
-    ASSERT_TRUE(list.addVariable("1", "A", "+-", "", 1));
     ASSERT_EQ(list.themes.addTheme(1, "T"), 0);
     list.clearAll();
     EXPECT_EQ(list.first, nullptr);
     EXPECT_EQ(list.themes.first, nullptr);
     EXPECT_EQ(list.avlDirectory + list.avlFileName + list.userDirectory + list.userFileName,
               "/d/VarDesk.avl/u/x.var");
+}
+
+TEST(ThemeList, AddThemeResultCodesInTheOrderOfTheTests) {
+    cThemeList themes;
+    ASSERT_EQ(themes.addTheme(3, kTitle), themeresult::inserted);
+    const std::tuple<int, std::string, int> cases[] = {
+        {0, "", themeresult::badIndex},
+        {0, "Neu", themeresult::badIndex},
+        {5, "", themeresult::noName},
+        {3, "", themeresult::noName},
+        {3, "Anderes", themeresult::indexInUse},
+        {3, kTitle, themeresult::indexInUse},
+        {9, kTitle, themeresult::nameInUse},
+        {9, "  " + kTitle + " ", themeresult::nameInUse},
+        {9, "bema\xC3\x9Fung", themeresult::inserted}, // case makes it a new theme
+        {-4, "Negativ", themeresult::inserted},
+        {7, "   ", themeresult::inserted}, // blanks alone pass and are stored empty
+        {8, " ", themeresult::nameInUse},
+    };
+    for (const auto& [index, name, code] : cases)
+        EXPECT_EQ(themes.addTheme(index, name), code) << index << " [" << name << "]";
+    Names names;
+    for (const cTheme* t = themes.first; t; t = t->next)
+        names.push_back(t->name);
+    EXPECT_EQ(names, (Names{"", kTitle, "Negativ", "bema\xC3\x9Fung"}));
+}
+
+TEST(ThemeList, WalkGoesByTitleAndLookupsAreExact) {
+    cThemeList themes;
+    EXPECT_EQ(themes.firstThemeIndex(), 0);
+    ASSERT_EQ(themes.addTheme(1, "Zeichnen"), 0);
+    ASSERT_EQ(themes.addTheme(20, "Anzeige"), 0);
+    ASSERT_EQ(themes.addTheme(5, "\xC3\x84nderung"), 0); // Ä sorts after all ASCII
+    ASSERT_EQ(themes.addTheme(7, " Ma\xC3\x9F "), 0);
+    ASSERT_EQ(themes.addTheme(-2, "Minus"), 0);
+    std::vector<int> walk;
+    for (int i = themes.firstThemeIndex(); i != 0; i = themes.themeIndexAfter(i))
+        walk.push_back(i);
+    EXPECT_EQ(walk, (std::vector<int>{20, 7, -2, 1, 5}));
+    EXPECT_EQ(themes.themeIndexAfter(99), 0) << "unknown index";
+
+    EXPECT_TRUE(themes.hasThemeIndex(-2));
+    EXPECT_FALSE(themes.hasThemeIndex(4));
+    EXPECT_TRUE(themes.hasThemeName("Ma\xC3\x9F"));
+    EXPECT_FALSE(themes.hasThemeName("ma\xC3\x9F"));
+    EXPECT_FALSE(themes.hasThemeName(" Ma\xC3\x9F "));
+    std::string out = "old";
+    EXPECT_EQ(themes.themeNameOf(out, 7), 7);
+    EXPECT_EQ(out, "Ma\xC3\x9F");
+    for (int index : {0, -2, 4}) {
+        out = "old";
+        EXPECT_EQ(themes.themeNameOf(out, index), 0) << index;
+        EXPECT_TRUE(out.empty()) << index;
+    }
+    themes.clear();
+    EXPECT_FALSE(themes.hasThemeIndex(1));
 }
 
 class SysVarListHost : public filekit::HostFixture {
@@ -161,28 +209,6 @@ TEST_F(SysVarListHost, FirstReadProbesChangeableRecordsOnce) {
     EXPECT_FALSE(osmode->isReadOnly());
 }
 
-TEST_F(SysVarListHost, WriteMarkedSendsOnlyMarkedRecordsAndReadAllShowsTheResult) {
-    add({{"FILEDIA", "+-"}, {"ORTHOMODE", "+-"}, {"SAVETIME", "+-"}});
-    ASSERT_EQ(setShort("ORTHOMODE", 0), RTNORM);
-    ASSERT_EQ(setShort("SAVETIME", 10), RTNORM);
-    ASSERT_EQ(setShort("FILEDIA", 1), RTNORM);
-    list.readAllFromHost();
-    for (const auto& [name, text] : {std::pair{"ORTHOMODE", "1"}, {"SAVETIME", "900"}, {"FILEDIA", "0"}})
-        ASSERT_TRUE(find(name)->applyEditText(text)) << name;
-    find("ORTHOMODE")->setMarkedToSet();
-    find("SAVETIME")->setMarkedToSet();
-    EXPECT_TRUE(list.writeMarkedToHost());
-    list.readAllFromHost();
-    const cSysVar* ortho = find("ORTHOMODE");
-    const cSysVar* save = find("SAVETIME");
-    const cSysVar* dia = find("FILEDIA");
-    EXPECT_TRUE(ortho->setSucceeded());
-    EXPECT_EQ(ortho->currentText, "1");
-    EXPECT_TRUE(save->setFailed());
-    EXPECT_EQ(save->currentText, "10");
-    EXPECT_FALSE(dia->setSucceeded() || dia->setFailed());
-    EXPECT_EQ(dia->currentText, "1");
-    EXPECT_EQ(dia->compareColour, kColourDiffers);
-}
+// Writing the marked records and reading all back: see the variable commands' tests.
 
 } // namespace

@@ -1,4 +1,5 @@
-// One QApplication for every test of the program, created before the first test runs.
+// One QApplication for every test of a test program that needs widgets, created before the
+// first test runs. Linked into each such program.
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -14,7 +15,7 @@ public:
         if (!std::getenv("QT_QPA_PLATFORM"))
             setenv("QT_QPA_PLATFORM", "offscreen", 1);
         static int argc = 1;
-        static char name[] = "app_tests";
+        static char name[] = "vardesk_tests";
         static char* argv[] = {name, nullptr};
         m_app = std::make_unique<QApplication>(argc, argv);
         QApplication::setQuitOnLastWindowClosed(false);
