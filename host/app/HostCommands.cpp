@@ -9,14 +9,14 @@ namespace cadhost {
 
 namespace {
 
-struct CommandSpec {
+struct CommandForm {
     const char* name;
     size_t minArgs;
     size_t maxArgs;
     const char* usage;
 };
 
-constexpr CommandSpec kCommands[] = {
+constexpr CommandForm kCommands[] = {
     {"NEW", 0, 1, "NEW [path]"},
     {"OPEN", 1, 1, "OPEN path"},
     {"SAVE", 0, 1, "SAVE [path]"},
@@ -60,11 +60,11 @@ CommandOutcome HostCommands::execute(const std::vector<std::string>& words) {
     const size_t argc = words.size() - 1;
     auto arg = [&](size_t i) { return i < argc ? words[i + 1] : std::string(); };
 
-    const CommandSpec* spec = nullptr;
+    const CommandForm* form = nullptr;
     for (const auto& c : kCommands)
         if (name == c.name)
-            spec = &c;
-    if (!spec) {
+            form = &c;
+    if (!form) {
         std::string bare = name.rfind("C:", 0) == 0 ? name.substr(2) : name;
         if (!m_host.isCommand(bare))
             return {CommandStatus::NotACommand, "Unknown command \"" + words[0] + "\"."};
@@ -72,8 +72,8 @@ CommandOutcome HostCommands::execute(const std::vector<std::string>& words) {
             return {CommandStatus::BadArguments, "Usage: " + bare + " (no arguments)"};
         return fromResult(m_host.runCommand(bare));
     }
-    if (argc < spec->minArgs || argc > spec->maxArgs)
-        return {CommandStatus::BadArguments, std::string("Usage: ") + spec->usage};
+    if (argc < form->minArgs || argc > form->maxArgs)
+        return {CommandStatus::BadArguments, std::string("Usage: ") + form->usage};
 
     if (name == "NEW") {
         if (!m_host.newDocument(arg(0)))
