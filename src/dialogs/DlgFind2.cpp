@@ -1,5 +1,6 @@
 // DlgFind2: the search dialog, which selects variables by a wildcard pattern in its owner's list.
 #include "DlgFind2.h"
+#include "DialogBuild.h"
 
 #include "CEditEx.h"
 #include "DialogRoutines.h"
@@ -30,42 +31,11 @@ QString qs(const std::string& text) {
     return QString::fromStdString(text);
 }
 
-template <typename Control>
-Control* makeControl(QWidget* parent, const DialogTemplate& t, int id, const DialogBaseUnits& base) {
-    auto* control = new Control(parent);
-    control->setObjectName(QString::number(id));
-    if (const DialogControl* c = t.control(id)) {
-        control->setGeometry(dialogUnitsToPixels(c->rect, base));
-        if constexpr (std::is_same_v<Control, QGroupBox>)
-            control->setTitle(c->text);
-        else if constexpr (!std::is_same_v<Control, CEditEx>)
-            control->setText(c->text);
-    }
-    return control;
-}
-
-// Right and bottom as the window system counts them: one past the last pixel.
-int rightOf(const QWidget* w) {
-    return w->x() + w->width();
-}
-int bottomOf(const QWidget* w) {
-    return w->y() + w->height();
-}
-
 } // namespace
 
 DlgFind2::DlgFind2(cDocCntx& context, QWidget* parent) : QDialog(parent), m_context(context) {
-    setProperty("templateId", kTemplateId);
-    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
-    setSizeGripEnabled(false);
-
     DialogTemplate t;
-    loadDialogTemplate(kTemplateId, t); // without it the controls start at 0; the layout places them
-    const QFont font = dialogFontOf(t);
-    setFont(font);
-    const DialogBaseUnits base = baseUnitsOf(font);
-    resize(dialogUnitsToPixels(t.size, base));
-    setWindowTitle(t.title);
+    const DialogBaseUnits base = startFromTemplate(*this, kTemplateId, t);
 
     // The template's order, which is also the tab order. The group box comes before its check
     // boxes so that they lie above it.

@@ -1,5 +1,6 @@
 // cDlgConfig: the configuration dialog for the two paths of the system, the AVL file and the editor.
 #include "cDlgConfig.h"
+#include "DialogBuild.h"
 
 #include "CEditEx.h"
 #include "DialogRoutines.h"
@@ -34,43 +35,18 @@ QString qs(const std::string& text) {
     return QString::fromStdString(text);
 }
 
-template <typename Control>
-Control* makeControl(QWidget* parent, const DialogTemplate& t, int id, const DialogBaseUnits& base) {
-    auto* control = new Control(parent);
-    control->setObjectName(QString::number(id));
-    if (const DialogControl* c = t.control(id)) {
-        control->setGeometry(dialogUnitsToPixels(c->rect, base));
-        if constexpr (!std::is_same_v<Control, CEditEx>)
-            control->setText(c->text);
-    }
-    return control;
-}
-
 // Whether the platform can give the file's status: the one test of a path here.
 bool hasFileStatus(const std::string& path) {
     struct stat status {};
     return !path.empty() && ::stat(path.c_str(), &status) == 0;
 }
 
-int bottomOf(const QWidget* w) {
-    return w->y() + w->height();
-}
-
 } // namespace
 
 cDlgConfig::cDlgConfig(cDocCntx& context, QWidget* parent)
     : QDialog(parent), avlPath(context.avlFilePath), editorPath(context.editorPath), m_context(context) {
-    setProperty("templateId", kTemplateId);
-    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
-    setSizeGripEnabled(false);
-
     DialogTemplate t;
-    loadDialogTemplate(kTemplateId, t); // without it the controls start at 0; the layout places them
-    const QFont font = dialogFontOf(t);
-    setFont(font);
-    const DialogBaseUnits base = baseUnitsOf(font);
-    resize(dialogUnitsToPixels(t.size, base));
-    setWindowTitle(t.title);
+    const DialogBaseUnits base = startFromTemplate(*this, kTemplateId, t);
 
     m_ok = makeControl<QPushButton>(this, t, kIdOk, base);
     m_ok->setDefault(true);

@@ -1,5 +1,6 @@
 // cDlgSlctSysVar: the selection dialog, through which variables enter the user list.
 #include "cDlgSlctSysVar.h"
+#include "DialogBuild.h"
 
 #include "DialogRoutines.h"
 #include "dialogs/main/VarListDelegate.h"
@@ -37,37 +38,17 @@ QString qs(const std::string& text) {
     return QString::fromStdString(text);
 }
 
-QPushButton* makeButton(QWidget* parent, const DialogTemplate& t, int id, const DialogBaseUnits& base) {
-    auto* button = new QPushButton(parent);
-    button->setObjectName(QString::number(id));
-    if (const DialogControl* c = t.control(id)) {
-        button->setGeometry(dialogUnitsToPixels(c->rect, base));
-        if (c->kind != QLatin1String("iconbutton"))
-            button->setText(c->text);
-    }
-    return button;
-}
-
 } // namespace
 
 cDlgSlctSysVar::cDlgSlctSysVar(cDocCntx& context, QWidget* parent) : QDialog(parent), m_context(context) {
-    setProperty("templateId", kTemplateId);
-    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
-    setSizeGripEnabled(false);
-
     DialogTemplate t;
-    loadDialogTemplate(kTemplateId, t); // without it the controls start at 0; the layout places them
-    const QFont font = dialogFontOf(t);
-    setFont(font);
-    const DialogBaseUnits base = baseUnitsOf(font);
-    resize(dialogUnitsToPixels(t.size, base));
-    setWindowTitle(t.title);
+    const DialogBaseUnits base = startFromTemplate(*this, kTemplateId, t);
 
-    m_ok = makeButton(this, t, kIdOk, base);
+    m_ok = makeControl<QPushButton>(this, t, kIdOk, base);
     m_ok->setDefault(true);
-    m_cancel = makeButton(this, t, kIdCancel, base);
-    m_help = makeButton(this, t, kIdHelp, base);
-    m_find = makeButton(this, t, kIdFind, base);
+    m_cancel = makeControl<QPushButton>(this, t, kIdCancel, base);
+    m_help = makeControl<QPushButton>(this, t, kIdHelp, base);
+    m_find = makeControl<QPushButton>(this, t, kIdFind, base);
 
     listCtrl = new VarListView(this);
     listCtrl->setObjectName(QString::number(kIdList));
@@ -78,8 +59,8 @@ cDlgSlctSysVar::cDlgSlctSysVar(cDocCntx& context, QWidget* parent) : QDialog(par
     m_model = new VarListModel(2, this);
     listCtrl->setModel(m_model);
 
-    m_markAll = makeButton(this, t, kIdMarkAll, base);
-    m_invert = makeButton(this, t, kIdInvert, base);
+    m_markAll = makeControl<QPushButton>(this, t, kIdMarkAll, base);
+    m_invert = makeControl<QPushButton>(this, t, kIdInvert, base);
 
     connect(m_ok, &QPushButton::clicked, this, &cDlgSlctSysVar::accept);
     connect(m_cancel, &QPushButton::clicked, this, &cDlgSlctSysVar::reject);
