@@ -38,24 +38,19 @@ TEST(CommandInput, UpAndDownRecallEarlierCommands) {
     EXPECT_EQ(entered, (QStringList{"NEW", "GETVAR LUPREC", "GETVAR LUPREC"}));
     EXPECT_EQ(input.history(), (QStringList{"NEW", "GETVAR LUPREC"}));
 
-    const std::vector<std::pair<int, QString>> steps = {
-        {Qt::Key_Up, "GETVAR LUPREC"},   {Qt::Key_Up, "NEW"}, {Qt::Key_Up, "NEW"},
-        {Qt::Key_Down, "GETVAR LUPREC"}, {Qt::Key_Down, ""},  {Qt::Key_Down, ""},
-    };
-    for (size_t i = 0; i < steps.size(); ++i) {
-        press(&input, steps[i].first);
-        EXPECT_EQ(input.text(), steps[i].second) << "step " << i;
+    QStringList seen;
+    for (int key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_Up, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down}) {
+        press(&input, key);
+        seen << input.text();
     }
+    EXPECT_EQ(seen, (QStringList{"GETVAR LUPREC", "NEW", "NEW", "GETVAR LUPREC", "", ""}));
 }
 
 class MainWindowTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        const std::string table = std::string(VARDESK_SOURCE_DIR) + "/data/hostvars.tsv";
-        if (!std::filesystem::exists(table))
-            GTEST_SKIP() << "no variable table";
         ASSERT_TRUE(host.setProfileDir(profile.path().toStdString()));
-        ASSERT_TRUE(host.loadVariableTable(table));
+        ASSERT_TRUE(host.loadVariableTable(std::string(VARDESK_SOURCE_DIR) + "/data/hostvars.tsv"));
     }
     void TearDown() override { host.shutdown(); }
 
@@ -89,8 +84,6 @@ TEST_F(MainWindowTest, TabsFollowDocumentsAndSwitchingActivates) {
     ASSERT_TRUE(output);
     EXPECT_TRUE(output->toPlainText().contains("Command: GETVAR DWGNAME\nDWGNAME = Lageplan.dwg"))
         << output->toPlainText().toStdString();
-    type(*input, "FOO");
-    EXPECT_TRUE(output->toPlainText().contains("Unknown command \"FOO\"."));
     host.setOutput({});
 }
 

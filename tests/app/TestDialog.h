@@ -17,10 +17,9 @@
 #include <vector>
 
 // Template 1000 "Variablen" with: edit 1001, read-only edit 1002, label 1003, list 1004 with
-// columns Name/Wert/Typ and three rows, status bar with two panes, menu actions 8027 (checkable,
-// checked) and 8028 (disabled), tool bar actions 7000 (enabled), 7001 (checked), 7002
-// (indeterminate), 7003 (disabled), and buttons 1 (OK) and 2 (Cancel). The list's context menu
-// offers 8040 and 8041.
+// columns Name/Wert/Typ and three rows, status bar with two panes, menu action 8027, tool bar
+// actions 7000 (enabled) and 7003 (disabled), and buttons 1 (OK) and 2 (Cancel). The list's
+// context menu offers 8040 and 8041.
 class TestDialog : public QDialog {
 public:
     QLineEdit* edit;
@@ -38,23 +37,13 @@ public:
         QMenu* file = bar->addMenu("Datei");
         menuChecked = file->addAction("Alle");
         menuChecked->setObjectName("8027");
-        menuChecked->setCheckable(true);
-        menuChecked->setChecked(true);
-        QAction* grayed = file->addAction("Speichern");
-        grayed->setObjectName("8028");
-        grayed->setEnabled(false);
         layout->setMenuBar(bar);
 
         auto* tools = new QToolBar(this);
-        const char* ids[] = {"7000", "7001", "7002", "7003"};
-        for (int i = 0; i < 4; ++i) {
+        for (int i : {0, 3}) {
             QAction* a = tools->addAction(QString("T%1").arg(i));
-            a->setObjectName(ids[i]);
-            a->setCheckable(i == 1);
-            a->setChecked(i == 1);
-            if (i == 2)
-                a->setProperty("indeterminate", true);
-            a->setEnabled(i != 3);
+            a->setObjectName(QString("700%1").arg(i));
+            a->setEnabled(i == 0);
             QObject::connect(a, &QAction::triggered, this,
                              [this, i] { events.push_back("tool " + std::to_string(i)); });
         }
@@ -83,10 +72,8 @@ public:
         model->setHorizontalHeaderLabels({"Name", "Wert", "Typ"});
         addRow("LUPREC", "4", "Integer", -1, QColor(), QColor());
         addRow("       ANGBASE", "0", "Real", 2, QColor(255, 255, 192), QColor(255, 0, 0));
-        addRow("CLAYER", "A-WAND", "String", 5, QColor(), QColor());
+        addRow("CLAYER", "A-WAND", "String", -1, QColor(), QColor());
         list->setModel(model);
-        list->setColumnWidth(0, 120);
-        list->setColumnWidth(1, 80);
         // The list's context menu runs modally, as the system's dialogs run theirs.
         list->setContextMenuPolicy(Qt::CustomContextMenu);
         QObject::connect(list, &QWidget::customContextMenuRequested, this, [this](const QPoint& pos) {

@@ -20,7 +20,6 @@
 #include <fstream>
 #include <functional>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -69,21 +68,11 @@ template <typename T> T* control(QWidget& dialog, int id) {
     return dialog.findChild<T*>(QString::number(id));
 }
 
-inline std::string joined(const std::vector<std::string>& names) {
-    std::string out;
-    for (const std::string& name : names)
-        out += (out.empty() ? "" : " ") + name;
-    return out;
-}
-
 inline std::string box(const char* kind, const std::string& title, const std::string& text) {
     return std::string("BOX ") + kind + ": " + title + ": " + text;
 }
 inline std::string infoBox(const std::string& text) {
     return box("info", gMsg.TiMsgBoxInfo, text);
-}
-inline std::string errorBox(const std::string& text) {
-    return box("error", gMsg.TiMsgBoxError, text);
 }
 inline std::string question(const std::string& text) {
     return box("question", gMsg.TiMsgBoxQuestion, text);
@@ -136,12 +125,6 @@ protected:
 
     std::string path(const std::string& name) { return (folder / name).string(); }
     void writeFile(const std::string& name, const std::string& text) { std::ofstream(folder / name) << text; }
-    std::string readFile(const std::filesystem::path& file) {
-        std::ifstream in(file);
-        std::stringstream text;
-        text << in.rdbuf();
-        return text.str();
-    }
 
     cadhost::HostSession& host = cadhost::HostSession::instance();
     std::filesystem::path folder;
@@ -226,14 +209,6 @@ protected:
         d->listCtrl->selectionModel()->select(rows().index(row, 0),
                                               QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
-    // Selects exactly the rows of names, as clicks with Ctrl would.
-    void selectRows(std::initializer_list<const char*> names) {
-        d->listCtrl->clearSelection();
-        for (const char* name : names) {
-            ASSERT_GE(rowOf(name), 0) << name << " has no row";
-            selectRow(rowOf(name));
-        }
-    }
     void clickRow(int row, Qt::KeyboardModifiers mods = {}) {
         QTest::mouseClick(d->listCtrl->viewport(), Qt::LeftButton, mods,
                           d->listCtrl->visualRect(rows().index(row, 0)).center());
@@ -256,7 +231,6 @@ protected:
     }
 
     std::string pane(int i) { return d->statusPane(i)->text().toStdString(); }
-    std::string title() { return d->windowTitle().toStdString(); }
     // The host's value of name in its own text form, without the leading "NAME = ".
     std::string hostValue(const char* name) {
         std::string text;

@@ -4,8 +4,6 @@
 #include "cContext.h"
 #include "cDocCntx.h"
 #include "cDocList.h"
-#include "cLispBridge.h"
-#include "cResourceScope.h"
 #include "ModuleEntry.h"
 #include "Reactors.h"
 
@@ -73,32 +71,6 @@ protected:
     }
 };
 
-TEST_F(EntryPoint, InitRegistersTheReactorsAndUnloadTakesThemBack) {
-    int appId = 0;
-    ASSERT_EQ(HandleAppMessage(AcRx::kInitAppMsg, &appId), AcRx::kRetOK);
-    ASSERT_NE(gDocReactor, nullptr);
-    ASSERT_NE(gEdiReactor, nullptr);
-    EXPECT_EQ(gModuleHandle, &appId);
-    EXPECT_FALSE(gContext.moduleFileName.empty()) << "the path of this test program";
-    EXPECT_EQ(gHelpBase, gContext.moduleBaseName);
-    EXPECT_EQ(gContext.userIniFile.rfind(folder.string(), 0), 0u)
-        << "answered by the host from its profile folder: " << gContext.userIniFile;
-
-    AcApDocument* doc = host.newDocument();
-    ASSERT_NE(doc, nullptr);
-    ASSERT_NE(gCurDoc, nullptr) << "document events reach the list";
-    EXPECT_EQ(gCurDoc->document, doc);
-
-    EXPECT_EQ(HandleAppMessage(AcRx::kUnloadAppMsg, &appId), AcRx::kRetOK);
-    EXPECT_EQ(gDocReactor, nullptr);
-    EXPECT_EQ(gEdiReactor, nullptr);
-    cDocCntx* before = gCurDoc;
-    ASSERT_NE(host.newDocument(), nullptr);
-    EXPECT_EQ(gCurDoc, before) << "no events after the unload";
-    EXPECT_EQ(HandleAppMessage(AcRx::kNullMsg, nullptr), AcRx::kRetOK) << "other messages answer ok";
-    EXPECT_EQ(HandleAppMessage(static_cast<AcRx::AppMsgCode>(99), nullptr), AcRx::kRetOK);
-}
-
 TEST_F(EntryPoint, CommandOutsideItsInvokeDoesNothing) {
     CDocReactor reactor;
     acDocManagerPtr()->addReactor(&reactor);
@@ -111,38 +83,6 @@ TEST_F(EntryPoint, CommandOutsideItsInvokeDoesNothing) {
     EXPECT_EQ(gCurDoc->mainPosX, -5) << "no settings were loaded";
     EXPECT_FALSE(gContext.userIniFile.empty()) << "the ini path is asked for all the same";
     EXPECT_FALSE(std::filesystem::exists(gContext.userIniFile));
-}
-
-// Where the host looks is in the SDK tests; here the bridge's answers.
-TEST_F(EntryPoint, LispBridgeAsksTheHostForIniFileAndSupportFiles) {
-    std::string path = "old";
-    EXPECT_EQ(gLispBridge.GetUserIniFile(path, "KOVA_VARDESK", "VarDesk.ini"), RTNORM);
-    EXPECT_EQ(path, (folder / "VarDesk.ini").string());
-    std::ofstream(folder / "found.txt") << "x";
-    host.setSupportPath({folder.string()});
-    EXPECT_EQ(gLispBridge.PathInfo("found.txt", path), RTNORM);
-    EXPECT_EQ(path, (folder / "found.txt").string());
-    // The service answers nil for a file it cannot find: no list comes back.
-    EXPECT_EQ(gLispBridge.PathInfo("missing.txt", path), RTERROR);
-    EXPECT_EQ(path, "");
-    host.setSupportPath({});
-}
-
-TEST(ResourceScope, EnterAndLeaveSwitchToTheModuleAndBack) {
-    int outer = 0;
-    int module = 0;
-    cResourceScope outerScope;
-    outerScope.Init(&outer);
-    outerScope.Enter();
-    cResourceScope scope;
-    scope.Init(&module);
-    EXPECT_EQ(cResourceScope::Current(), &outer);
-    scope.Enter();
-    EXPECT_EQ(cResourceScope::Current(), &module);
-    scope.Leave();
-    EXPECT_EQ(cResourceScope::Current(), &outer) << "the handle saved at Init is put back";
-    outerScope.Leave();
-    EXPECT_EQ(cResourceScope::Current(), nullptr);
 }
 
 } // namespace

@@ -33,21 +33,13 @@ TEST(NumberFormatCapture, SeparatorAndPrecisionFromTheDatabase) {
         int expectedPrecision;
     };
     const FormatCase cases[] = {{"comma and 4 pass", ',', 4, ',', 4},
-                                {"full stop passes", '.', 2, '.', 2},
                                 {"blank stays", ' ', 6, ' ', 6},
                                 {"NUL becomes a blank", '\0', 4, ' ', 4},
-                                {"tab", '\t', 4, ' ', 4},
                                 {"digit 8", '8', 4, ' ', 4},
-                                {"digit 0", '0', 4, ' ', 4},
                                 {"E", 'E', 4, ' ', 4},
-                                {"e", 'e', 4, ' ', 4},
                                 {"0x80", static_cast<char>(0x80), 4, ' ', 4},
-                                {"0xFF", static_cast<char>(0xFF), 4, ' ', 4},
-                                {"0x7F passes", 0x7F, 4, 0x7F, 4},
                                 {"precision -1", ',', -1, ',', 4},
-                                {"precision -32768", ',', -32768, ',', 4},
-                                {"precision 0 stays", ',', 0, ',', 0},
-                                {"precision 8 stays", ';', 8, ';', 8},
+                                {"precision 0 stays", ';', 0, ';', 0},
                                 {nullptr, ',', 0, ' ', 4}};
     for (const FormatCase& c : cases) {
         FormatDatabase database(c.separator, c.precision);
@@ -64,9 +56,7 @@ class NumberFormatFromHost : public testhost::HostTest {};
 
 // The dialog loop takes the format from the host's working database at each run.
 TEST_F(NumberFormatFromHost, RunDialogLoopReadsTheWorkingDatabase) {
-    const std::string table = VARDESK_SOURCE_DIR "/data/hostvars.tsv";
-    if (!std::filesystem::exists(table) || !host.loadVariableTable(table))
-        GTEST_SKIP() << "no host variable table at " << table;
+    ASSERT_TRUE(host.loadVariableTable(VARDESK_SOURCE_DIR "/data/hostvars.tsv"));
     AcApDocument* doc = host.newDocument();
     ASSERT_NE(doc, nullptr);
     ASSERT_TRUE(host.setVariableText("DIMDSEP", ";"));

@@ -61,7 +61,6 @@ TEST_F(HelpService, MissingFileKeyOrPageGiveTheirBoxesWithoutLoadingTheEngine) {
         {"NoSuchHelpBase", "VarDesk", "MainDialog", box + "Pfad von 'NoSuchHelpBase.html' nicht gefunden"},
         {"VarDesk", "VarDesk", "SearchDialog", box + "Hilfeschlüssel 'SearchDialog' nicht gefunden"},
         {"VarDesk", "VarDesk", "EmptyKey", box + "Hilfeschlüssel 'EmptyKey' nicht gefunden"},
-        {"VarDesk", "OtherSection", "MainDialog", box + "Hilfeschlüssel 'MainDialog' nicht gefunden"},
         {"NoTopic", "VarDesk", "MainDialog", box + "Hilfeschlüssel 'MainDialog' nicht gefunden"},
     };
     for (const auto& [helpBase, section, key, expected] : rows) {

