@@ -30,8 +30,7 @@ namespace commandstest {
 class FakeUser : public kova::ScriptHost {
 public:
     void printLine(const std::string& text) override { lines.push_back(text); }
-    std::string takeAnswer(const std::string& verb) override {
-        asked.push_back(verb);
+    std::string takeAnswer(const std::string&) override {
         if (answers.empty())
             return "cancel";
         std::string answer = answers.front();
@@ -42,13 +41,11 @@ public:
 
     void reset() {
         lines.clear();
-        asked.clear();
         answers.clear();
         modal = nullptr;
     }
 
     std::vector<std::string> lines;
-    std::vector<std::string> asked;
     std::deque<std::string> answers;
     std::function<int(QDialog&)> modal;
 };
@@ -68,14 +65,8 @@ template <typename T> T* control(QWidget& dialog, int id) {
     return dialog.findChild<T*>(QString::number(id));
 }
 
-inline std::string box(const char* kind, const std::string& title, const std::string& text) {
-    return std::string("BOX ") + kind + ": " + title + ": " + text;
-}
 inline std::string infoBox(const std::string& text) {
-    return box("info", gMsg.TiMsgBoxInfo, text);
-}
-inline std::string question(const std::string& text) {
-    return box("question", gMsg.TiMsgBoxQuestion, text);
+    return "BOX info: " + gMsg.TiMsgBoxInfo + ": " + text;
 }
 
 // A host with the scripted user, a scratch folder and the context of one new drawing. The
@@ -115,14 +106,6 @@ protected:
         list.findName(name)->currentText = current;
         list.findName(name)->newText = newText;
     }
-    std::vector<std::string> userListNames() {
-        std::vector<std::string> names;
-        for (const cSysVar* v = context->varList.first; v; v = v->next)
-            if (v->inUserList())
-                names.push_back(v->name);
-        return names;
-    }
-
     std::string path(const std::string& name) { return (folder / name).string(); }
     void writeFile(const std::string& name, const std::string& text) { std::ofstream(folder / name) << text; }
 
@@ -221,33 +204,7 @@ protected:
                 names.push_back(rows().recordAt(row) ? rows().recordAt(row)->name : "<header>");
         return names;
     }
-    // The names of the records with a row, in row order.
-    std::vector<std::string> shownNames() {
-        std::vector<std::string> names;
-        for (int row = 0; row < rows().rowCount(); ++row)
-            if (cSysVar* record = rows().recordAt(row))
-                names.push_back(record->name);
-        return names;
-    }
-
     std::string pane(int i) { return d->statusPane(i)->text().toStdString(); }
-    // The host's value of name in its own text form, without the leading "NAME = ".
-    std::string hostValue(const char* name) {
-        std::string text;
-        EXPECT_TRUE(host.variableText(name, text)) << name;
-        const std::string head = std::string(name) + " = ";
-        return text.rfind(head, 0) == 0 ? text.substr(head.size()) : text;
-    }
-
-    // The printed lines that begin with prefix ("BOX", "FILEDIALOG", "EXEC").
-    std::vector<std::string> printed(const std::string& prefix) {
-        std::vector<std::string> out;
-        for (const std::string& line : user().lines)
-            if (line.rfind(prefix, 0) == 0)
-                out.push_back(line);
-        return out;
-    }
-
     std::unique_ptr<cDlgVarDesk> d;
 };
 

@@ -75,36 +75,29 @@ protected:
 
 } // namespace
 
+// The outer size never falls below 275 wide and is always 235 high. The bottom row of three is
+// centred; the pattern field and next, previous and all end at the right margin.
 TEST_F(DlgFind2Test, KeepsItsSizeLimitsAndLaysOutTheControls) {
-    struct Case {
-        QSize stored;
-        QSize expected; // outer size
-    } cases[] = {{{200, 120}, {275, 235}}, {{100, 900}, {275, 235}}, {{640, 300}, {640, 235}}};
-    for (const Case& c : cases) {
-        context->searchSizeX = c.stored.width();
-        context->searchSizeY = c.stored.height();
+    const QSize cases[][2] = {{{200, 120}, {275, 235}}, {{100, 900}, {275, 235}}, {{640, 300}, {640, 235}}};
+    for (const auto& [stored, expected] : cases) {
+        SCOPED_TRACE(std::to_string(stored.width()) + "x" + std::to_string(stored.height()));
+        context->searchSizeX = stored.width();
+        context->searchSizeY = stored.height();
         DlgFind2 d(*context);
         d.show();
         QCoreApplication::processEvents();
-        const std::string name = std::to_string(c.stored.width()) + "x" + std::to_string(c.stored.height());
-        EXPECT_EQ(d.frameGeometry().size(), c.expected) << name;
-
+        EXPECT_EQ(d.frameGeometry().size(), expected);
         const int W = d.width();
-        auto* field = control<CEditEx>(d, DlgFind2::kIdPattern);
         auto* search = control<QPushButton>(d, DlgFind2::kIdSearch);
-        auto* help = control<QPushButton>(d, DlgFind2::kIdHelp);
-        auto* all = control<QPushButton>(d, DlgFind2::kIdAll);
-        auto* group = control<QGroupBox>(d, DlgFind2::kIdOptions);
-        auto* lastBox = control<QCheckBox>(d, DlgFind2::kIdCheckValueNew);
-        EXPECT_EQ(field->x() + field->width(), W - 10) << name;
-        // The bottom row of three, centred; next, previous and all at the right.
-        EXPECT_EQ(search->x(), (W - 3 * search->width() - 40) / 2 + 10) << name;
-        EXPECT_EQ(help->x(), search->x() + 2 * (search->width() + 10)) << name;
-        EXPECT_EQ(help->y() + help->height(), d.height() - 10) << name;
-        EXPECT_EQ(all->x() + all->width(), W - 10) << name;
-        EXPECT_EQ(group->y() + group->height(), search->y() - 10) << name;
-        EXPECT_EQ(lastBox->x() + lastBox->width(), group->x() + group->width() - 10) << name;
-        d.reject();
+        const QRect help = control<QPushButton>(d, DlgFind2::kIdHelp)->geometry();
+        const QRect group = control<QGroupBox>(d, DlgFind2::kIdOptions)->geometry();
+        EXPECT_EQ(control<CEditEx>(d, DlgFind2::kIdPattern)->geometry().right(), W - 11);
+        EXPECT_EQ(control<QPushButton>(d, DlgFind2::kIdAll)->geometry().right(), W - 11);
+        EXPECT_EQ(search->x(), (W - 3 * search->width() - 40) / 2 + 10);
+        EXPECT_EQ(help.topLeft(),
+                  QPoint(search->x() + 2 * (search->width() + 10), d.height() - 10 - help.height()));
+        EXPECT_EQ(group.bottom(), search->y() - 11);
+        EXPECT_EQ(control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->geometry().right(), group.right() - 10);
     }
 }
 
@@ -123,7 +116,7 @@ TEST_F(DlgFind2Test, SearchSelectsTheRecordsWhoseJoinedTextsMatch) {
         {"C", DlgFind2::kMaskName, false, "CLAYER LUPREC VIEWCTR"},
         {"", 15, false, ""},                                    // an empty pattern matches only an empty text
         {"", 0, false, "CLAYER DIMDSEP LUPREC OSMODE VIEWCTR"}, // empty texts are matched too
-        {"", 0, true, "LUPREC"}, // limited to the user list
+        {"", 0, true, "LUPREC"},                                // limited to the user list
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string("'") + c.pattern + "' mask " + std::to_string(c.mask));
@@ -169,7 +162,7 @@ TEST_F(DlgFind2Test, NextPreviousAndAllWalkTheHitsAndWrap) {
         {"search", -3, "CLAYER LUPREC VIEWCTR", "eed", 0},
         {"next", 1, "LUPREC", "eee", 1},
         {"next", 2, "VIEWCTR", "eee", 2},
-        {"next", 0, "CLAYER", "eee", 0}, // wraps after the last
+        {"next", 0, "CLAYER", "eee", 0},      // wraps after the last
         {"previous", 2, "VIEWCTR", "eee", 2}, // wraps before the first
         {"all", -2, "CLAYER LUPREC VIEWCTR", "eed", 2},
         {"previous", 1, "LUPREC", "eee", 1},
@@ -190,52 +183,41 @@ TEST_F(DlgFind2Test, NextPreviousAndAllWalkTheHitsAndWrap) {
     }
 }
 
-// Enter in the pattern searches and Escape there goes to Cancel; every way out stores the
-// rectangle, the mask and the pattern.
-TEST_F(DlgFind2Test, EveryWayOutStoresRectangleMaskAndPattern) {
+// The dialog opens with the stored mask and pattern; Enter in the pattern searches and Escape there
+// goes to Cancel, where a second Escape ends the dialog. Every way out passes done(), which stores
+// rectangle, mask and pattern; the next run seeing them is in the scenario dialogs_set.
+TEST_F(DlgFind2Test, EscapeGoesToCancelAndTheEndStoresRectangleMaskAndPattern) {
     context->searchCheck = DlgFind2::kMaskName | DlgFind2::kMaskNew;
     context->searchPattern = "LU";
-    int m = DlgFind2::kMaskDescription;
-    for (const char* way : {"close box", "escape"}) {
-        SCOPED_TRACE(way);
-        DlgFind2 d(*context);
-        RecordingOwner owner(context->varList);
-        d.setOwner(&owner);
-        d.show();
-        d.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&d));
-        // The stored mask: name and new value at first, then the description the first way out stored.
-        EXPECT_EQ(control<QCheckBox>(d, DlgFind2::kIdCheckVariable)->isChecked(), m == 2);
-        EXPECT_EQ(control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->isChecked(), m == 2);
-        EXPECT_EQ(control<QCheckBox>(d, DlgFind2::kIdCheckDescription)->isChecked(), m == 4);
-        EXPECT_EQ(control<CEditEx>(d, DlgFind2::kIdPattern)->text().toStdString(), context->searchPattern);
-        EXPECT_EQ(buttonStates(d), "ddd");
-        setMask(d, m);
-        auto* field = control<CEditEx>(d, DlgFind2::kIdPattern);
-        field->setFocus();
-        field->setText(way);
-        d.move(40 + m, 50);
-        QCoreApplication::processEvents();
-        const std::string w = way;
-        if (w == "close box") {
-            d.close();
-        } else {
-            field->setText("41"); // in the current values: OSMODE
-            QTest::keyClick(field, Qt::Key_Return);
-            ASSERT_EQ(owner.steps.size(), 1u);
-            EXPECT_EQ(owner.steps[0].selected, "OSMODE");
-            QTest::keyClick(field, Qt::Key_Escape);
-            EXPECT_TRUE(d.isVisible());
-            EXPECT_EQ(d.focusWidget(), control<QPushButton>(d, DlgFind2::kIdCancel));
-            QTest::keyClick(d.focusWidget(), Qt::Key_Escape);
-            EXPECT_EQ(d.result(), QDialog::Rejected);
-        }
-        EXPECT_FALSE(d.isVisible());
-        EXPECT_EQ(context->searchCheck, m);
-        EXPECT_EQ(context->searchPattern, w == "escape" ? "41" : w);
-        EXPECT_EQ(QRect(context->searchPosX, context->searchPosY, context->searchSizeX, context->searchSizeY),
-                  d.frameGeometry());
-        EXPECT_EQ(context->searchPosX, 40 + m);
-        m <<= 1;
-    }
+    DlgFind2 d(*context);
+    RecordingOwner owner(context->varList);
+    d.setOwner(&owner);
+    d.show();
+    d.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&d));
+    EXPECT_TRUE(control<QCheckBox>(d, DlgFind2::kIdCheckVariable)->isChecked());
+    EXPECT_TRUE(control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->isChecked());
+    EXPECT_FALSE(control<QCheckBox>(d, DlgFind2::kIdCheckDescription)->isChecked());
+    auto* field = control<CEditEx>(d, DlgFind2::kIdPattern);
+    EXPECT_EQ(field->text(), "LU");
+    EXPECT_EQ(buttonStates(d), "ddd");
+    setMask(d, DlgFind2::kMaskCurrent);
+    field->setFocus();
+    field->setText("41"); // in the current values: OSMODE
+    d.move(44, 50);
+    QCoreApplication::processEvents();
+    QTest::keyClick(field, Qt::Key_Return);
+    ASSERT_EQ(owner.steps.size(), 1u);
+    EXPECT_EQ(owner.steps[0].selected, "OSMODE");
+    QTest::keyClick(field, Qt::Key_Escape);
+    EXPECT_TRUE(d.isVisible());
+    EXPECT_EQ(d.focusWidget(), control<QPushButton>(d, DlgFind2::kIdCancel));
+    QTest::keyClick(d.focusWidget(), Qt::Key_Escape);
+    EXPECT_FALSE(d.isVisible());
+    EXPECT_EQ(d.result(), QDialog::Rejected);
+    EXPECT_EQ(context->searchCheck, DlgFind2::kMaskCurrent);
+    EXPECT_EQ(context->searchPattern, "41");
+    EXPECT_EQ(QRect(context->searchPosX, context->searchPosY, context->searchSizeX, context->searchSizeY),
+              d.frameGeometry());
+    EXPECT_EQ(context->searchPosX, 44);
 }

@@ -1,6 +1,8 @@
-// Tests of the main dialog: status panes, layout, tool bar, columns, list orders, row colours, keys.
+// Tests of the main dialog: status panes, layout, tool bar, columns, list orders, row colours, keys,
+// the search's notification. Set and its report are in the scenarios commands_set and dialogs_set.
 #include "CommandsTestKit.h"
 
+#include "dialogs/main/VarListView.h"
 #include "dialogs/ModuleResources.h"
 
 #include <QAction>
@@ -280,14 +282,9 @@ TEST_F(MainDialog, EnterEscapeAndTabNeverEndTheDialog) {
     EXPECT_EQ(d->currentVar, nullptr) << "Escape in the list";
 }
 
-TEST_F(MainDialog, LetterKeyMovesTheFocusOnlyAndDownShowsTheNextRecord) {
+// Letter keys are in VarListTest; here the step of the current row reaches the fields.
+TEST_F(MainDialog, DownShowsTheNextRecordAndAHeaderEmptiesTheFields) {
     open();
-    clickRow(rowOf("AUNITS"));
-    QTest::keyClick(d->listCtrl, Qt::Key_O);
-    EXPECT_EQ(d->listCtrl->currentIndex().row(), rowOf("OSMODE") - 1) << "the letter's header";
-    EXPECT_EQ(selectedNames(), std::vector<std::string>{"AUNITS"});
-    EXPECT_EQ(d->currentVar, &at("AUNITS")) << "the fields do not change";
-
     clickRow(rowOf("AUNITS"));
     QTest::keyClick(d->listCtrl, Qt::Key_Down); // the header "F"
     EXPECT_EQ(d->currentVar, nullptr);
@@ -322,6 +319,38 @@ TEST_F(MainDialog, ContextMenuOpensOnlyStrictlyInsideTheList) {
         QCoreApplication::sendEvent(d.get(), &event);
         QCoreApplication::processEvents();
         EXPECT_FALSE(opened) << "at " << p.x() << "," << p.y();
+    }
+}
+
+// The search's notification, with the rows that the search marked.
+TEST_F(MainDialog, FindNotificationShowsTheHitsInTheStatusAndFields) {
+    open();
+    struct Case {
+        const char* label;
+        std::vector<const char*> marked;
+        std::int32_t value;  // N
+        std::string status;  // pane 0 afterwards: a result text or the shown record's theme
+        const char* current; // the record in the fields, or null
+    };
+    const std::vector<Case> cases = {
+        {"no hit", {}, 0, gMsg.TxVarNotFound, nullptr},
+        {"two hits of two", {"AUNITS", "LUPREC"}, -2, "2 " + gMsg.TxVarFound, "AUNITS"},
+        {"a step onto one hit", {"OSMODE"}, 1, "Anzeige", "OSMODE"},
+        {"all hits from index 1", {"AUNITS", "LUPREC"}, -1, "Einheiten", "LUPREC"},
+        {"more hits than rows", {"AUNITS", "LUPREC"}, -3, "", nullptr},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        d->SetStatusTexts({}, {}, {});
+        for (const char* name : c.marked)
+            at(name).setSelected();
+        d->OnFindNotify(c.value);
+        EXPECT_EQ(std::string(d->currentVar ? d->currentVar->name : "(none)"),
+                  std::string(c.current ? c.current : "(none)"));
+        EXPECT_EQ(pane(0), c.status);
+        EXPECT_EQ(static_cast<int>(selectedNames().size()), static_cast<int>(c.marked.size()));
+        for (const char* name : c.marked)
+            EXPECT_FALSE(at(name).isSelected()) << name << " keeps its search mark";
     }
 }
 

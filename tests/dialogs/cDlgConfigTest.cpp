@@ -50,50 +50,40 @@ protected:
 
 } // namespace
 
+// Both fields start behind the wider label; the browse buttons end where Help does, which stands
+// at the right edge when there is room and behind Cancel when there is not.
 TEST_F(ConfigDialog, FieldsStartBehindTheWiderLabelAndButtonsFollowTheWidth) {
     auto d = open();
-    auto* avlLabel = control<QLabel>(*d, cDlgConfig::kIdAvlLabel);
-    auto* editorLabel = control<QLabel>(*d, cDlgConfig::kIdEditorLabel);
-    auto* avlField = control<CEditEx>(*d, cDlgConfig::kIdAvlPath);
-    auto* editorField = control<CEditEx>(*d, cDlgConfig::kIdEditorPath);
-    auto* avlBrowse = control<QPushButton>(*d, cDlgConfig::kIdAvlBrowse);
-    auto* editorBrowse = control<QPushButton>(*d, cDlgConfig::kIdEditorBrowse);
     auto* ok = control<QPushButton>(*d, cDlgConfig::kIdOk);
     auto* cancel = control<QPushButton>(*d, cDlgConfig::kIdCancel);
     auto* help = control<QPushButton>(*d, cDlgConfig::kIdHelp);
-
-    // The two texts differ in length; both fields start at the same x, behind the wider text.
+    auto* avlLabel = control<QLabel>(*d, cDlgConfig::kIdAvlLabel);
     const QFontMetrics metrics(avlLabel->font());
-    ASSERT_GT(metrics.horizontalAdvance(avlLabel->text()), metrics.horizontalAdvance(editorLabel->text()));
+    ASSERT_GT(metrics.horizontalAdvance(avlLabel->text()),
+              metrics.horizontalAdvance(control<QLabel>(*d, cDlgConfig::kIdEditorLabel)->text()));
     EXPECT_GE(d->labelWidth, 10 + metrics.horizontalAdvance(avlLabel->text()));
-    const int h = avlLabel->height();
-    EXPECT_EQ(avlLabel->geometry(), QRect(10, 10, d->labelWidth - 10, h));
-    EXPECT_EQ(editorLabel->geometry(), QRect(10, h + 20, d->labelWidth - 10, h));
-
-    const int bw = ok->width();
-    const int bh = ok->height();
-    struct Case {
-        const char* name;
-        int clientWidth;
-        bool wide;
-    } cases[] = {{"wide", 3 * bw + 41 + 200, true}, {"narrow", 3 * bw + 40, false}};
-    for (const Case& c : cases) {
-        d->resize(c.clientWidth, d->height());
+    const int bw = ok->width(), h = avlLabel->height();
+    for (const int width : {3 * bw + 241, 3 * bw + 40}) {
+        SCOPED_TRACE("width " + std::to_string(width));
+        d->resize(width, d->height());
         QCoreApplication::processEvents();
-        ASSERT_EQ(d->width(), c.clientWidth) << c.name;
-        const int rowTop = editorLabel->y() + editorLabel->height() + 10;
-        EXPECT_EQ(ok->geometry(), QRect(10, rowTop, bw, bh)) << c.name;
-        EXPECT_EQ(cancel->geometry(), QRect(bw + 20, rowTop, bw, bh)) << c.name;
-        const int helpX = c.wide ? c.clientWidth - 10 - bw : cancel->x() + bw + 10;
-        EXPECT_EQ(help->geometry(), QRect(helpX, rowTop, bw, bh)) << c.name;
-        for (auto [browse, label, field] : {std::tuple{avlBrowse, avlLabel, avlField},
-                                            std::tuple{editorBrowse, editorLabel, editorField}}) {
-            EXPECT_EQ(browse->x() + browse->width(), help->x() + bw) << c.name;
-            EXPECT_EQ(browse->y(), label->y()) << c.name;
-            EXPECT_EQ(browse->height(), label->height()) << c.name;
-            EXPECT_EQ(field->geometry(),
-                      QRect(d->labelWidth, label->y(), browse->x() - 10 - d->labelWidth, label->height()))
-                << c.name;
+        ASSERT_EQ(d->width(), width);
+        const QRect okAt(10, 2 * h + 30, bw, ok->height());
+        EXPECT_EQ(ok->geometry(), okAt);
+        EXPECT_EQ(cancel->geometry(), okAt.translated(bw + 10, 0));
+        EXPECT_EQ(help->geometry(),
+                  okAt.translated(width > 3 * bw + 40 ? width - 20 - bw : 2 * (bw + 10), 0));
+        const int rows[][3] = {
+            {cDlgConfig::kIdAvlLabel, cDlgConfig::kIdAvlPath, cDlgConfig::kIdAvlBrowse},
+            {cDlgConfig::kIdEditorLabel, cDlgConfig::kIdEditorPath, cDlgConfig::kIdEditorBrowse}};
+        for (int i = 0; i < 2; ++i) {
+            const QRect label(10, 10 + i * (h + 10), d->labelWidth - 10, h);
+            EXPECT_EQ(control<QLabel>(*d, rows[i][0])->geometry(), label);
+            const int browseX = control<QPushButton>(*d, rows[i][2])->x();
+            EXPECT_EQ(control<QPushButton>(*d, rows[i][2])->geometry(),
+                      QRect(browseX, label.y(), help->geometry().right() - browseX + 1, h));
+            EXPECT_EQ(control<CEditEx>(*d, rows[i][1])->geometry(),
+                      QRect(d->labelWidth, label.y(), browseX - 10 - d->labelWidth, h));
         }
     }
 }
@@ -103,7 +93,7 @@ TEST_F(ConfigDialog, OkStoresExistingPathsAndAsksAboutMissingOnes) {
         const char* name;
         std::string avl, editor;
         const char* answer;
-        std::string question; // empty: no question
+        std::string question; // the question's text after the title; empty: no question
         std::string storedAvl, storedEditor;
     } cases[] = {
         {"both exist", newAvl, newEditor, "", "", newAvl, newEditor},
@@ -134,7 +124,9 @@ TEST_F(ConfigDialog, OkStoresExistingPathsAndAsksAboutMissingOnes) {
         if (c.question.empty())
             EXPECT_TRUE(user().lines.empty()) << c.name;
         else
-            EXPECT_EQ(user().lines, std::vector<std::string>{question(c.question)}) << c.name;
+            EXPECT_EQ(user().lines,
+                      std::vector<std::string>{"BOX question: " + gMsg.TiMsgBoxQuestion + ": " + c.question})
+                << c.name;
         EXPECT_EQ(context->avlFilePath, c.storedAvl) << c.name;
         EXPECT_EQ(context->editorPath, c.storedEditor) << c.name;
         EXPECT_EQ(QRect(context->configPosX, context->configPosY, context->configSizeX, context->configSizeY),
@@ -165,12 +157,8 @@ TEST_F(ConfigDialog, CancelStoresTheRectangleButNoPath) {
 
 TEST_F(ConfigDialog, BrowseOffersItsFilterAndTakesOnlyAConfirmedChoice) {
     struct Case {
-        int button;
-        int field;
-        std::string filter;
-        std::string initial;
-        std::string answer;
-        std::string expected;
+        int button, field;
+        std::string filter, initial, answer, expected;
     } cases[] = {
         {cDlgConfig::kIdAvlBrowse, cDlgConfig::kIdAvlPath,
          gMsg.FiAcadVarList + " (*.avl)|*.avl|" + gMsg.FiAll + " (*.*)|*.*||", oldAvl, "cancel", oldAvl},
@@ -179,21 +167,15 @@ TEST_F(ConfigDialog, BrowseOffersItsFilterAndTakesOnlyAConfirmedChoice) {
          newEditor},
     };
     for (const Case& c : cases) {
-        context->avlFilePath = oldAvl;
-        context->editorPath = oldEditor;
+        SCOPED_TRACE(std::to_string(c.button) + " " + c.answer);
         user().lines.clear();
         user().answers = {c.answer};
         auto d = open();
         QTest::mouseClick(control<QPushButton>(*d, c.button), Qt::LeftButton);
-        const std::string name = std::to_string(c.button) + " " + c.answer;
-        ASSERT_EQ(user().lines.size(), 1u) << name;
-        EXPECT_EQ(user().lines[0], "FILEDIALOG open: " + c.filter + " | " + c.initial) << name;
-        EXPECT_EQ(control<CEditEx>(*d, c.field)->text().toStdString(), c.expected) << name;
-        EXPECT_EQ(c.field == cDlgConfig::kIdAvlPath ? d->avlPath : d->editorPath, c.expected) << name;
-        // Only OK stores what was chosen.
-        EXPECT_EQ(context->avlFilePath, oldAvl) << name;
+        EXPECT_EQ(user().lines, std::vector<std::string>{"FILEDIALOG open: " + c.filter + " | " + c.initial});
+        EXPECT_EQ(control<CEditEx>(*d, c.field)->text().toStdString(), c.expected);
+        EXPECT_EQ(context->avlFilePath, oldAvl) << "only OK stores what was chosen";
         d->accept();
-        EXPECT_EQ(c.field == cDlgConfig::kIdAvlPath ? context->avlFilePath : context->editorPath, c.expected)
-            << name;
+        EXPECT_EQ(c.field == cDlgConfig::kIdAvlPath ? context->avlFilePath : context->editorPath, c.expected);
     }
 }

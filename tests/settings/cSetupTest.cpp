@@ -67,25 +67,23 @@ TEST_F(SetupStore, TypedGetsScanWithTheirFormats) {
                   (std::vector<std::int32_t>{decimal, decimal, decimal, anyBase}))
             << "int, long, flag word, any base of \"" << text << "\"";
     }
-    const std::pair<const char*, std::uint32_t> unsignedCases[] = {{"4294967295", 4294967295u}, {"", 5u}};
-    for (const auto& [text, expected] : unsignedCases) {
+    // A text that is no number leaves a flag as it was.
+    write("Value", "yes");
+    openFileOnly();
+    bool flag = true;
+    setup.GetBool("Value", "", flag);
+    EXPECT_TRUE(flag);
+    for (const auto& [text, expected] : {std::pair{"0", false}, {"-1", true}}) {
         write("Value", text);
         openFileOnly();
-        std::uint32_t out = 5;
-        setup.GetUnsigned("Value", "", out);
-        EXPECT_EQ(out, expected) << "GetUnsigned \"" << text << "\"";
+        setup.GetBool("Value", "", flag);
+        EXPECT_EQ(flag, expected) << text;
     }
-    // text, the flag before, the flag after: a text that is no number leaves the flag
-    const std::tuple<const char*, bool, bool> boolCases[] = {
-        {"0", true, false}, {"-1", false, true}, {"yes", true, true}, {"yes", false, false}};
-    for (const auto& [text, before, expected] : boolCases) {
-        write("Value", text);
-        openFileOnly();
-        bool out = before;
-        setup.GetBool("Value", "", out);
-        EXPECT_EQ(out, expected) << "GetBool \"" << text << "\"";
-    }
-
+    write("Value", "4294967295");
+    openFileOnly();
+    std::uint32_t big = 5;
+    setup.GetUnsigned("Value", "", big);
+    EXPECT_EQ(big, 4294967295u);
     write("Value", "2.5e1");
     openFileOnly();
     double real = 0;
@@ -93,33 +91,29 @@ TEST_F(SetupStore, TypedGetsScanWithTheirFormats) {
     EXPECT_DOUBLE_EQ(real, 25.0);
     setup.GetDouble("Missing", "0.125", real);
     EXPECT_DOUBLE_EQ(real, 0.125) << "the default is a text too";
-    EXPECT_TRUE(setup.ParseDouble(real, " -3.5 rest"));
-    EXPECT_DOUBLE_EQ(real, -3.5);
     EXPECT_FALSE(setup.ParseDouble(real, "abc"));
-    EXPECT_EQ(real, -3.5);
+    EXPECT_EQ(real, 0.125);
 }
 
 TEST_F(SetupStore, TypedPutsWriteTheirFormats) {
     openFileOnly();
     setup.PutDouble("Whole", 2.0, true);
     setup.PutDouble("Cut", 1.234567, true);
-    setup.PutDouble("Negative", -0.000004, true);
     setup.PutInt("Int", -17, true);
     setup.PutUnsigned("Unsigned", 4294967295u, true);
     setup.PutAnyBaseInt("AnyBase", 255, true);
     setup.PutBool("True", true, true);
     setup.PutString("NotToFile", "x", false);
     const std::pair<const char*, const char*> expected[] = {
-        {"Whole", "2.00000"}, {"Cut", "1.23457"},         {"Negative", "-0.00000"},
-        {"Int", "-17"},       {"Unsigned", "4294967295"}, {"AnyBase", "255"},
-        {"True", "1"},        {"NotToFile", "<missing>"},
-    };
+        {"Whole", "2.00000"},       {"Cut", "1.23457"}, {"Int", "-17"},
+        {"Unsigned", "4294967295"}, {"AnyBase", "255"}, {"True", "1"},
+        {"NotToFile", "<missing>"}};
     for (const auto& [key, value] : expected)
         EXPECT_EQ(fileValue(key), value) << key;
 }
 
 // The drawing winning over the ini file at the level of the settings: see cDocCntxSettingsTest.
-TEST_F(SetupStore, EmptyDrawingValueFallsBackAndWithoutTheDrawingOnlyTheFileSpeaks) {
+TEST_F(SetupStore, EmptyDrawingValueFallsBackToTheFile) {
     ASSERT_NE(host.newDocument(), nullptr);
     openWithDrawing();
     setup.PutString("Shared", "drawing", false);
@@ -136,10 +130,6 @@ TEST_F(SetupStore, EmptyDrawingValueFallsBackAndWithoutTheDrawingOnlyTheFileSpea
     EXPECT_EQ(out, "file");
     setup.GetString("OnlyDefault", "default", out);
     EXPECT_EQ(out, "default");
-    setup.Close();
-    openFileOnly();
-    setup.GetString("Shared", "default", out);
-    EXPECT_EQ(out, "file");
 }
 
 } // namespace
