@@ -1,4 +1,5 @@
 // Fuzz target: any bytes as the message catalog file, loaded into a fresh catalog.
+#include "FuzzInput.h"
 #include "frame/cContext.h"
 #include "settings/cMsgCatalog.h"
 
@@ -22,11 +23,8 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static const std::string path = "/tmp/vardesk-fuzz-catalog-" + std::to_string(getpid()) + ".msg";
-    std::FILE* file = std::fopen(path.c_str(), "wb");
-    if (!file)
+    if (!writeInputFile(path, data, size))
         return 0;
-    std::fwrite(data, 1, size, file);
-    std::fclose(file);
 
     cMsgCatalog catalog;
     catalog.Load(path);

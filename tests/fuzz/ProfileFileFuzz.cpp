@@ -1,4 +1,5 @@
 // Fuzz target: any bytes as a profile file, asked for a section and a key taken from the input.
+#include "FuzzInput.h"
 #include "ProfileFile.h"
 
 #include <unistd.h>
@@ -61,11 +62,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string section(takeLine(rest));
     const std::string key(takeLine(rest));
 
-    std::FILE* file = std::fopen(scratchFile().c_str(), "wb");
-    if (!file)
+    if (!writeInputFile(scratchFile(), rest.data(), rest.size()))
         return 0;
-    std::fwrite(rest.data(), 1, rest.size(), file);
-    std::fclose(file);
 
     std::string full;
     const std::size_t fullLength = kova::profile::getString(scratchFile(), section, key, "dflt", full, 0);

@@ -1,4 +1,5 @@
 // Fuzz target: any bytes as a user list file, read over a list holding a record of every kind.
+#include "FuzzInput.h"
 #include "vars/cSysVarList.h"
 
 #include <sys/stat.h>
@@ -42,11 +43,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     cSysVarList& list = typedList();
     const std::string path = list.userDirectory + list.userFileName;
-    std::FILE* file = std::fopen(path.c_str(), "wb");
-    if (!file)
+    if (!writeInputFile(path, data, size))
         return 0;
-    std::fwrite(data, 1, size, file);
-    std::fclose(file);
     ReportList report;
     list.readUserFile(report);
     // Writing back what was read must work on whatever the file left in the records.
