@@ -46,58 +46,46 @@ TEST(CommandInput, UpAndDownRecallEarlierCommands) {
     EXPECT_EQ(seen, (QStringList{"GETVAR LUPREC", "NEW", "NEW", "GETVAR LUPREC", "", ""}));
 }
 
-class MainWindowTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_TRUE(host.setProfileDir(profile.path().toStdString()));
-        ASSERT_TRUE(host.loadVariableTable(std::string(VARDESK_SOURCE_DIR) + "/data/hostvars.tsv"));
-    }
-    void TearDown() override { host.shutdown(); }
-
+// The tabs and the command line of one window; its place is remembered for the next.
+TEST(MainWindow, TabsFollowDocumentsSwitchingActivatesAndThePlaceIsRemembered) {
     HostSession& host = HostSession::instance();
     QTemporaryDir profile;
-};
-
-TEST_F(MainWindowTest, TabsFollowDocumentsAndSwitchingActivates) {
+    ASSERT_TRUE(host.setProfileDir(profile.path().toStdString()));
+    ASSERT_TRUE(host.loadVariableTable(std::string(VARDESK_SOURCE_DIR) + "/data/hostvars.tsv"));
     const std::string samples = std::string(VARDESK_SOURCE_DIR) + "/data/samples/";
-    MainWindow window(host, profile.filePath("cadhost.conf"));
-    host.setOutput([&](const std::string& t) { window.appendOutput(QString::fromStdString(t)); });
-    ASSERT_TRUE(host.openDocument(samples + "Werkhalle.dwg"));
-    ASSERT_TRUE(host.openDocument(samples + "Lageplan.dwg"));
-    window.refresh();
-    auto* tabs = window.findChild<QTabBar*>();
-    ASSERT_TRUE(tabs);
-    ASSERT_EQ(tabs->count(), 2);
-    EXPECT_EQ(tabs->tabText(1), "Lageplan.dwg");
-    EXPECT_EQ(tabs->currentIndex(), 1);
-
-    tabs->setCurrentIndex(0);
-    ASSERT_TRUE(host.currentDocument());
-    EXPECT_EQ(std::filesystem::path(host.currentDocument()->fileName()).filename(), "Werkhalle.dwg");
-
-    auto* input = window.findChild<CommandInput*>();
-    ASSERT_TRUE(input);
-    type(*input, "CLOSE");
-    EXPECT_EQ(tabs->count(), 1);
-    type(*input, "GETVAR DWGNAME");
-    auto* output = window.findChild<QPlainTextEdit*>();
-    ASSERT_TRUE(output);
-    EXPECT_TRUE(output->toPlainText().contains("Command: GETVAR DWGNAME\nDWGNAME = Lageplan.dwg"))
-        << output->toPlainText().toStdString();
-    host.setOutput({});
-}
-
-TEST_F(MainWindowTest, WindowPlaceIsRememberedInTheProfile) {
     const QString settings = profile.filePath("cadhost.conf");
     {
         MainWindow window(host, settings);
+        host.setOutput([&](const std::string& t) { window.appendOutput(QString::fromStdString(t)); });
+        ASSERT_TRUE(host.openDocument(samples + "Werkhalle.dwg"));
+        ASSERT_TRUE(host.openDocument(samples + "Lageplan.dwg"));
+        window.refresh();
+        auto* tabs = window.findChild<QTabBar*>();
+        ASSERT_TRUE(tabs);
+        ASSERT_EQ(tabs->count(), 2);
+        EXPECT_EQ(tabs->tabText(1), "Lageplan.dwg");
+        EXPECT_EQ(tabs->currentIndex(), 1);
+        tabs->setCurrentIndex(0);
+        ASSERT_TRUE(host.currentDocument());
+        EXPECT_EQ(std::filesystem::path(host.currentDocument()->fileName()).filename(), "Werkhalle.dwg");
+
+        auto* input = window.findChild<CommandInput*>();
+        ASSERT_TRUE(input);
+        type(*input, "CLOSE");
+        EXPECT_EQ(tabs->count(), 1);
+        type(*input, "GETVAR DWGNAME");
+        const QString output = window.findChild<QPlainTextEdit*>()->toPlainText();
+        EXPECT_TRUE(output.contains("Command: GETVAR DWGNAME\nDWGNAME = Lageplan.dwg"))
+            << output.toStdString();
+        host.setOutput({});
+
         window.show();
         window.resize(812, 534);
         QApplication::processEvents();
         window.close();
     }
-    MainWindow again(host, settings);
-    EXPECT_EQ(again.size(), QSize(812, 534));
+    EXPECT_EQ(MainWindow(host, settings).size(), QSize(812, 534));
+    host.shutdown();
 }
 
 } // namespace

@@ -11,19 +11,17 @@ class ContextSettings : public testhost::HostTest {
 protected:
     void SetUp() override {
         HostTest::SetUp();
-        savedContext = {gContext.moduleDirectory, gContext.userIniFile};
         gContext.moduleDirectory = "/opt/vardesk/";
         gContext.userIniFile = (folder / "VarDesk.ini").string();
         doc = host.newDocument();
         ASSERT_NE(doc, nullptr);
     }
     void TearDown() override {
-        gContext.moduleDirectory = savedContext.first;
-        gContext.userIniFile = savedContext.second;
+        gContext.moduleDirectory = saved.first;
+        gContext.userIniFile = saved.second;
         HostTest::TearDown();
     }
-
-    std::pair<std::string, std::string> savedContext;
+    const std::pair<std::string, std::string> saved{gContext.moduleDirectory, gContext.userIniFile};
     AcApDocument* doc = nullptr;
 };
 
