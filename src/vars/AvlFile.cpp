@@ -81,6 +81,22 @@ const std::string& lineErrorText(int error)
 
 } // namespace
 
+TextLineReader::Outcome nextContentLine(TextLineReader& reader, std::string& line, int& lineNumber,
+                                        ReportList& report)
+{
+    for (;;) {
+        const TextLineReader::Outcome outcome = reader.next(line);
+        if (outcome == TextLineReader::Outcome::End || outcome == TextLineReader::Outcome::Failed)
+            return outcome;
+        ++lineNumber;
+        if (outcome == TextLineReader::Outcome::TooLong)
+            report.push_back(formatText("%s %d.", gMsg.TxFileReadError.c_str(), lineNumber));
+        trimBoth(line);
+        if (!line.empty() && line[0] != ';')
+            return TextLineReader::Outcome::Line;
+    }
+}
+
 bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileName,
                    ReportList& report)
 {
@@ -88,7 +104,7 @@ bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileNa
     std::string line;
     int lineNumber = 0;
     for (;;) {
-        const TextLineReader::Outcome outcome = reader.next(line);
+        const TextLineReader::Outcome outcome = nextContentLine(reader, line, lineNumber, report);
         if (outcome == TextLineReader::Outcome::End)
             return true;
         if (outcome == TextLineReader::Outcome::Failed) {
@@ -96,13 +112,6 @@ bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileNa
                 formatText("%s '%s'.", gMsg.TxFileReadFailure.c_str(), fileName.c_str()));
             return false;
         }
-        ++lineNumber;
-        if (outcome == TextLineReader::Outcome::TooLong)
-            report.push_back(formatText("%s %d.", gMsg.TxFileReadError.c_str(), lineNumber));
-
-        trimBoth(line);
-        if (line.empty() || line[0] == ';')
-            continue;
         const std::size_t remark = line.find(";;");
         if (remark != std::string::npos)
             line.resize(remark); // not trimmed again: blanks ahead of ";;" stay in the last field

@@ -38,6 +38,12 @@ private:
     char m_buffer[kMaxLineBytes + 1];
 };
 
+// The next line that is neither blank nor a comment (";" first), trimmed at both ends. Every
+// physical line counts in lineNumber; a line cut at kMaxLineBytes is reported by its number and
+// then taken as far as it was read. Gives Line, End or Failed; the caller reports a failure.
+TextLineReader::Outcome nextContentLine(TextLineReader& reader, std::string& line, int& lineNumber,
+                                        ReportList& report);
+
 // readAvlFile's work on an open stream: every line into the list's themes and records, each bad
 // line a report line. fileName names the file in the report line of a fatal read error, which is
 // then the last line of the report. Returns false after a fatal read error, else true. Shows no

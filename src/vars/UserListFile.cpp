@@ -57,7 +57,7 @@ int cSysVarList::readUserFile(ReportList& report)
     int result = 1;
     int lineNumber = 0;
     for (;;) {
-        const TextLineReader::Outcome outcome = reader.next(line);
+        const TextLineReader::Outcome outcome = nextContentLine(reader, line, lineNumber, report);
         if (outcome == TextLineReader::Outcome::End)
             break;
         if (outcome == TextLineReader::Outcome::Failed) {
@@ -68,13 +68,6 @@ int cSysVarList::readUserFile(ReportList& report)
             ShowErrorBox(text + gMsg.TxAbort);
             return 0;
         }
-        ++lineNumber;
-        if (outcome == TextLineReader::Outcome::TooLong)
-            report.push_back(formatText("%s %d.", gMsg.TxFileReadError.c_str(), lineNumber));
-
-        trimBoth(line);
-        if (line.empty() || line[0] == ';')
-            continue;
         splitFields(line, name, value, field3, field4); // a line without "#" has an empty value
         upperCase(trimBoth(name));
         trimBoth(value);
