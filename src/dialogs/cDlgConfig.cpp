@@ -147,13 +147,12 @@ void cDlgConfig::accept() {
     }
 
     // There is no way back into the dialog from the question.
-    SaveRect();
-    QDialog::done(QDialog::Accepted);
+    QDialog::accept();
 }
 
-void cDlgConfig::reject() {
+void cDlgConfig::done(int result) {
     SaveRect();
-    QDialog::done(QDialog::Rejected);
+    QDialog::done(result);
 }
 
 void cDlgConfig::SaveRect() {

@@ -43,9 +43,11 @@ public:
 
     void setVisible(bool visible) override;
 
+    // Every way out (OK, button 1013, Escape, the close box) stores the window's rectangle.
+    void done(int result) override;
+
 public slots:
     void accept() override; // the OK step (button 1014 and Enter)
-    void reject() override; // button 1013, Escape and the close box
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -155,13 +155,12 @@ void cDlgSlctSysVar::accept() {
         if (cSysVar* record = m_model->recordAt(row))
             if (selection->isSelected(m_model->index(row, 0)))
                 record->setInUserList();
-    SaveGeometry();
-    QDialog::done(QDialog::Accepted);
+    QDialog::accept();
 }
 
-void cDlgSlctSysVar::reject() {
+void cDlgSlctSysVar::done(int result) {
     SaveGeometry();
-    QDialog::done(QDialog::Rejected);
+    QDialog::done(result);
 }
 
 void cDlgSlctSysVar::SaveGeometry() {

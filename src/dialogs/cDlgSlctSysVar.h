@@ -64,9 +64,11 @@ public:
 
     void setVisible(bool visible) override;
 
+    // Every way out (OK, Cancel, Escape, the close box) stores the rectangle and column widths.
+    void done(int result) override;
+
 public slots:
     void accept() override; // OK, and Enter
-    void reject() override; // Cancel, Escape and the close box
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
