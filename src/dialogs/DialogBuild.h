@@ -7,6 +7,7 @@
 #include <QString>
 #include <QWidget>
 
+#include <string>
 #include <type_traits>
 
 class QDialog;
@@ -32,6 +33,11 @@ Control* makeControl(QWidget* parent, const DialogTemplate& t, int id, const Dia
                 control->setText(c->text);
     }
     return control;
+}
+
+// A catalog or file text, which the system keeps in UTF-8, as Qt's text.
+inline QString qs(const std::string& text) {
+    return QString::fromStdString(text);
 }
 
 // Right and bottom as the window system counts them: one past the last pixel.

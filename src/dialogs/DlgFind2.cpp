@@ -27,10 +27,6 @@ constexpr int kButtonGap = 5;       // between the hit buttons, and between the 
 constexpr int kFirstCheckDrop = 15; // the first check box below the group box's top
 constexpr int kCheckIndent = 20;
 
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
 } // namespace
 
 DlgFind2::DlgFind2(cDocCntx& context, QWidget* parent) : QDialog(parent), m_context(context) {

@@ -31,10 +31,6 @@ constexpr int kMargin = 10;
 // Room between a label's text and its field.
 constexpr int kLabelGap = 4;
 
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
 // Whether the platform can give the file's status: the one test of a path here.
 bool hasFileStatus(const std::string& path) {
     struct stat status {};

@@ -34,10 +34,6 @@ constexpr int kIconSize = 16;
 // Row images in their order: drawing-specific, global, the two scope orders, letter, theme.
 constexpr int kRowIcons[rowimage::count] = {1074, 1102, 1110, 1111, 1072, 1073};
 
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
 } // namespace
 
 cDlgSlctSysVar::cDlgSlctSysVar(cDocCntx& context, QWidget* parent) : QDialog(parent), m_context(context) {

@@ -1,6 +1,7 @@
 // cDlgVarDesk: the frame of the main dialog: creation, menu, tool bar, status bar, layout and end.
 #include "cDlgVarDesk.h"
 
+#include "dialogs/DialogBuild.h"
 #include "dialogs/DialogRoutines.h"
 #include "dialogs/DialogTemplate.h"
 #include "dialogs/MenuTemplate.h"
@@ -65,10 +66,6 @@ const std::array<ToolButton, kButtonCount> kToolButtons = {{
     {kIconCompareOff, &cMsgCatalog::MnCompare, kCompare, true},
     {1095, &cMsgCatalog::MnHelp, kHelp, true},
 }};
-
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 QString idName(int id) {
     return QString::number(id);

@@ -1,6 +1,7 @@
 // cDlgVarDesk: the list's set-up and rows, the value field, the context menu, view and order.
 #include "cDlgVarDesk.h"
 
+#include "dialogs/DialogBuild.h"
 #include "dialogs/ModuleResources.h"
 #include "frame/cDocCntx.h"
 #include "settings/cMsgCatalog.h"
@@ -22,10 +23,6 @@ namespace {
 
 // Row images in their order: drawing-specific, global, the two scope orders, letter, theme.
 constexpr int kRowIcons[rowimage::count] = {1074, 1102, 1110, 1111, 1072, 1073};
-
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 } // namespace
 
