@@ -3,6 +3,8 @@
 # runs in the batch console instead and leaves its screenshots in a folder named at the end.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
+mode=${1:-}
+set -- # deps.sh takes extra package names from the arguments
 . "$root/scripts/deps.sh"
 vardesk_install_missing
 
@@ -14,7 +16,7 @@ sample="$stage/share/vardesk/samples/Werkhalle.dwg"
 work=$(mktemp -d "${TMPDIR:-/tmp}/vardesk-demo.XXXXXX")
 cp "$sample" "$work/"
 
-if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ "${1:-}" != "--demo" ]; then
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ "$mode" != "--demo" ]; then
     exec "$stage/bin/cadhost" "$work/$(basename "$sample")"
 fi
 

@@ -7,6 +7,8 @@
 #   scripts/test.sh --quick    the normal build only
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
+mode=${1:-}
+set -- # deps.sh takes extra package names from the arguments
 . "$root/scripts/deps.sh"
 vardesk_install_missing
 
@@ -19,7 +21,7 @@ run_build() { # name, extra cmake args...
 }
 
 run_build main
-if [ "${1:-}" != "--quick" ]; then
+if [ "$mode" != "--quick" ]; then
     ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
         run_build sanitize -DVARDESK_SANITIZE=ON
     "$root/tests/fuzz/run.sh" "${FUZZ_SECONDS:-60}" "${FUZZ_OTHER_SECONDS:-20}"
