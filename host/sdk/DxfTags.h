@@ -1,0 +1,68 @@
+// ASCII DXF at the level of group tags: reading a file into tags, writing tags back, and the
+// text encodings of the DXF versions.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cadhost::dxf {
+
+// One group: a code and its value. Both views point into the file's bytes as read, or into text
+// the document made for a change, so an unchanged tag is written back byte for byte. value has
+// no line end; codeLine is the code's line as it stood ("  0").
+struct Tag {
+    int code = 0;
+    std::string_view codeLine;
+    std::string_view value;
+    std::uint32_t line = 0; // 1-based line of the code in the file; 0 for a made tag
+
+    bool is(int c, std::string_view v) const { return code == c && value == v; }
+};
+
+// The code page of a drawing before R2007: its bytes map to Unicode through this page. UTF-8
+// files (R2007 and later) use Utf8.
+enum class CodePage { Utf8, Ansi1252 };
+
+// Decodes a value to UTF-8: the page's bytes to their characters and "\U+XXXX" escapes to the
+// character they name. A byte that does not decode is kept as it is, so encode(decode(x)) == x
+// for every x that needed no escape.
+std::string decodeText(std::string_view raw, CodePage page);
+// Encodes UTF-8 text for the page: characters the page lacks become "\U+XXXX"; bytes that are no
+// UTF-8 are written as they are. Line breaks and NUL cannot stand in a DXF value: they are
+// written as "^J", "^@" (a caret escape, as CAD programs do) -- callers refuse such text before.
+std::string encodeText(std::string_view utf8, CodePage page);
+
+// The file's version from $ACADVER ("AC1009" .. "AC1032"): 0 when unknown.
+int versionNumber(std::string_view acadver);
+
+// The tags of a whole file, with the storage their views point into.
+class TagFile {
+public:
+    // Reads ASCII DXF. On failure returns false and message names the line ("line 12: ...").
+    // Accepts CR LF and LF line ends, blanks around the code, a missing last line end. Refuses
+    // binary DXF, DWG, an odd number of lines, a code that is no number, no EOF.
+    bool parse(std::string bytes, std::string& message);
+
+    std::vector<Tag>& tags() { return m_tags; }
+    const std::vector<Tag>& tags() const { return m_tags; }
+    // Keeps text alive for as long as the file and returns a view of it.
+    std::string_view keep(std::string text);
+    // A made tag with the code's usual line form.
+    Tag make(int code, std::string value);
+
+    // Tags to file text, each line ended by the line end the file used (CR LF or LF).
+    std::string write() const;
+    bool usesCrLf() const { return m_crlf; }
+    void setCrLf(bool crlf) { m_crlf = crlf; }
+
+private:
+    std::string m_bytes;
+    std::deque<std::string> m_made;
+    std::vector<Tag> m_tags;
+    bool m_crlf = true;
+};
+
+} // namespace cadhost::dxf
