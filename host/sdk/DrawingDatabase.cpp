@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <set>
 
 using nlohmann::json;
 
@@ -23,7 +24,7 @@ int openCountOf(const AcDbObject* object) {
     const AcDbObject::Impl& d = AcDbHostAccess::impl(object);
     int n = d.readers + (d.writer ? 1 : 0);
     for (const auto& [key, entry] : d.entries)
-        n += openCountOf(entry.second);
+        n += openCountOf(entry.object);
     return n;
 }
 
@@ -31,31 +32,47 @@ void markErased(AcDbObject* object) {
     AcDbObject::Impl& d = AcDbHostAccess::impl(object);
     d.erased = true;
     for (auto& [key, entry] : d.entries)
-        markErased(entry.second);
+        markErased(entry.object);
 }
 
-// Makes a new object resident in db under owner; it keeps its open-for-write state.
-void makeResident(AcDbObject* object, DrawingDatabase* db, AcDbObject* owner) {
+} // namespace
+
+void makeResident(AcDbObject* object, DrawingDatabase* db, AcDbObject* owner, std::uint64_t handle) {
     AcDbObject::Impl& d = AcDbHostAccess::impl(object);
     d.db = db;
     d.owner = owner;
-    d.id = AcDbObjectId(db->nextHandle());
+    d.handle = handle ? handle : db->nextHandle();
+    d.id = AcDbObjectId(static_cast<Adesk::UInt32>(d.handle));
     noteObjectsOpened(d.readers + (d.writer ? 1 : 0));
 }
 
-// Takes an entry out of its dictionary and keeps it erased until the database ends.
-void eraseEntry(AcDbObject::Impl& dict,
-                std::map<std::string, std::pair<std::string, AcDbObject*>>::iterator it) {
-    AcDbObject* old = it->second.second;
-    dict.entries.erase(it);
-    markErased(old);
-    AcDbHostAccess::impl(old).db->bury(old);
+void makeLoaded(AcDbObject* object, DrawingDatabase* db, AcDbObject* owner, std::uint64_t handle) {
+    AcDbObject::Impl& d = AcDbHostAccess::impl(object);
+    d.db = db;
+    d.owner = owner;
+    d.handle = handle;
+    d.id = AcDbObjectId(static_cast<Adesk::UInt32>(handle));
+    d.writer = false;
 }
 
-json realJson(double v) {
-    if (std::isfinite(v))
-        return v;
-    return realText(v);
+void putEntry(AcDbObject* dictionary, const std::string& key, AcDbObject* object, int code) {
+    AcDbObject::Impl& d = AcDbHostAccess::impl(dictionary);
+    const std::string upper = upperCase(key);
+    auto [it, added] = d.entries.insert_or_assign(upper, AcDbObject::Impl::Entry{key, object, code});
+    if (added)
+        d.order.push_back(upper);
+}
+
+namespace {
+
+// Takes an entry out of its dictionary and keeps it erased until the database ends.
+void eraseEntry(AcDbObject::Impl& dict, std::map<std::string, AcDbObject::Impl::Entry>::iterator it) {
+    AcDbObject* old = it->second.object;
+    std::erase(dict.order, it->first);
+    dict.entries.erase(it);
+    dict.changed = true;
+    markErased(old);
+    AcDbHostAccess::impl(old).db->bury(old);
 }
 
 bool realFromJson(const json& j, double& v) {
@@ -71,31 +88,6 @@ bool realFromJson(const json& j, double& v) {
         }
     }
     return false;
-}
-
-json entryJson(const ChainEntry& e) {
-    json item = json::array({e.code});
-    switch (kindOfCode(e.code)) {
-    case ValueKind::Text:
-        item.push_back(e.text);
-        break;
-    case ValueKind::Real:
-        item.push_back(realJson(e.real[0]));
-        break;
-    case ValueKind::Short:
-    case ValueKind::Long:
-        item.push_back(e.integer);
-        break;
-    case ValueKind::Point2:
-        item.push_back(json::array({realJson(e.real[0]), realJson(e.real[1])}));
-        break;
-    case ValueKind::Point3:
-        item.push_back(json::array({realJson(e.real[0]), realJson(e.real[1]), realJson(e.real[2])}));
-        break;
-    default:
-        break;
-    }
-    return item;
 }
 
 bool entryFromJson(const json& item, ChainEntry& e, std::string& why) {
@@ -160,20 +152,6 @@ bool entryFromJson(const json& item, ChainEntry& e, std::string& why) {
     return ok;
 }
 
-json objectJson(const AcDbObject* object) {
-    const AcDbObject::Impl& d = AcDbHostAccess::impl(object);
-    if (object->isKindOf(AcDbDictionary::desc())) {
-        json entries = json::object();
-        for (const auto& [upper, entry] : d.entries)
-            entries[entry.first] = objectJson(entry.second);
-        return json{{"dictionary", entries}};
-    }
-    json items = json::array();
-    for (const ChainEntry& e : d.chain)
-        items.push_back(entryJson(e));
-    return json{{"xrecord", items}};
-}
-
 // Fills the dictionary from its JSON entries; path names the place in messages.
 bool fillDictionary(AcDbDictionary* dict, const json& entries, DrawingDatabase* db, const std::string& path,
                     int depth, std::string& why) {
@@ -186,6 +164,7 @@ bool fillDictionary(AcDbDictionary* dict, const json& entries, DrawingDatabase* 
         return false;
     }
     AcDbObject::Impl& d = AcDbHostAccess::impl(dict);
+    std::set<std::string> seen;
     for (const auto& [key, value] : entries.items()) {
         std::string where = path.empty() ? key : path + "/" + key;
         if (key.empty()) {
@@ -194,7 +173,7 @@ bool fillDictionary(AcDbDictionary* dict, const json& entries, DrawingDatabase* 
             return false;
         }
         std::string upper = upperCase(key);
-        if (d.entries.count(upper)) {
+        if (!seen.insert(upper).second) {
             why = where + ": the key is there twice (case is ignored)";
             return false;
         }
@@ -202,19 +181,32 @@ bool fillDictionary(AcDbDictionary* dict, const json& entries, DrawingDatabase* 
             why = where + ": an entry must be {\"dictionary\": ...} or {\"xrecord\": ...}";
             return false;
         }
+        // The drawing stands on the template, whose dictionaries (ACAD_GROUP ...) the file may
+        // name again: a dictionary fills the template's, anything else replaces it.
+        d.changed = true;
+        auto existing = d.entries.find(upper);
+        if (existing != d.entries.end()) {
+            AcDbObject* old = existing->second.object;
+            if (value.contains("dictionary") && old->isKindOf(AcDbDictionary::desc())) {
+                if (!fillDictionary(static_cast<AcDbDictionary*>(old), value["dictionary"], db, where, depth + 1, why))
+                    return false;
+                continue;
+            }
+            eraseEntry(d, existing);
+        }
         AcDbObject* child = nullptr;
         if (value.contains("dictionary")) {
             auto* sub = new AcDbDictionary();
             child = sub;
             makeResident(child, db, dict);
             bool ok = fillDictionary(sub, value["dictionary"], db, where, depth + 1, why);
-            d.entries[upper] = {key, child};
+            putEntry(dict, key, child, 350);
             if (!ok)
                 return false;
         } else if (value.contains("xrecord")) {
             child = new AcDbXrecord();
             makeResident(child, db, dict);
-            d.entries[upper] = {key, child};
+            putEntry(dict, key, child, 350);
             const json& items = value["xrecord"];
             if (!items.is_array()) {
                 why = where + ": xrecord data must be a JSON array";
@@ -246,12 +238,14 @@ bool fillDictionary(AcDbDictionary* dict, const json& entries, DrawingDatabase* 
 void describe(const AcDbObject* object, const std::string& path, std::vector<std::string>& lines) {
     const AcDbObject::Impl& d = AcDbHostAccess::impl(object);
     for (const auto& [upper, entry] : d.entries) {
-        std::string where = path.empty() ? entry.first : path + "/" + entry.first;
-        if (entry.second->isKindOf(AcDbDictionary::desc())) {
-            describe(entry.second, where, lines);
+        std::string where = path.empty() ? entry.key : path + "/" + entry.key;
+        if (entry.object->isKindOf(AcDbDictionary::desc())) {
+            describe(entry.object, where, lines);
+        } else if (!entry.object->isKindOf(AcDbXrecord::desc())) {
+            continue; // objects of other classes hold no chain to list
         } else {
             lines.push_back("XRECORD " + where);
-            for (const ChainEntry& e : AcDbHostAccess::impl(entry.second).chain)
+            for (const ChainEntry& e : AcDbHostAccess::impl(entry.object).chain)
                 lines.push_back("  " + std::to_string(e.code) + " " + chainEntryText(e));
         }
     }
@@ -295,12 +289,6 @@ Acad::ErrorStatus openObject(AcDbObject* object, AcDb::OpenMode mode) {
     return Acad::eOk;
 }
 
-DrawingDatabase::DrawingDatabase() : m_nod(new AcDbDictionary()) {
-    makeResident(m_nod, this, nullptr);
-    AcDbHostAccess::impl(m_nod).writer = false;
-    noteObjectsOpened(-1);
-}
-
 DrawingDatabase::~DrawingDatabase() {
     std::vector<AcDbDatabaseReactor*> reactors = m_reactors;
     for (AcDbDatabaseReactor* r : reactors)
@@ -342,6 +330,8 @@ void DrawingDatabase::removeReactor(AcDbDatabaseReactor* reactor) const {
 
 Acad::ErrorStatus DrawingDatabase::getNamedObjectsDictionary(AcDbDictionary*& dict, AcDb::OpenMode mode) {
     dict = nullptr;
+    if (!hasNamedObjects())
+        return Acad::eNotApplicable;
     Acad::ErrorStatus status = openObject(m_nod, mode);
     if (status == Acad::eOk)
         dict = m_nod;
@@ -404,7 +394,7 @@ std::unique_ptr<DrawingDatabase> DrawingDatabase::fromJson(const std::string& te
             message = "drawing format version " + root["cadhostDrawing"].dump() + " is not supported";
             return nullptr;
         }
-        auto db = std::make_unique<DrawingDatabase>();
+        std::unique_ptr<DrawingDatabase> db = fromTemplate(table);
         if (root.contains("variables")) {
             const json& vars = root["variables"];
             if (!vars.is_object()) {
@@ -451,23 +441,6 @@ std::unique_ptr<DrawingDatabase> DrawingDatabase::fromJson(const std::string& te
     return nullptr;
 }
 
-std::string DrawingDatabase::toJson(const VariableTable& table) const {
-    json root;
-    root["cadhostDrawing"] = kFormatVersion;
-    json vars = json::object();
-    for (const VarDef& def : table.definitions())
-        if (!def.global && def.computed == Computed::None)
-            vars[def.name] = valueToJson(variable(def));
-    // Values of variables the table no longer knows travel on.
-    for (const auto& [name, value] : m_variables)
-        if (!table.find(name))
-            vars[name] = valueToJson(value);
-    root["variables"] = vars;
-    root["regApps"] = json(std::vector<std::string>(m_regApps.begin(), m_regApps.end()));
-    root["namedObjects"] = objectJson(m_nod)["dictionary"];
-    return root.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
-}
-
 std::vector<std::string> DrawingDatabase::describeNamedObjects() const {
     std::vector<std::string> lines;
     describe(m_nod, "", lines);
@@ -480,7 +453,7 @@ using namespace cadhost;
 
 AcDbObject::Impl::~Impl() {
     for (auto& [key, entry] : entries)
-        delete entry.second;
+        delete entry.object;
 }
 
 AcDbObject::AcDbObject() : m_impl(new Impl) {}
@@ -534,9 +507,9 @@ Acad::ErrorStatus AcDbDictionary::getAt(const char* key, AcDbObject*& entry, AcD
     auto it = m_impl->entries.find(upperCase(key));
     if (it == m_impl->entries.end())
         return Acad::eKeyNotFound;
-    Acad::ErrorStatus status = openObject(it->second.second, mode);
+    Acad::ErrorStatus status = openObject(it->second.object, mode);
     if (status == Acad::eOk)
-        entry = it->second.second;
+        entry = it->second.object;
     return status;
 }
 
@@ -557,7 +530,8 @@ Acad::ErrorStatus AcDbDictionary::setAt(const char* key, AcDbObject* newValue, A
     if (it != m_impl->entries.end())
         eraseEntry(*m_impl, it);
     makeResident(newValue, m_impl->db, this);
-    m_impl->entries[upper] = {key, newValue};
+    putEntry(this, key, newValue, 350);
+    m_impl->changed = true;
     newId = v.id;
     m_impl->db->notifyAppended(newValue);
     return Acad::eOk;
@@ -601,7 +575,17 @@ Acad::ErrorStatus AcDbXrecord::rbChain(resbuf** chain, AcDbDatabase*) const {
 Acad::ErrorStatus AcDbXrecord::setFromRbChain(const resbuf& first, AcDbDatabase*) {
     if (!isWriteEnabled())
         return Acad::eNotOpenForWrite;
-    if (!entriesFromChain(&first, m_impl->chain))
+    std::vector<ChainEntry> chain;
+    if (!entriesFromChain(&first, chain))
         return Acad::eInvalidInput;
+    // A drawing file holds group codes only: no result types (RTSTR ...) and no list markers.
+    for (const ChainEntry& e : chain)
+        if (e.code < 0 || e.code > 1071 || kindOfCode(e.code) == ValueKind::None)
+            return Acad::eInvalidInput;
+    // The same data again leaves the record as the file has it.
+    if (chain != m_impl->chain) {
+        m_impl->chain = std::move(chain);
+        m_impl->changed = true;
+    }
     return Acad::eOk;
 }

@@ -662,16 +662,24 @@ AcApDocument* HostSession::openDocument(const std::string& path, std::string* me
     std::error_code ec;
     if (fs::is_directory(full, ec))
         return fail("it is a folder");
+    if (fs::exists(full, ec) && !fs::is_regular_file(full, ec))
+        return fail("it is no regular file");
     std::ifstream in(full, std::ios::binary);
     if (!in)
         return fail(std::strerror(errno));
     std::ostringstream text;
     text << in.rdbuf();
+    if (!in && !in.eof())
+        return fail("it cannot be read");
     std::string why;
-    std::unique_ptr<DrawingDatabase> db = DrawingDatabase::fromJson(text.str(), d->table, why);
+    std::vector<std::string> notes;
+    std::unique_ptr<DrawingDatabase> db = DrawingDatabase::fromFile(std::move(text).str(), d->table, why, notes);
     if (!db)
         return fail(why);
-    return d->addDocument(std::move(db), full, fs::path(full).filename().string(), true);
+    const std::string name = fs::path(full).filename().string();
+    for (const std::string& note : notes)
+        d->print(name + ": " + note + "\n");
+    return d->addDocument(std::move(db), full, name, true);
 }
 
 HostResult HostSession::saveDocument(AcApDocument* document, const std::string& path) {
@@ -681,28 +689,47 @@ HostResult HostSession::saveDocument(AcApDocument* document, const std::string& 
     std::string target = path.empty() ? doc->path : absolutePath(path);
     if (target.empty())
         return HostResult::failure(doc->displayName + " has no file yet: save it under a file name.");
+    auto refuse = [&](const std::string& why) {
+        return HostResult::failure("Cannot save drawing to " + target + ": " + why + ".");
+    };
+    std::error_code ec;
+    const fs::file_status existing = fs::status(target, ec);
+    if (fs::exists(existing)) {
+        if (!fs::is_regular_file(existing))
+            return refuse("it is no regular file");
+        // A drawing the user protected is not replaced, though the folder would let a rename
+        // go over it; a file without any write permission counts as protected even for root.
+        const fs::perms writable = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+        if (::access(target.c_str(), W_OK) != 0 || (existing.permissions() & writable) == fs::perms::none)
+            return refuse("the file is write-protected");
+    }
     d->tellEditorReactors([&](AcEditorReactor* r) { r->beginSave(doc->db.get(), target.c_str()); });
-    std::string temp = target + ".new";
+    std::vector<std::string> notes;
+    const std::string content = doc->db->toDxf(d->table, notes);
+    const std::string temp = target + ".new";
     {
         std::ofstream out(temp, std::ios::binary | std::ios::trunc);
         const bool opened = out.is_open();
-        out << doc->db->toJson(d->table);
+        out << content;
         out.close();
         if (!out) {
             const int error = errno;
             std::error_code ignored;
             if (opened)
                 fs::remove(temp, ignored); // a half-written file is no scrap to leave beside the drawing
-            return HostResult::failure("Cannot save drawing to " + target + ": " + std::strerror(error) +
-                                       ".");
+            return refuse(std::strerror(error));
         }
     }
-    std::error_code ec;
+    if (fs::exists(existing))
+        fs::permissions(temp, existing.permissions(), ec); // the drawing keeps its mode
     fs::rename(temp, target, ec);
     if (ec) {
+        const std::string why = ec.message();
         fs::remove(temp, ec);
-        return HostResult::failure("Cannot save drawing to " + target + ": " + ec.message() + ".");
+        return refuse(why);
     }
+    for (const std::string& note : notes)
+        d->print(fs::path(target).filename().string() + ": " + note + "\n");
     doc->path = target;
     doc->displayName = fs::path(target).filename().string();
     d->tellEditorReactors([&](AcEditorReactor* r) { r->saveComplete(doc->db.get(), target.c_str()); });

@@ -45,16 +45,20 @@ ValueKind kindOfCode(int code) {
     default:
         break;
     }
-    // Group codes of drawing data, by the ranges their kinds have in drawing files.
-    if (within(code, 0, 9) || within(code, 100, 102) || within(code, 300, 309) || within(code, 410, 419) ||
-        within(code, 999, 1003))
+    // Group codes of drawing data, by the ranges their kinds have in drawing files. Handles,
+    // binary chunks and 64-bit integers are kept as their text.
+    if (within(code, 0, 9) || within(code, 100, 105) || within(code, 160, 169) || within(code, 300, 369) ||
+        within(code, 390, 399) || within(code, 410, 419) || within(code, 430, 439) || within(code, 470, 481) ||
+        within(code, 999, 1009))
         return ValueKind::Text;
     if (within(code, 10, 18) || within(code, 110, 112) || code == 210 || within(code, 1010, 1013))
         return ValueKind::Point3;
-    if (within(code, 38, 59) || within(code, 140, 149) || within(code, 460, 469) || within(code, 1040, 1042))
+    // 20..37 and the like are the y and z of a point; standing alone they are reals.
+    if (within(code, 19, 59) || within(code, 113, 149) || within(code, 211, 239) || within(code, 460, 469) ||
+        within(code, 1014, 1059))
         return ValueKind::Real;
-    if (within(code, 60, 79) || within(code, 170, 179) || within(code, 270, 299) || within(code, 370, 409) ||
-        code == 1070)
+    if (within(code, 60, 79) || within(code, 170, 179) || within(code, 270, 299) || within(code, 370, 389) ||
+        within(code, 400, 409) || within(code, 1060, 1070))
         return ValueKind::Short;
     if (within(code, 90, 99) || within(code, 420, 429) || within(code, 440, 459) || code == 1071)
         return ValueKind::Long;

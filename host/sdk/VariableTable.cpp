@@ -2,6 +2,7 @@
 #include "VariableTable.h"
 
 #include "adscodes.h"
+#include "DxfTags.h"
 #include "ResbufUtil.h"
 
 #include <nlohmann/json.hpp>
@@ -237,6 +238,18 @@ std::string parseRules(const std::vector<std::string>& w, size_t i, VarDef& def)
         } else if (r == "char") {
             def.oneCharacter = true;
             ++i;
+        } else if (r == "dxf") {
+            long long code;
+            if (i + 1 >= w.size() || !parseInteger(w[i + 1], code) || code < 1 || code > 1071)
+                return "rule 'dxf' needs the header variable's group code";
+            def.dxfCode = static_cast<int>(code);
+            i += 2;
+            if (i + 1 < w.size() && w[i] == "since") {
+                def.dxfSince = dxf::versionNumber(w[i + 1]);
+                if (def.dxfSince == 0)
+                    return "rule 'dxf ... since' needs a version from AC1009 to AC1032";
+                i += 2;
+            }
         } else {
             return "unknown rule '" + r + "'";
         }
@@ -246,6 +259,10 @@ std::string parseRules(const std::vector<std::string>& w, size_t i, VarDef& def)
         return "numeric rule on a variable that is not a number";
     if ((def.notEmpty || def.oneCharacter || def.maxLength) && def.type != VarType::String)
         return "text rule on a variable that is not a text";
+    if (def.dxfCode && !headerCodeFits(def))
+        return "rule 'dxf': group code " + std::to_string(def.dxfCode) + " does not hold a value of this type";
+    if (def.dxfCode && (def.global || def.computed != Computed::None))
+        return "rule 'dxf' on a variable that a drawing does not keep";
     return {};
 }
 
@@ -276,6 +293,26 @@ bool VarValue::operator==(const VarValue& o) const {
         return integer == o.integer;
     case VarType::String:
         return text == o.text;
+    }
+    return false;
+}
+
+bool headerCodeFits(const VarDef& def) {
+    const int c = def.dxfCode;
+    const bool integerCode = (c >= 60 && c <= 79) || (c >= 90 && c <= 99) || (c >= 270 && c <= 299) ||
+                             (c >= 370 && c <= 389);
+    const bool textCode = (c >= 1 && c <= 9) || (c >= 300 && c <= 309);
+    switch (def.type) {
+    case VarType::Int:
+    case VarType::Long:
+        return integerCode;
+    case VarType::Real:
+        return (c >= 40 && c <= 59) || (c >= 140 && c <= 149);
+    case VarType::Point2:
+    case VarType::Point3:
+        return c == 10;
+    case VarType::String:
+        return textCode || (c == 70 && def.oneCharacter);
     }
     return false;
 }

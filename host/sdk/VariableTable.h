@@ -44,6 +44,11 @@ struct VarDef {
     bool notEmpty = false;          // "nonempty"
     bool oneCharacter = false;      // "char": exactly one (UTF-8) character
     size_t maxLength = 0;           // "maxlen": at most this many bytes (0: no limit)
+
+    // "dxf CODE [since ACxxxx]": the drawing file keeps the value as header variable $NAME with this
+    // group code (a point as CODE, CODE+10, CODE+20); the header has it from that version on.
+    int dxfCode = 0;       // 0: no header variable; the host keeps the value in a record of its own
+    int dxfSince = 1009;   // AC1009 (R12)
 };
 
 class VariableTable {
@@ -87,5 +92,10 @@ nlohmann::json valueToJson(const VarValue& value);
 bool valueFromJson(const VarDef& def, const nlohmann::json& json, VarValue& value, std::string& message);
 
 std::string upperCase(std::string text);
+
+// True when the variable's type can stand under its header group code: a number under a numeric
+// code, a point under 10, a text under a text code, and a one-character text under 70 (DIMDSEP,
+// kept as the character's code).
+bool headerCodeFits(const VarDef& def);
 
 } // namespace cadhost

@@ -1,9 +1,11 @@
-// Fuzz target: any bytes as a drawing file, read by the host's loader and written back.
+// Fuzz target: any bytes as a drawing file (DXF or the former JSON form), read by the host's
+// loader and written back as DXF.
 #include "DrawingDatabase.h"
 #include "VariableTable.h"
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -24,7 +26,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const std::string text(reinterpret_cast<const char*>(data), size);
     std::string message;
-    std::unique_ptr<cadhost::DrawingDatabase> db = cadhost::DrawingDatabase::fromJson(text, table(), message);
+    std::vector<std::string> notes;
+    std::unique_ptr<cadhost::DrawingDatabase> db = cadhost::DrawingDatabase::fromFile(text, table(), message, notes);
     if (!db) {
         if (message.empty())
             __builtin_trap(); // a refused file always says why
@@ -32,10 +35,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     db->describeNamedObjects();
     // What the host saves it must open again, and save the same way.
-    const std::string saved = db->toJson(table());
+    const std::string saved = db->toDxf(table(), notes);
     std::string again;
-    std::unique_ptr<cadhost::DrawingDatabase> reopened = cadhost::DrawingDatabase::fromJson(saved, table(), again);
-    if (!reopened || reopened->toJson(table()) != saved)
+    std::unique_ptr<cadhost::DrawingDatabase> reopened = cadhost::DrawingDatabase::fromFile(saved, table(), again, notes);
+    if (!reopened || reopened->toDxf(table(), notes) != saved)
         __builtin_trap();
     if (db->openObjectCount() != 0 || reopened->openObjectCount() != 0)
         __builtin_trap();

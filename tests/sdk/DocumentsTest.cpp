@@ -154,7 +154,7 @@ Lines entries(const resbuf* chain) {
     for (const resbuf* rb = chain; rb; rb = rb->rbnext) {
         char value[128] = "";
         const short t = rb->restype;
-        if (t == 1 || t == 1000 || t == RTSTR)
+        if (t == 1 || t == 1000 || t == 330 || t == RTSTR)
             std::snprintf(value, sizeof value, "%s", rb->resval.rstring);
         else if (t == 40 || t == RTREAL)
             std::snprintf(value, sizeof value, "%.17g", rb->resval.rreal);
@@ -198,10 +198,18 @@ TEST_F(Documents, EveryKindOfChainEntryAndNestedDictionariesSurviveSaveAndOpen) 
     ASSERT_NE(host().newDocument(), nullptr);
     const double p3[3] = {1.5, -2.25, 1e-300};
     const double p2[2] = {3, 4};
-    resbuf* chain = acutBuildList(1, "Wände \"quoted\"", 40, 0.1, 70, -32768, 90, 2147483647, 10, p3, RTPOINT,
-                                  p2, RTSTR, "", RTREAL, INFINITY, RTSHORT, 7, RTLONG, -1, RT3DPOINT, p3,
-                                  1000, "xdata", 290, 1, 1071, 42, RTLB, RTLE, RTNONE);
+    resbuf* chain = acutBuildList(1, "Wände \"quoted\"\nzwei Zeilen ^", 40, 0.1, 70, -32768, 90, 2147483647, 10,
+                                  p3, 1, "", 40, INFINITY, 1000, "xdata", 290, 1, 1071, 42, 330, "1F", RTNONE);
     ASSERT_NE(chain, nullptr);
+    // Result types and list markers have no place in a drawing file.
+    resbuf* typed = acutBuildList(RTSTR, "a", RTPOINT, p2, RTNONE);
+    resbuf* marked = acutBuildList(1, "a", RTLB, RTLE, RTNONE);
+    for (resbuf* refused : {typed, marked}) {
+        auto* rec = static_cast<AcDbXrecord*>(openPath({"OTHER"}, AcDb::kForWrite));
+        EXPECT_EQ(rec->setFromRbChain(*refused), Acad::eInvalidInput);
+        rec->close();
+        acutRelRb(refused);
+    }
     resbuf* small = acutBuildList(1, "deep", RTNONE);
     for (const auto& [path, content] : {std::pair{std::vector<const char*>{"OUTER", "PLAIN"}, chain},
                                         {{"outer", "Inner", "DEEP"}, small}}) { // keys ignore case
@@ -225,7 +233,7 @@ TEST_F(Documents, EveryKindOfChainEntryAndNestedDictionariesSurviveSaveAndOpen) 
     ASSERT_TRUE(host().namedObjectsListing(lines));
     ASSERT_GE(lines.size(), 3u);
     EXPECT_EQ(Lines(lines.begin(), lines.begin() + 3),
-              (Lines{"XRECORD OUTER/Inner/DEEP", "  1 deep", "XRECORD OUTER/PLAIN"}));
+              (Lines{"XRECORD OTHER", "XRECORD OUTER/Inner/DEEP", "  1 deep"}));
     EXPECT_EQ(host().openObjectCount(), 0);
     acutRelRb(chain);
     acutRelRb(small);
@@ -237,7 +245,8 @@ TEST_F(Documents, BrokenDrawingFilesOpenNothingAndSayWhy) {
     host().newDocument();
     const std::string head = "{\"cadhostDrawing\": 1, ";
     const std::pair<std::string, const char*> bads[] = {
-        {"[]", "not a drawing file"},
+        {"[]", "line 1: \"[]\" is no group code"},
+        {"{}", "not a drawing file"},
         {"{\"cadhostDrawing\": 2}", "version 2"},
         {head + "\"variables\": {\"LUPREC\": \"four\"}}", "variable LUPREC"},
         {head + "\"namedObjects\": {\"A\": {\"xrecord\": [[40, \"x\"]]}}}",

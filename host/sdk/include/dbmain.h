@@ -74,6 +74,8 @@ public:
     // A copy of the data chain; the caller releases it with acutRelRb. eOk with null for no data.
     Acad::ErrorStatus rbChain(resbuf** chain, AcDbDatabase* auxDb = nullptr) const;
     // Replaces the data with a copy of the chain starting at first. Needs the record open for write.
+    // eInvalidInput for an entry a drawing file cannot hold: its types are group codes (1, 40,
+    // 70, 90, 10 ...), not result types (RTSTR ...) or list markers.
     Acad::ErrorStatus setFromRbChain(const resbuf& first, AcDbDatabase* auxDb = nullptr);
 
 protected:
