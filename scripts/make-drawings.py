@@ -895,13 +895,14 @@ def werkhalle():
                    (doors, 3, "Continuous"), (texts, 2, "Continuous"),
                    (title, 8, "Continuous")],
         "entities": e,
-        "guids": ["{7C1E5A20-3B41-4F7E-9D2A-0B6F1C3E5A01}", "{7C1E5A20-3B41-4F7E-9D2A-0B6F1C3E5A02}"],
+        "guids": ["{7C1E5A20-3B41-4F7E-9D2A-0B6F1C3E5A01}",
+                  "{7C1E5A20-3B41-4F7E-9D2A-0B6F1C3E5A02}"],
     }
 
 
 def lageplan():
-    """A site plan in UTM coordinates: parcels, a building, a road with its bend, trees (m... in
-    drawing units of 1 m)."""
+    """A site plan in UTM coordinates (metres): parcels, two buildings, a road with its bend,
+    trees."""
     e = []
     x, y = 3456120.0, 5512340.0
     parcels, buildings, road, trees, texts, title = ("V-FLURSTUECK", "V-GEBAEUDE", "V-STRASSE",
@@ -936,7 +937,8 @@ def lageplan():
                    (road, 8, "Continuous"), (trees, 3, "Continuous"), (texts, 7, "Continuous"),
                    (title, 7, "Continuous")],
         "entities": e,
-        "guids": ["{2F8B4C11-6D07-4A39-8E52-C4A1D07B3F11}", "{2F8B4C11-6D07-4A39-8E52-C4A1D07B3F12}"],
+        "guids": ["{2F8B4C11-6D07-4A39-8E52-C4A1D07B3F11}",
+                  "{2F8B4C11-6D07-4A39-8E52-C4A1D07B3F12}"],
     }
 
 
@@ -967,7 +969,8 @@ def schnitt():
                    (footing, 8, "Continuous"), (texts, 2, "Continuous"),
                    (title, 7, "Continuous")],
         "entities": e,
-        "guids": ["{91D3E6A0-2C5B-47F8-B1E4-5A6C7D8E9F21}", "{91D3E6A0-2C5B-47F8-B1E4-5A6C7D8E9F22}"],
+        "guids": ["{91D3E6A0-2C5B-47F8-B1E4-5A6C7D8E9F21}",
+                  "{91D3E6A0-2C5B-47F8-B1E4-5A6C7D8E9F22}"],
     }
 
 
@@ -978,7 +981,8 @@ def template():
         "variables": {},
         "regapps": ["ACAD"],
         "named_objects": {"ACAD_GROUP": {"dictionary": {}}},
-        "guids": ["{3A0C5E71-84B2-4D16-A9F3-1E7C2B5D8F01}", "{3A0C5E71-84B2-4D16-A9F3-1E7C2B5D8F02}"],
+        "guids": ["{3A0C5E71-84B2-4D16-A9F3-1E7C2B5D8F01}",
+                  "{3A0C5E71-84B2-4D16-A9F3-1E7C2B5D8F02}"],
     }
 
 

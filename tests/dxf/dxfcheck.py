@@ -36,7 +36,8 @@ def source_path(*parts):
 
 
 def sample_paths():
-    return [source_path("data", "samples", n + ".dxf") for n in ("Werkhalle", "Lageplan", "Schnitt")]
+    return [source_path("data", "samples", name + ".dxf")
+            for name in ("Werkhalle", "Lageplan", "Schnitt")]
 
 
 def template_path():
