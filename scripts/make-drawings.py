@@ -853,37 +853,49 @@ def title_block(layer, frame, x1, y0, unit, title, scale, date, drawn_by, projec
 
 
 def werkhalle():
-    """A production hall, 48 m by 24 m, with its column grid, doors and room names (mm)."""
+    """A production hall, 60 m by 36 m, with its column grid, a gate, a door and room names (mm)."""
     walls, axes, columns, doors, texts, title = ("A-WAND", "A-ACHSE", "A-STUETZE", "A-TUER",
                                                   "A-TEXT", "Z-SCHRIFTFELD")
+    ox, oy = 8000, 10000  # the hall's south-west corner on the sheet
+    length, width, wall = 60000, 36000, 365
+    gate = (36000, 41000)  # the gate's opening in the south wall
+
+    def at(x, y):
+        return (ox + x, oy + y)
+
     e = []
-    e.append(("LWPOLYLINE", walls, rect(0, 0, 48000, 24000), True))
-    e.append(("LWPOLYLINE", walls, rect(365, 365, 47635, 23635), True))
-    e.append(("LINE", walls, (16000, 365), (16000, 9000)))
-    e.append(("LINE", walls, (16000, 10200), (16000, 23635)))
-    e.append(("LINE", walls, (16240, 365), (16240, 9000)))
-    e.append(("LINE", walls, (16240, 10200), (16240, 23635)))
-    for i in range(9):
-        x = 365 + i * 5909
-        e.append(("LINE", axes, (x, -2500), (x, 26500)))
-        e.append(("CIRCLE", axes, (x, 27250), 750))
-        e.append(("TEXT", axes, (x - 200, 27050), 400, chr(ord("A") + i)))
-        for y in (365, 12000, 23635):
-            e.append(("CIRCLE", columns, (x, y), 200))
-    for j, y in enumerate((365, 12000, 23635)):
-        e.append(("LINE", axes, (-2500, y), (50500, y)))
-        e.append(("CIRCLE", axes, (-3250, y), 750))
-        e.append(("TEXT", axes, (-3450, y - 200), 400, str(j + 1)))
-    # A gate in the south wall and a door in the dividing wall, each with its swing.
-    e.append(("LINE", doors, (30000, 0), (30000, 365)))
-    e.append(("LINE", doors, (35000, 0), (35000, 365)))
-    e.append(("ARC", doors, (16000, 9000), 1200, 0, 90))
-    e.append(("LINE", doors, (16000, 9000), (17200, 9000)))
-    e.append(("TEXT", texts, (5000, 16000), 500, "Lager"))
-    e.append(("TEXT", texts, (5000, 15200), 350, "A = 365,5 m²"))
-    e.append(("TEXT", texts, (28000, 16000), 500, "Fertigung"))
-    e.append(("TEXT", texts, (28000, 15200), 350, "A = 746,9 m²"))
-    e.append(("TEXT", texts, (30500, 1200), 350, "Rolltor 5,00 × 4,50 m"))
+    # The outer walls as two runs around the hall, open at the gate.
+    e.append(("LWPOLYLINE", walls, [at(gate[1], 0), at(length, 0), at(length, width),
+                                    at(0, width), at(0, 0), at(gate[0], 0)], False))
+    e.append(("LWPOLYLINE", walls, [at(gate[1], wall), at(length - wall, wall),
+                                    at(length - wall, width - wall), at(wall, width - wall),
+                                    at(wall, wall), at(gate[0], wall)], False))
+    for x in gate:
+        e.append(("LINE", walls, at(x, 0), at(x, wall)))
+    # The dividing wall between store and production, with a door.
+    for x in (20000, 20240):
+        e.append(("LINE", walls, at(x, wall), at(x, 16000)))
+        e.append(("LINE", walls, at(x, 17200), at(x, width - wall)))
+    e.append(("ARC", doors, at(20240, 16000), 1200, 0, 90))
+    e.append(("LINE", doors, at(20240, 16000), at(21440, 16000)))
+    e.append(("ARC", doors, at(gate[0], 0), 5000, 270, 360))
+    e.append(("LINE", doors, at(gate[0], 0), at(gate[0], -5000)))
+    for i in range(11):
+        x = i * 6000
+        e.append(("LINE", axes, at(x, -2500), at(x, width + 2500)))
+        e.append(("CIRCLE", axes, at(x, width + 3250), 750))
+        e.append(("TEXT", axes, at(x - 200, width + 3050), 400, chr(ord("A") + i)))
+        for y in (0, 18000, width):
+            e.append(("CIRCLE", columns, at(x, y), 200))
+    for j, y in enumerate((0, 18000, width)):
+        e.append(("LINE", axes, at(-2500, y), at(length + 2500, y)))
+        e.append(("CIRCLE", axes, at(-3250, y), 750))
+        e.append(("TEXT", axes, at(-3450, y - 200), 400, str(j + 1)))
+    e.append(("TEXT", texts, at(6000, 24000), 700, "Lager"))
+    e.append(("TEXT", texts, at(6000, 22800), 400, "A = 705,4 m²"))
+    e.append(("TEXT", texts, at(34000, 24000), 700, "Fertigung"))
+    e.append(("TEXT", texts, at(34000, 22800), 400, "A = 1 404,6 m²"))
+    e.append(("TEXT", texts, at(35500, 1200), 400, "Rolltor 5,00 × 4,50 m"))
     e += title_block(title, rect(-4500, -4500, 79600, 54900), 79600, -4500, 100,
                      "Werkhalle Nord, Bauteil B", "1:50", "15.01.2024", "M. Krüger",
                      "Entwurf - Grundriss EG")
@@ -901,38 +913,53 @@ def werkhalle():
 
 
 def lageplan():
-    """A site plan in UTM coordinates (metres): parcels, two buildings, a road with its bend,
-    trees."""
+    """A site plan in UTM coordinates (metres) on an A3 sheet at 1:500: parcels, two buildings,
+    a road with its bend, trees and a north arrow."""
     e = []
     x, y = 3456120.0, 5512340.0
     parcels, buildings, road, trees, texts, title = ("V-FLURSTUECK", "V-GEBAEUDE", "V-STRASSE",
                                                      "V-BAUM", "V-TEXT", "Z-SCHRIFTFELD")
-    e.append(("LWPOLYLINE", parcels, [(x, y), (x + 60, y + 4), (x + 58, y + 52), (x - 3, y + 47)],
-              True))
-    e.append(("LWPOLYLINE", parcels,
-              [(x + 60, y + 4), (x + 115, y + 8), (x + 112, y + 57), (x + 58, y + 52)], True))
-    e.append(("LWPOLYLINE", buildings,
-              [(x + 12, y + 14), (x + 40, y + 16), (x + 39, y + 34), (x + 11, y + 32)], True))
-    e.append(("LWPOLYLINE", buildings,
-              [(x + 72, y + 18), (x + 96, y + 20), (x + 95, y + 40), (x + 71, y + 38)], True))
-    e.append(("LINE", road, (x - 20, y - 6), (x + 120, y + 4)))
-    e.append(("LINE", road, (x - 20, y - 14), (x + 120, y - 4)))
-    e.append(("ARC", road, (x + 120, y + 34), 30, 270, 360))
-    e.append(("ARC", road, (x + 120, y + 34), 38, 270, 360))
+
+    def at(dx, dy):
+        return (x + dx, y + dy)
+
+    corners = {"sw": at(0, 0), "s": at(60, 4), "se": at(115, 8), "w": at(-3, 47),
+               "m": at(58, 52), "e": at(112, 57), "nw": at(-5, 85), "n": at(55, 90),
+               "ne": at(110, 93)}
+    for a, b, c, d in (("sw", "s", "m", "w"), ("s", "se", "e", "m"), ("w", "m", "n", "nw"),
+                       ("m", "e", "ne", "n")):
+        e.append(("LWPOLYLINE", parcels, [corners[a], corners[b], corners[c], corners[d]], True))
+    e.append(("LWPOLYLINE", buildings, [at(12, 14), at(40, 16), at(39, 34), at(11, 32)], True))
+    e.append(("LWPOLYLINE", buildings, [at(72, 18), at(96, 20), at(95, 40), at(71, 38)], True))
+    e.append(("LWPOLYLINE", buildings, [at(10, 58), at(36, 60), at(35, 76), at(9, 74)], True))
+    e.append(("LINE", road, at(-20, -6), at(120, 4)))
+    e.append(("LINE", road, at(-20, -14), at(120, -4)))
+    e.append(("ARC", road, at(120, 34), 30, 270, 360))
+    e.append(("ARC", road, at(120, 34), 38, 270, 360))
     for i in range(6):
-        e.append(("CIRCLE", trees, (x + 5 + i * 19, y + 2), 3))
-    e.append(("TEXT", texts, (x + 22, y + 40), 2.5, "Flst. 1234/5"))
-    e.append(("TEXT", texts, (x + 80, y + 46), 2.5, "Flst. 1234/6"))
-    e.append(("TEXT", texts, (x + 14, y + 24), 2.0, "Wohnhaus"))
-    e.append(("TEXT", texts, (x + 74, y + 28), 2.0, "Garage"))
-    e.append(("TEXT", texts, (x + 30, y - 11), 2.5, "Mühlweg"))
-    e += title_block(title, rect(3455010, 5511010, 3457990, 5513990), 3457990, 5511010, 0.5,
-                     "Lageplan Mühlweg", "1:500", "03.04.2024", "S. Öztürk",
-                     "ETRS89 / UTM 32N")
+        e.append(("CIRCLE", trees, at(5 + i * 19, 2), 3))
+    for dx, dy in ((70, 70), (80, 78), (92, 68)):
+        e.append(("CIRCLE", trees, at(dx, dy), 4))
+    e.append(("TEXT", texts, at(22, 40), 2.5, "Flst. 1234/5"))
+    e.append(("TEXT", texts, at(80, 46), 2.5, "Flst. 1234/6"))
+    e.append(("TEXT", texts, at(20, 80), 2.5, "Flst. 1234/7"))
+    e.append(("TEXT", texts, at(78, 84), 2.5, "Flst. 1235"))
+    e.append(("TEXT", texts, at(14, 24), 2.0, "Wohnhaus"))
+    e.append(("TEXT", texts, at(74, 28), 2.0, "Garage"))
+    e.append(("TEXT", texts, at(12, 66), 2.0, "Scheune"))
+    e.append(("TEXT", texts, at(30, -8.8), 2.5, "Mühlweg"))
+    # North arrow.
+    e.append(("LWPOLYLINE", texts, [at(150, 70), at(154, 60), at(150, 63), at(146, 60)], True))
+    e.append(("LINE", texts, at(150, 50), at(150, 70)))
+    e.append(("TEXT", texts, at(148.5, 72), 4.0, "N"))
+    frame = (at(-40, -50), at(170, 98.5))
+    e += title_block(title, rect(frame[0][0], frame[0][1], frame[1][0], frame[1][1]),
+                     frame[1][0], frame[0][1], 0.5, "Lageplan Mühlweg", "1:500", "03.04.2024",
+                     "S. Öztürk", "ETRS89 / UTM 32N")
     return {
         "version": "R2010",
         "crlf": True,
-        "view": ((x - 60, y - 40), (x + 180, y + 100)),
+        "view": (at(-45, -55), at(175, 103.5)),
         "layers": [(parcels, 1, "Continuous"), (buildings, 5, "Continuous"),
                    (road, 8, "Continuous"), (trees, 3, "Continuous"), (texts, 7, "Continuous"),
                    (title, 7, "Continuous")],
@@ -943,7 +970,7 @@ def lageplan():
 
 
 def schnitt():
-    """A cross section through a slope with a retaining wall and its footing (cm)."""
+    """A cross section through a slope with a retaining wall, its footing and a tree (cm)."""
     ground, wall, footing, texts, title = ("S-GELAENDE", "S-WAND", "S-FUNDAMENT", "S-TEXT",
                                            "Z-SCHRIFTFELD")
     e = []
@@ -953,18 +980,20 @@ def schnitt():
     e.append(("LWPOLYLINE", wall, rect(400, 0, 430, 280), True))
     e.append(("LWPOLYLINE", footing, rect(360, -80, 520, 0), True))
     e.append(("CIRCLE", footing, (480, -40), 10))
-    e.append(("ARC", ground, (600, 250), 60, 0, 180))
+    # A tree on the upper ground: trunk and crown.
+    e.append(("LINE", ground, (900, 310), (900, 350)))
+    e.append(("ARC", ground, (900, 390), 45, 298, 242))
     e.append(("TEXT", texts, (20, 340), 12, "Geländeschnitt A-A"))
     e.append(("TEXT", texts, (20, 320), 7, "Höhe ±0,00 = 312,45 m ü. NN"))
     e.append(("TEXT", texts, (440, 140), 6, "Stützwand C30/37"))
     e.append(("TEXT", texts, (440, -60), 6, "Ø 20 Drainage"))
-    e.append(("TEXT", texts, (620, 320), 6, "Δh = 2,50 m"))
-    e += title_block(title, rect(-250, -180, 1340, 420), 1340, -180, 2, "Geländeschnitt A-A",
+    e.append(("TEXT", texts, (620, 300), 6, "Δh = 2,50 m"))
+    e += title_block(title, rect(-250, -180, 1340, 460), 1340, -180, 2, "Geländeschnitt A-A",
                      "1:20", "22.05.2024", "J. Weiß", "Stützwand Hangseite")
     return {
         "version": "R2000",
         "crlf": True,
-        "view": ((-260, -190), (1350, 430)),
+        "view": ((-260, -190), (1350, 470)),
         "layers": [(ground, 3, "Continuous"), (wall, 7, "Continuous"),
                    (footing, 8, "Continuous"), (texts, 2, "Continuous"),
                    (title, 7, "Continuous")],

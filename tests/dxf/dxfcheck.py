@@ -95,7 +95,9 @@ def run_batch(work, script, args=()):
     env.pop("XDG_CONFIG_HOME", None)
     env["QT_QPA_PLATFORM"] = "offscreen"
     env["HOME"] = work.file("home")
+    env.setdefault("XDG_RUNTIME_DIR", work.file("runtime"))
     os.makedirs(env["HOME"], exist_ok=True)
+    os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700, exist_ok=True)
     result = subprocess.run([cadhost(), "--batch", "check.scr", "--profile", "profile", *args],
                             cwd=work.path, env=env, stdout=subprocess.PIPE,
                             stderr=subprocess.STDOUT, timeout=120)
@@ -187,17 +189,27 @@ def without_stamps(tags, stamps):
     return out
 
 
-def header(doc, path):
-    """The header variables that stand in the file, with the values ezdxf read (ezdxf makes up
-    the ones a version lacks, such as R12's $FINGERPRINTGUID)."""
+def header(path):
+    """The header variables as they stand in the file: {name: [(code, value bytes), ...]}. Read
+    from the tags, not through ezdxf, which stamps some of them anew when it loads a drawing
+    ($TDCREATE of a drawing it made itself) and makes up others a version lacks."""
     tags = read_tags(path)
     end = tags.index((0, b"ENDSEC"))
-    names = [v.decode("cp1252").strip() for c, v in tags[:end] if c == 9]
-    return {name: doc.header[name] for name in names}
+    variables = {}
+    current = None
+    for code, value in tags[:end]:
+        if code == 9:
+            current = variables.setdefault(value.decode("cp1252").strip(), [])
+        elif current is not None:
+            current.append((code, value))
+    return variables
 
 
 def audit(testcase, path):
-    doc = ezdxf.readfile(path)
+    try:
+        doc = ezdxf.readfile(path)
+    except (IOError, ezdxf.DXFError) as error:
+        testcase.fail("ezdxf cannot read %s: %s" % (path, error))
     auditor = doc.audit()
     testcase.assertEqual([e.message for e in auditor.errors], [], "ezdxf audit errors in " + path)
     return doc, auditor

@@ -87,13 +87,13 @@ class ForeignDrawings(unittest.TestCase):
         after, _ = dxfcheck.audit(self, saved_path)
         self.assertEqual(after.dxfversion, before.dxfversion)
 
-        old, new = dxfcheck.header(before, original_path), dxfcheck.header(after, saved_path)
+        old, new = dxfcheck.header(original_path), dxfcheck.header(saved_path)
         self.assertEqual(sorted(old), sorted(new), "header variables were added or lost")
         stamps = dxfcheck.SAVE_STAMPS | {"$HANDSEED"}
         changed = {n for n in old if n not in stamps and old[n] != new[n]}
         self.assertEqual(changed, {"$LUPREC", "$TEXTSIZE"})
-        self.assertEqual(new["$LUPREC"], 1)
-        self.assertEqual(new["$TEXTSIZE"], 7.25)
+        self.assertEqual(after.header["$LUPREC"], 1)
+        self.assertEqual(after.header["$TEXTSIZE"], 7.25)
 
         old_state, new_state = dxfcheck.drawing_state(before), dxfcheck.drawing_state(after)
         self.assertEqual(sorted(old_state), sorted(new_state))
