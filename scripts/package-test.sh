@@ -35,6 +35,12 @@ dpkg_root --force-depends -i "$package" >/dev/null 2>"$target/install.log" || {
     exit 1
 }
 cadhost="$target/root/usr/bin/cadhost"
+for drawing in template/cadhost-r2018.dxf samples/Werkhalle.dxf samples/Lageplan.dxf samples/Schnitt.dxf; do
+    if [ ! -s "$target/root/usr/share/vardesk/$drawing" ]; then
+        echo "the package lacks share/vardesk/$drawing" >&2
+        exit 1
+    fi
+done
 for library in $(ldd "$cadhost" | awk '/libacsdk|libkovaplatform/ {print $3}'); do
     case $library in
     "$target/root/"*) ;;

@@ -12,7 +12,7 @@ build="$root/build/release"
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF -DVARDESK_BENCH=OFF >/dev/null
 cmake --build "$build" -j "${JOBS:-2}"
 stage="$build/stage"
-sample="$stage/share/vardesk/samples/Werkhalle.dwg"
+sample="$stage/share/vardesk/samples/Werkhalle.dxf"
 work=$(mktemp -d "${TMPDIR:-/tmp}/vardesk-demo.XXXXXX")
 cp "$sample" "$work/"
 

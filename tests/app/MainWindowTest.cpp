@@ -57,17 +57,17 @@ TEST(MainWindow, TabsFollowDocumentsSwitchingActivatesAndThePlaceIsRemembered) {
     {
         MainWindow window(host, settings);
         host.setOutput([&](const std::string& t) { window.appendOutput(QString::fromStdString(t)); });
-        ASSERT_TRUE(host.openDocument(samples + "Werkhalle.dwg"));
-        ASSERT_TRUE(host.openDocument(samples + "Lageplan.dwg"));
+        ASSERT_TRUE(host.openDocument(samples + "Werkhalle.dxf"));
+        ASSERT_TRUE(host.openDocument(samples + "Lageplan.dxf"));
         window.refresh();
         auto* tabs = window.findChild<QTabBar*>();
         ASSERT_TRUE(tabs);
         ASSERT_EQ(tabs->count(), 2);
-        EXPECT_EQ(tabs->tabText(1), "Lageplan.dwg");
+        EXPECT_EQ(tabs->tabText(1), "Lageplan.dxf");
         EXPECT_EQ(tabs->currentIndex(), 1);
         tabs->setCurrentIndex(0);
         ASSERT_TRUE(host.currentDocument());
-        EXPECT_EQ(std::filesystem::path(host.currentDocument()->fileName()).filename(), "Werkhalle.dwg");
+        EXPECT_EQ(std::filesystem::path(host.currentDocument()->fileName()).filename(), "Werkhalle.dxf");
 
         auto* input = window.findChild<CommandInput*>();
         ASSERT_TRUE(input);
@@ -75,7 +75,7 @@ TEST(MainWindow, TabsFollowDocumentsSwitchingActivatesAndThePlaceIsRemembered) {
         EXPECT_EQ(tabs->count(), 1);
         type(*input, "GETVAR DWGNAME");
         const QString output = window.findChild<QPlainTextEdit*>()->toPlainText();
-        EXPECT_TRUE(output.contains("Command: GETVAR DWGNAME\nDWGNAME = Lageplan.dwg"))
+        EXPECT_TRUE(output.contains("Command: GETVAR DWGNAME\nDWGNAME = Lageplan.dxf"))
             << output.toStdString();
         host.setOutput({});
 

@@ -27,7 +27,7 @@ for target in $targets; do
     avl_file_fuzz | user_list_file_fuzz) seeds="$root/tests/data" ;;
     profile_file_fuzz) seeds="$root/tests/fuzz/seeds/profile_file_fuzz" ;;
     msg_catalog_fuzz) seeds="$root/data/VarDesk.msg $root/data/VarDesk.en.msg $root/data/VarDesk.top" ;;
-    drawing_file_fuzz) seeds="$root/tests/fuzz/seeds/drawing_file_fuzz $root/data/samples $root/tests/scenarios/bad_drawing.in" ;;
+    drawing_file_fuzz) seeds="$root/tests/fuzz/seeds/drawing_file_fuzz $root/data/samples $root/data/template $root/tests/data/json-drawings $root/tests/scenarios/bad_drawing.in" ;;
     esac
     seedDir="$build/seeds/$target"
     mkdir -p "$seedDir"
