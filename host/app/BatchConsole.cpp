@@ -5,20 +5,24 @@
 #include "CommandWords.h"
 #include "hostsession.h"
 #include "UiAutomation.h"
+#include "RegularFile.h"
 
 #include <QCoreApplication>
 #include <QDialog>
 #include <QMenu>
 #include <QPointer>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
+#include <cstring>
 #include <sstream>
 
 namespace cadhost {
 
 namespace {
+
+constexpr std::size_t kReadBlock = 65536;
 
 bool isWindowLine(const std::string& text) {
     return !text.empty() && text[0] == '>';
@@ -46,18 +50,26 @@ BatchConsole::~BatchConsole() {
 }
 
 bool BatchConsole::loadScript(const std::string& path, std::string& error) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    // Only a regular file: a folder would read as an empty script, and a device such as
+    // /dev/zero would never end.
+    std::FILE* file = kova::openRegularFile(path);
+    if (!file) {
+        const std::string why = errno == ENODEV ? "it is no regular file" : std::strerror(errno);
+        error = "Cannot read the script \"" + path + "\": " + why + ".";
+        return false;
+    }
+    std::string text;
+    char buffer[kReadBlock];
+    std::size_t got;
+    while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0)
+        text.append(buffer, got);
+    const bool failed = std::ferror(file) != 0;
+    std::fclose(file);
+    if (failed) {
         error = "Cannot read the script \"" + path + "\".";
         return false;
     }
-    std::stringstream text;
-    text << in.rdbuf();
-    if (in.bad()) {
-        error = "Cannot read the script \"" + path + "\".";
-        return false;
-    }
-    setScript(text.str());
+    setScript(text);
     return true;
 }
 
