@@ -5,24 +5,19 @@
 #include "CommandWords.h"
 #include "hostsession.h"
 #include "UiAutomation.h"
-#include "RegularFile.h"
 
 #include <QCoreApplication>
 #include <QDialog>
 #include <QMenu>
 #include <QPointer>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <sstream>
 
 namespace cadhost {
 
 namespace {
-
-constexpr std::size_t kReadBlock = 65536;
 
 bool isWindowLine(const std::string& text) {
     return !text.empty() && text[0] == '>';
@@ -50,52 +45,18 @@ BatchConsole::~BatchConsole() {
 }
 
 bool BatchConsole::loadScript(const std::string& path, std::string& error) {
-    // Only a regular file: a folder would read as an empty script, and a device such as
-    // /dev/zero would never end.
-    std::FILE* file = kova::openRegularFile(path);
-    if (!file) {
-        const std::string why = errno == ENODEV ? "it is no regular file" : std::strerror(errno);
-        error = "Cannot read the script \"" + path + "\": " + why + ".";
-        return false;
-    }
-    std::string text;
-    char buffer[kReadBlock];
-    std::size_t got;
-    while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0)
-        text.append(buffer, got);
-    const bool failed = std::ferror(file) != 0;
-    std::fclose(file);
-    if (failed) {
-        error = "Cannot read the script \"" + path + "\".";
-        return false;
-    }
-    setScript(text);
-    return true;
+    return m_script.load(path, error);
 }
 
 void BatchConsole::setScript(const std::string& text) {
-    m_lines.clear();
-    m_next = 0;
-    std::string line;
-    std::istringstream in(text);
-    while (std::getline(in, line)) {
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
-        m_lines.push_back(line);
-    }
+    m_script.setText(text);
 }
 
 bool BatchConsole::nextLine(Line& line) {
-    while (m_next < m_lines.size()) {
-        const int number = int(m_next) + 1;
-        std::string text = trimmed(m_lines[m_next++]);
-        if (text.empty() || text[0] == ';')
-            continue;
-        line = {number, text};
-        m_lastLine = number;
-        return true;
-    }
-    return false;
+    if (!m_script.next(line))
+        return false;
+    m_lastLine = line.number;
+    return true;
 }
 
 void BatchConsole::stop(int lineNumber, const std::string& why) {
