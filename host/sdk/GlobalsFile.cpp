@@ -183,8 +183,8 @@ bool GlobalsFile::isStorableText(const std::string& text, std::string& why) {
     return true;
 }
 
-void GlobalsFile::read(const std::string& path, const VariableTable& table, std::map<std::string, VarValue>& values,
-                       std::vector<std::string>& notes) {
+void GlobalsFile::read(const std::string& path, const VariableTable& table,
+                       std::map<std::string, VarValue>& values, std::vector<std::string>& notes) {
     try {
         std::error_code ec;
         if (!fs::exists(fs::symlink_status(path, ec)))
@@ -217,8 +217,9 @@ void GlobalsFile::read(const std::string& path, const VariableTable& table, std:
         // Kept aside, so that the next write does not replace what could not be taken.
         const std::string aside = asideName(path);
         fs::rename(path, aside, ec);
-        const std::string where = ec ? "it stays where it is, as it cannot be moved aside (" + ec.message() + ")"
-                                     : "it is kept as " + aside;
+        const std::string where =
+            ec ? "it stays where it is, as it cannot be moved aside (" + ec.message() + ")"
+               : "it is kept as " + aside;
         if (damaged) {
             notes.push_back("Global variables in " + path + " are damaged (" + why +
                             "): the values that could be read are used; " + where + ".");
@@ -233,7 +234,8 @@ void GlobalsFile::read(const std::string& path, const VariableTable& table, std:
     }
 }
 
-bool GlobalsFile::write(const std::string& path, const std::map<std::string, VarValue>& values, std::string& why) {
+bool GlobalsFile::write(const std::string& path, const std::map<std::string, VarValue>& values,
+                        std::string& why) {
     std::string content;
     try {
         json vars = json::object();

@@ -384,7 +384,8 @@ struct SessionState {
             return why;
         // The saved globals hold UTF-8 text only; a text that could not be saved is refused
         // here, rather than lost, or failing the write, when the globals are saved.
-        if (std::string why; def.global && def.type == VarType::String && !GlobalsFile::isStorableText(value.text, why))
+        if (std::string why;
+            def.global && def.type == VarType::String && !GlobalsFile::isStorableText(value.text, why))
             return "Variable " + def.name + " cannot take this text: " + why + ".";
         const bool globalChanged = def.global && !(valueOf(def, nullptr) == value);
         tellEditorReactors([&](AcEditorReactor* r) { r->sysVarWillChange(def.name.c_str()); });

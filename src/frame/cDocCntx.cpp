@@ -2,16 +2,16 @@
 #include "cDocCntx.h"
 
 #include "cContext.h"
-#include "HostLookup.h"
-#include "Reactors.h"
 #include "cResourceScope.h"
 #include "dialogs/main/cDlgVarDesk.h"
+#include "HostLookup.h"
 #include "platform/ReplacementFile.h"
+#include "Reactors.h"
 #include "settings/cMsgCatalog.h"
 #include "vars/TextHelpers.h"
 
-#include "UiServices.h"
 #include "hostui.h"
+#include "UiServices.h"
 
 #include <dbmain.h>
 
@@ -155,8 +155,8 @@ void cDocCntx::AskForDrawingPath(DrawingPath which) {
     const std::string question =
         formatText("%s\n%s\n%s %s", text.c_str(), offered.c_str(), gMsg.TxKeepOwnPath.c_str(), own.c_str());
     kova::UiServices* ui = acHostUiServices();
-    if (ui && ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, question, kova::BoxButtons::YesNo) ==
-                  kova::BoxAnswer::Yes)
+    if (ui && ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, question,
+                             kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes)
         own = offered;
     offered.clear();
 }

@@ -9,8 +9,7 @@
 
 namespace kova {
 
-std::FILE* openRegularFile(const std::string& path)
-{
+std::FILE* openRegularFile(const std::string& path) {
     // Without O_NONBLOCK, opening a FIFO would wait for a writer that may never come.
     const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0)

@@ -18,8 +18,7 @@ constexpr mode_t kAnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
 constexpr mode_t kNewFileMode = 0666; // narrowed by the umask, as a plain fopen would
 
 // The file a link points to, or path itself; empty when a link leads nowhere.
-std::string resolvedTarget(const std::string& path)
-{
+std::string resolvedTarget(const std::string& path) {
     std::error_code ec;
     if (!std::filesystem::is_symlink(path, ec))
         return path;
@@ -31,10 +30,11 @@ std::string resolvedTarget(const std::string& path)
 
 ReplacementFile::ReplacementFile(std::string target) : m_target(std::move(target)) {}
 
-ReplacementFile::~ReplacementFile() { discard(); }
+ReplacementFile::~ReplacementFile() {
+    discard();
+}
 
-bool ReplacementFile::isWriteProtected(const std::string& path)
-{
+bool ReplacementFile::isWriteProtected(const std::string& path) {
     struct stat info {};
     if (::stat(path.c_str(), &info) != 0)
         return false; // nothing there: a new file may be made
@@ -43,8 +43,7 @@ bool ReplacementFile::isWriteProtected(const std::string& path)
     return (info.st_mode & kAnyWrite) == 0 || ::access(path.c_str(), W_OK) != 0;
 }
 
-bool ReplacementFile::open()
-{
+bool ReplacementFile::open() {
     discard();
     const std::string target = resolvedTarget(m_target);
     if (target.empty() || isWriteProtected(target))
@@ -52,7 +51,8 @@ bool ReplacementFile::open()
     m_target = target;
     m_temp = target + ".tmp" + std::to_string(::getpid());
     // O_NOFOLLOW: a link planted under the new file's name is not written through.
-    const int fd = ::open(m_temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, kNewFileMode);
+    const int fd =
+        ::open(m_temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, kNewFileMode);
     if (fd < 0) {
         m_temp.clear();
         return false;
@@ -66,8 +66,7 @@ bool ReplacementFile::open()
     return true;
 }
 
-bool ReplacementFile::commit()
-{
+bool ReplacementFile::commit() {
     if (!m_file)
         return false;
     bool written = std::fflush(m_file) == 0 && !std::ferror(m_file);
@@ -85,8 +84,7 @@ bool ReplacementFile::commit()
     return true;
 }
 
-void ReplacementFile::discard()
-{
+void ReplacementFile::discard() {
     if (m_file) {
         std::fclose(m_file);
         m_file = nullptr;

@@ -82,7 +82,8 @@ void cSetup::Close() {
 
 void cSetup::GetFileString(const std::string& key, const std::string& defaultValue, std::string& out) {
     std::string buffer;
-    if (kova::profile::getString(m_activeFileName, m_section, key, defaultValue, buffer, kProfileBufferSize) > 0)
+    if (kova::profile::getString(m_activeFileName, m_section, key, defaultValue, buffer, kProfileBufferSize) >
+        0)
         out = buffer;
     else
         out.clear(); // the key stands with an empty value: empty, not the default

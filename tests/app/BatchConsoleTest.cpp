@@ -46,7 +46,7 @@ TEST(BatchConsole, EchoesCommandsSkipsCommentsAndStopsAtBadArgumentsOrAnUnreadab
     // unreadable (exit 3); the alarm ends a reader that would hang.
     ASSERT_EQ(mkfifo((profile.path() + "/fifo.scr").toLocal8Bit().constData(), 0600), 0);
     for (const std::string& path : {std::string("/no/such/script.scr"), profile.path().toStdString(),
-                                   std::string("/dev/zero"), profile.path().toStdString() + "/fifo.scr"}) {
+                                    std::string("/dev/zero"), profile.path().toStdString() + "/fifo.scr"}) {
         std::string error;
         alarm(10);
         EXPECT_FALSE(console.loadScript(path, error)) << path;

@@ -128,9 +128,10 @@ TEST_F(ContextSettings, WriteProtectedIniFileIsNotReplacedAndToldOnce) {
     context.SaveSettings();
     context.SaveSettings();
     EXPECT_EQ(testhost::readFile(gContext.userIniFile), before);
-    EXPECT_EQ(uiLines(), std::vector<std::string>{"BOX warning: RT·VarDesk - Warnung: " + gContext.userIniFile +
-                                                  " ist schreibgeschützt: die Einstellungen werden nicht "
-                                                  "darin gespeichert."});
+    EXPECT_EQ(uiLines(),
+              std::vector<std::string>{"BOX warning: RT·VarDesk - Warnung: " + gContext.userIniFile +
+                                       " ist schreibgeschützt: die Einstellungen werden nicht "
+                                       "darin gespeichert."});
 }
 
 } // namespace

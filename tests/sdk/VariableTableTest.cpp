@@ -127,7 +127,8 @@ TEST_F(SysVars, OnlyATakenDrawingVariableIsToldToDatabaseReactors) {
 TEST_F(SysVars, DamagedGlobalsFileKeepsWhatCanBeReadAndIsMovedAside) {
     const std::string profile = host().profileDir();
     const std::string path = profile + "/globals.json";
-    const std::string good = "{\n  \"cadhostGlobals\": 1,\n  \"variables\": {\n    \"FONTALT\": \"txt.shx\",\n";
+    const std::string good =
+        "{\n  \"cadhostGlobals\": 1,\n  \"variables\": {\n    \"FONTALT\": \"txt.shx\",\n";
     struct Case {
         std::string content;
         const char* said;
@@ -136,10 +137,11 @@ TEST_F(SysVars, DamagedGlobalsFileKeepsWhatCanBeReadAndIsMovedAside) {
     };
     const Case cases[] = {
         // One bad byte in a text, then a value cut off.
-        {good + "    \"OSMODE\": 35,\n    \"ORTHOMODE\": \"\xFF\",\n    \"SAVETIME\": ", "are damaged", "txt.shx",
-         "35"},
+        {good + "    \"OSMODE\": 35,\n    \"ORTHOMODE\": \"\xFF\",\n    \"SAVETIME\": ", "are damaged",
+         "txt.shx", "35"},
         {"{ not json", "are damaged", "simplex.shx", "4133"},
-        {R"({"variables": {"OSMODE": 35, "SAVETIME": 9999}})", "are ignored: SAVETIME (SAVETIME: Value must be", "simplex.shx", "35"},
+        {R"({"variables": {"OSMODE": 35, "SAVETIME": 9999}})",
+         "are ignored: SAVETIME (SAVETIME: Value must be", "simplex.shx", "35"},
     };
     for (const Case& c : cases) {
         host().shutdown();
@@ -169,7 +171,8 @@ TEST_F(SysVars, TextThatIsNoUtf8IsRefusedForAGlobal) {
         printed.clear();
         resbuf value = textRb(bad);
         EXPECT_EQ(acedSetVar("FONTALT", &value), RTERROR) << bad;
-        EXPECT_NE(printed.find("Variable FONTALT cannot take this text: the byte 0x"), std::string::npos) << printed;
+        EXPECT_NE(printed.find("Variable FONTALT cannot take this text: the byte 0x"), std::string::npos)
+            << printed;
         EXPECT_FALSE(host().setVariableText("FONTALT", bad)) << bad;
     }
     EXPECT_EQ(text("FONTALT"), "FONTALT = romans.shx");

@@ -144,7 +144,8 @@ TEST_F(AvlFile, AnythingButARegularFileCannotBeOpened) {
         EXPECT_FALSE(load("", name)) << name;
         alarm(0);
         EXPECT_TRUE(report.empty()) << name;
-        EXPECT_EQ(boxes(), Lines{"BOX error: RT·VarDesk - Fehler: " + dir() + name + "  kann nicht geladen werden!"})
+        EXPECT_EQ(boxes(),
+                  Lines{"BOX error: RT·VarDesk - Fehler: " + dir() + name + "  kann nicht geladen werden!"})
             << name;
     }
 }

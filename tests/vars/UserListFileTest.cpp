@@ -205,7 +205,8 @@ TEST_F(UserListFile, FailedSaveKeepsTheOldList) {
     boxes().clear();
     std::filesystem::permissions(folder / "alt.var", std::filesystem::perms::owner_read);
     EXPECT_FALSE(list.writeUserFile(dir(), "alt.var", false));
-    EXPECT_EQ(boxes(), Lines{"BOX error: RT·VarDesk - Fehler: " + dir() + "alt.var kann nicht geladen werden!"});
+    EXPECT_EQ(boxes(),
+              Lines{"BOX error: RT·VarDesk - Fehler: " + dir() + "alt.var kann nicht geladen werden!"});
     EXPECT_EQ(readFile(folder / "alt.var"), old);
 }
 
