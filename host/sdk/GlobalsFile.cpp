@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -27,6 +28,9 @@ constexpr const char* kVariablesKey = "variables";
 constexpr std::uintmax_t kMaxFileSize = 16u * 1024u * 1024u;
 constexpr const char* kAsideSuffix = ".unreadable";
 constexpr int kMaxAsideNumber = 99;
+// The longest value looked for in a damaged file: a text of a variable, or a point's array. The
+// limit keeps the search of a damaged file linear.
+constexpr size_t kMaxValueBytes = 4096;
 
 bool isWritableGlobal(const VarDef* def) {
     return def && def->global && !def->readOnly && def->computed == Computed::None;
@@ -114,12 +118,13 @@ bool takeValue(const VariableTable& table, const std::string& name, const json& 
 }
 
 // The end of the JSON value that starts at text[at]: a string, an array of numbers, or a plain
-// word or number; npos when it does not end.
+// word or number; npos when it does not end within kMaxValueBytes.
 size_t valueEnd(const std::string& text, size_t at) {
     if (at >= text.size())
         return std::string::npos;
+    const size_t limit = std::min(text.size(), at + kMaxValueBytes);
     if (text[at] == '"') {
-        for (size_t i = at + 1; i < text.size(); ++i) {
+        for (size_t i = at + 1; i < limit; ++i) {
             if (text[i] == '\\')
                 ++i;
             else if (text[i] == '"')
@@ -127,12 +132,11 @@ size_t valueEnd(const std::string& text, size_t at) {
         }
         return std::string::npos;
     }
-    if (text[at] == '[') {
-        const size_t close = text.find(']', at);
-        return close == std::string::npos ? close : close + 1;
-    }
-    const size_t end = text.find_first_of(",}]\r\n", at);
-    return end == std::string::npos ? text.size() : end;
+    const char* const ends = text[at] == '[' ? "]" : ",}]\r\n";
+    for (size_t i = at; i < limit; ++i)
+        if (text[i] != '\0' && std::strchr(ends, text[i]))
+            return text[at] == '[' ? i + 1 : i;
+    return limit == text.size() && text[at] != '[' ? limit : std::string::npos;
 }
 
 // The entries of a damaged file, looked for one by one: each "NAME": value whose name is a
