@@ -69,8 +69,8 @@ bool ReplacementFile::open() {
 bool ReplacementFile::commit() {
     if (!m_file)
         return false;
+    // No fsync, as with the other files written here: a full disk shows at the flush already.
     bool written = std::fflush(m_file) == 0 && !std::ferror(m_file);
-    written = written && ::fsync(::fileno(m_file)) == 0;
     written = std::fclose(m_file) == 0 && written;
     m_file = nullptr;
     struct stat old {};
