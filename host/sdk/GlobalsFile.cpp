@@ -118,7 +118,8 @@ bool takeValue(const VariableTable& table, const std::string& name, const json& 
 }
 
 // The end of the JSON value that starts at text[at]: a string, an array of numbers, or a plain
-// word or number; npos when it does not end within kMaxValueBytes.
+// word or number; npos when it does not end within kMaxValueBytes, or an array holds more than
+// numbers. Each scan stops where the next entry could begin, so a search stays linear.
 size_t valueEnd(const std::string& text, size_t at) {
     if (at >= text.size())
         return std::string::npos;
@@ -132,11 +133,20 @@ size_t valueEnd(const std::string& text, size_t at) {
         }
         return std::string::npos;
     }
-    const char* const ends = text[at] == '[' ? "]" : ",}]\r\n";
+    if (text[at] == '[') {
+        for (size_t i = at + 1; i < limit; ++i) {
+            const char c = text[i];
+            if (c == ']')
+                return i + 1;
+            if (c == '\0' || (!(c >= '0' && c <= '9') && !std::strchr("+-.eE, \t\r\n", c)))
+                return std::string::npos;
+        }
+        return std::string::npos;
+    }
     for (size_t i = at; i < limit; ++i)
-        if (text[i] != '\0' && std::strchr(ends, text[i]))
-            return text[at] == '[' ? i + 1 : i;
-    return limit == text.size() && text[at] != '[' ? limit : std::string::npos;
+        if (text[i] == '\0' || std::strchr(",}]\" \t\r\n", text[i]))
+            return i;
+    return limit;
 }
 
 // The entries of a damaged file, looked for one by one: each "NAME": value whose name is a
