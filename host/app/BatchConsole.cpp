@@ -13,7 +13,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 
 namespace cadhost {
@@ -46,44 +45,18 @@ BatchConsole::~BatchConsole() {
 }
 
 bool BatchConsole::loadScript(const std::string& path, std::string& error) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        error = "Cannot read the script \"" + path + "\".";
-        return false;
-    }
-    std::stringstream text;
-    text << in.rdbuf();
-    if (in.bad()) {
-        error = "Cannot read the script \"" + path + "\".";
-        return false;
-    }
-    setScript(text.str());
-    return true;
+    return m_script.load(path, error);
 }
 
 void BatchConsole::setScript(const std::string& text) {
-    m_lines.clear();
-    m_next = 0;
-    std::string line;
-    std::istringstream in(text);
-    while (std::getline(in, line)) {
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
-        m_lines.push_back(line);
-    }
+    m_script.setText(text);
 }
 
 bool BatchConsole::nextLine(Line& line) {
-    while (m_next < m_lines.size()) {
-        const int number = int(m_next) + 1;
-        std::string text = trimmed(m_lines[m_next++]);
-        if (text.empty() || text[0] == ';')
-            continue;
-        line = {number, text};
-        m_lastLine = number;
-        return true;
-    }
-    return false;
+    if (!m_script.next(line))
+        return false;
+    m_lastLine = line.number;
+    return true;
 }
 
 void BatchConsole::stop(int lineNumber, const std::string& why) {

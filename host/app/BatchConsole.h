@@ -1,6 +1,7 @@
 // The batch console: runs a script of command-line input against the host, and drives the
 // windows the module opens by the script's window lines.
 #pragma once
+#include "BatchScript.h"
 #include "ConsoleOutput.h"
 #include "HostCommands.h"
 #include "ScriptedUiServices.h"
@@ -53,10 +54,7 @@ public:
     void setAbortHandler(std::function<void(int)> handler) { m_abort = std::move(handler); }
 
 private:
-    struct Line {
-        int number;
-        std::string text;
-    };
+    using Line = BatchScript::Line;
     // Next script line that is no comment or blank; false at the end.
     bool nextLine(Line& line);
     // Prints the stop message; at top level returns, inside a window run aborts.
@@ -69,8 +67,7 @@ private:
     HostSession& m_host;
     ConsoleOutput& m_output;
     HostCommands m_commands;
-    std::vector<std::string> m_lines;
-    size_t m_next = 0;
+    BatchScript m_script;
     int m_lastLine = 0;
     std::function<void(int)> m_abort;
 };

@@ -3,6 +3,7 @@
 
 #include "arxheaders.h"
 #include "DrawingDatabase.h"
+#include "GlobalsFile.h"
 #include "SessionInternal.h"
 #include "UiServices.h"
 #include "VariableTable.h"
@@ -32,7 +33,6 @@ namespace cadhost {
 namespace {
 
 constexpr const char* kGlobalsFile = "globals.json";
-constexpr int kGlobalsVersion = 1;
 
 bool equalNoCase(const std::string& a, const std::string& b) {
     return upperCase(a) == upperCase(b);
@@ -382,6 +382,11 @@ struct SessionState {
             return "No drawing is open.";
         if (std::string why = admitValue(def, value); !why.empty())
             return why;
+        // The saved globals hold UTF-8 text only; a text that could not be saved is refused
+        // here, rather than lost, or failing the write, when the globals are saved.
+        if (std::string why;
+            def.global && def.type == VarType::String && !GlobalsFile::isStorableText(value.text, why))
+            return "Variable " + def.name + " cannot take this text: " + why + ".";
         const bool globalChanged = def.global && !(valueOf(def, nullptr) == value);
         tellEditorReactors([&](AcEditorReactor* r) { r->sysVarWillChange(def.name.c_str()); });
         if (def.global) {
@@ -399,31 +404,10 @@ struct SessionState {
     void loadGlobals() {
         if (profileDir.empty() || table.isEmpty())
             return;
-        std::string path = globalsPath();
-        std::ifstream in(path, std::ios::binary);
-        if (!in)
-            return; // nothing saved yet
-        std::ostringstream text;
-        text << in.rdbuf();
-        try {
-            json root = json::parse(text.str());
-            if (!root.is_object() || !root.contains("variables") || !root["variables"].is_object())
-                throw std::runtime_error("no \"variables\" object");
-            for (const auto& [name, value] : root["variables"].items()) {
-                const VarDef* def = table.find(name);
-                if (!def || !def->global || def->readOnly || def->computed != Computed::None)
-                    continue;
-                VarValue v;
-                std::string why;
-                if (valueFromJson(*def, value, v, why))
-                    globals[def->name] = v;
-                else
-                    print("Global variable " + name + " in " + path + " is ignored: " + why + "\n");
-            }
-        } catch (const std::exception& e) {
-            print("Global variables in " + path + " are not readable (" + e.what() +
-                  "); defaults are used.\n");
-        }
+        std::vector<std::string> notes;
+        GlobalsFile::read(globalsPath(), table, globals, notes);
+        for (const std::string& note : notes)
+            print(note + "\n");
     }
 
     // Writes globals.json when a global changed since the last write.
@@ -436,26 +420,14 @@ struct SessionState {
         globalsChanged = false;
         if (profileDir.empty() || table.isEmpty())
             return true;
-        json vars = json::object();
+        std::map<std::string, VarValue> values;
         for (const VarDef& def : table.definitions())
             if (def.global && !def.readOnly && def.computed == Computed::None)
-                vars[def.name] = valueToJson(valueOf(def, nullptr));
-        json root{{"cadhostGlobals", kGlobalsVersion}, {"variables", vars}};
-        std::string path = globalsPath();
-        std::string temp = path + ".new";
-        {
-            std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-            out << root.dump(2) << "\n";
-            if (!out) {
-                print("Cannot save global variables to " + path + ": " + std::strerror(errno) + ".\n");
-                return false;
-            }
-        }
-        std::error_code ec;
-        fs::rename(temp, path, ec);
-        if (ec) {
-            print("Cannot save global variables to " + path + ": " + ec.message() + ".\n");
-            fs::remove(temp, ec);
+                values[def.name] = valueOf(def, nullptr);
+        const std::string path = globalsPath();
+        std::string why;
+        if (!GlobalsFile::write(path, values, why)) {
+            print("Cannot save global variables to " + path + ": " + why + ".\n");
             return false;
         }
         return true;

@@ -117,6 +117,9 @@ void cDlgConfig::accept() {
         workingPathOf(field) = field->text().toStdString();
     }
 
+    // The paths the user confirms here are the user's own: an offer of the drawing's ends.
+    m_context.drawingAvlFilePath.clear();
+    m_context.drawingEditorPath.clear();
     const bool avlMissing = !hasFileStatus(avlPath);
     if (!avlMissing)
         m_context.avlFilePath = avlPath;

@@ -2,11 +2,16 @@
 #include "cDocCntx.h"
 
 #include "cContext.h"
-#include "HostLookup.h"
-#include "Reactors.h"
 #include "cResourceScope.h"
 #include "dialogs/main/cDlgVarDesk.h"
+#include "HostLookup.h"
+#include "platform/ReplacementFile.h"
+#include "Reactors.h"
+#include "settings/cMsgCatalog.h"
 #include "vars/TextHelpers.h"
+
+#include "hostui.h"
+#include "UiServices.h"
 
 #include <dbmain.h>
 
@@ -59,13 +64,17 @@ constexpr IntSetting kIntSettings[] = {
 struct TextSetting {
     const char* key;
     std::string cDocCntx::*field;
+    std::string cDocCntx::*drawingOffer; // null for a text that names no program or file
 };
 
 constexpr TextSetting kTextSettings[] = {
-    {"Editor", &cDocCntx::editorPath},
-    {"AutoCADVarList", &cDocCntx::avlFilePath},
-    {"SearchPattern", &cDocCntx::searchPattern},
+    {"Editor", &cDocCntx::editorPath, &cDocCntx::drawingEditorPath},
+    {"AutoCADVarList", &cDocCntx::avlFilePath, &cDocCntx::drawingAvlFilePath},
+    {"SearchPattern", &cDocCntx::searchPattern, nullptr},
 };
+
+// The ini file whose write protection the user has been told of, so that it is told once.
+std::string gToldWriteProtected;
 
 std::string textDefault(const std::string& key) {
     if (key == "Editor")
@@ -101,8 +110,20 @@ void cDocCntx::LoadSettings() {
     Open(gContext.userIniFile, kRootName, settingsDrawingName(), kSection, true, true);
     for (const IntSetting& setting : kIntSettings)
         GetInt(setting.key, setting.defaultValue, this->*setting.field);
-    for (const TextSetting& setting : kTextSettings)
-        GetString(setting.key, textDefault(setting.key), this->*setting.field);
+    for (const TextSetting& setting : kTextSettings) {
+        std::string& field = this->*setting.field;
+        GetString(setting.key, textDefault(setting.key), field);
+        if (!setting.drawingOffer)
+            continue;
+        std::string& offered = this->*setting.drawingOffer;
+        std::string own;
+        GetFileString(setting.key, textDefault(setting.key), own);
+        offered.clear();
+        if (field != own) {
+            offered = field;
+            field = own;
+        }
+    }
     Close();
 }
 
@@ -110,9 +131,34 @@ void cDocCntx::SaveSettings() {
     Open(gContext.userIniFile, kRootName, settingsDrawingName(), kSection, true, true);
     for (const IntSetting& setting : kIntSettings)
         PutInt(setting.key, this->*setting.field, true);
-    for (const TextSetting& setting : kTextSettings)
+    for (const TextSetting& setting : kTextSettings) {
         PutString(setting.key, this->*setting.field, true);
+        // Not yet answered: the user's own goes to the ini file, and the drawing keeps its own.
+        if (setting.drawingOffer && !(this->*setting.drawingOffer).empty())
+            PutString(setting.key, this->*setting.drawingOffer, false);
+    }
     Close(); // writes the values into the drawing
+    if (fileWriteFailed() && kova::ReplacementFile::isWriteProtected(gContext.userIniFile) &&
+        gToldWriteProtected != gContext.userIniFile) {
+        gToldWriteProtected = gContext.userIniFile;
+        ShowWarningBox(gContext.userIniFile + " " + gMsg.TxIniWriteProtected);
+    }
+}
+
+void cDocCntx::AskForDrawingPath(DrawingPath which) {
+    const bool editor = which == DrawingPath::Editor;
+    std::string& offered = editor ? drawingEditorPath : drawingAvlFilePath;
+    if (offered.empty())
+        return;
+    std::string& own = editor ? editorPath : avlFilePath;
+    const std::string& text = editor ? gMsg.TxDrawingEditor : gMsg.TxDrawingAvlFile;
+    const std::string question =
+        formatText("%s\n%s\n%s %s", text.c_str(), offered.c_str(), gMsg.TxKeepOwnPath.c_str(), own.c_str());
+    kova::UiServices* ui = acHostUiServices();
+    if (ui && ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, question,
+                             kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes)
+        own = offered;
+    offered.clear();
 }
 
 void cDocCntx::CaptureNumberFormat(const AcDbDatabase* database) {

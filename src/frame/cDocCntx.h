@@ -28,6 +28,12 @@ public:
     void LoadSettings();
     // Writes the 26 settings keys to the user ini file and into the drawing.
     void SaveSettings();
+    // Asks about the path that the drawing brought for the editor or the description file, if
+    // there is one: a question that names it and the user's own. Yes makes it the path in use
+    // (and the next SaveSettings writes it to the ini file); No keeps the user's own. Either
+    // answer ends the offer.
+    enum class DrawingPath { Editor, AvlFile };
+    void AskForDrawingPath(DrawingPath which);
     // Captures the drawing's number format into the variable list, then runs the main dialog.
     void RunDialogLoop();
     // Sets pointSeparator and valuePrecision of the list from database (DIMDSEP and LUPREC), or
@@ -56,6 +62,12 @@ public:
 
     std::string avlFilePath; // key AutoCADVarList
     std::string editorPath;  // key Editor
+    // A path of those two keys that the drawing holds and that differs from the user's own (the
+    // ini file's or the default): a drawing may come from anyone, so it is neither started or
+    // read nor written to the ini file before the user says yes (AskForDrawingPath). The field
+    // above keeps the user's own meanwhile, and the drawing keeps what it brought. Empty: none.
+    std::string drawingAvlFilePath;
+    std::string drawingEditorPath;
 
     std::int32_t view = 0;        // 0 all variables, 1 user list only
     std::int32_t compareMode = 0; // 0 off, 1 on

@@ -1,6 +1,8 @@
 // Windows-style profile files: lenient reading of sections and key=value lines, careful rewriting.
 #include "ProfileFile.h"
 
+#include "ReplacementFile.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
@@ -244,8 +246,10 @@ bool writeString(const std::string& file, const std::string& section, const std:
         std::string content;
         std::error_code ec;
         const bool exists = std::filesystem::exists(file, ec);
-        // An existing file that cannot be read is left alone rather than replaced by one line.
-        if (exists && !readFile(file, content))
+        // An existing file that cannot be read is left alone rather than replaced by one line;
+        // so is a file the user has write-protected, though the folder would let a rename go
+        // over it.
+        if (exists && (ReplacementFile::isWriteProtected(file) || !readFile(file, content)))
             return false;
 
         bool hadBom = false;

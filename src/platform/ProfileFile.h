@@ -19,7 +19,7 @@ std::size_t getString(const std::string& file, const std::string& section, const
 // Writes key=value into section of file: replaces the value of the first matching key, or adds
 // the key at the end of the section; creates the section and the file when they do not exist.
 // Every other line of the file, comments and garbage included, stays as it was. Returns false
-// when the file cannot be written.
+// when the file cannot be written, and leaves a write-protected file alone.
 bool writeString(const std::string& file, const std::string& section, const std::string& key,
                  const std::string& value);
 

@@ -27,7 +27,15 @@ constexpr short kRealGroupCode = 40;
 constexpr short kShortGroupCode = 70;
 constexpr short kLongGroupCode = 90;
 
-enum class Kind { Text, Real, Short, Long, Other };
+// Text, Real, Short and Long are the kinds a value is read as. A value of another kind that can
+// be copied (a text under another group code; a point or number, which owns no memory) is kept
+// and written back as it stood, and counts as not found. Other cannot be copied safely (binary
+// chunks, object ids, unknown codes): its pair is dropped.
+enum class Kind { Text, Real, Short, Long, ForeignText, ForeignValue, Other };
+
+bool within(short code, short low, short high) {
+    return code >= low && code <= high;
+}
 
 Kind kindOf(short restype) {
     switch (restype) {
@@ -43,9 +51,26 @@ Kind kindOf(short restype) {
     case kLongGroupCode:
     case RTLONG:
         return Kind::Long;
+    case RTPOINT:
+    case RT3DPOINT:
+    case RTANG:
+        return Kind::ForeignValue;
     default:
-        return Kind::Other;
+        break;
     }
+    // The group codes of the drawing format that hold a text, or a point or a number.
+    if (within(restype, 0, 9) || within(restype, 100, 102) || within(restype, 300, 309) ||
+        within(restype, 410, 419) || within(restype, 999, 1003))
+        return Kind::ForeignText;
+    if (within(restype, 10, 99) || within(restype, 110, 179) || within(restype, 210, 239) ||
+        within(restype, 270, 299) || within(restype, 370, 409) || within(restype, 420, 429) ||
+        within(restype, 440, 469) || within(restype, 1010, 1071))
+        return Kind::ForeignValue;
+    return Kind::Other;
+}
+
+bool holdsText(Kind kind) {
+    return kind == Kind::Text || kind == Kind::ForeignText;
 }
 
 // Upper-cases ASCII letters; bytes of multibyte characters stay as they are.
@@ -80,7 +105,7 @@ resbuf* newTextEntry(short restype, const char* text) {
 }
 
 // A single-entry copy of source, of the same kind. Throws 3703 for null, 3704 for a kind that
-// is not text, real, short or long, or when the copy cannot be built.
+// cannot be copied (Other), or when the copy cannot be built.
 resbuf* copyEntry(const resbuf* source) {
     if (!source)
         throw static_cast<int>(kFaultNullEntry);
@@ -88,7 +113,7 @@ resbuf* copyEntry(const resbuf* source) {
     if (kind == Kind::Other)
         throw static_cast<int>(kFaultUnsupported);
     resbuf* rb = nullptr;
-    if (kind == Kind::Text) {
+    if (holdsText(kind)) {
         rb = newTextEntry(source->restype, source->resval.rstring);
     } else {
         rb = acutNewRb(source->restype);
@@ -118,6 +143,8 @@ bool valueText(const resbuf& value, std::string& out) {
     case Kind::Long:
         std::snprintf(buffer, sizeof buffer, "%ld", static_cast<long>(value.resval.rlong));
         break;
+    case Kind::ForeignText:
+    case Kind::ForeignValue:
     case Kind::Other:
         return false;
     }
@@ -130,7 +157,9 @@ resbuf* valueFromText(short groupCode, const std::string& text) {
     const Kind kind = kindOf(groupCode);
     if (kind == Kind::Text)
         return newTextEntry(groupCode, text.c_str());
-    if (kind == Kind::Other || text.empty())
+    if (kind != Kind::Real && kind != Kind::Short && kind != Kind::Long)
+        return nullptr;
+    if (text.empty())
         return nullptr;
     const char* begin = text.c_str();
     char* end = nullptr;
@@ -259,6 +288,12 @@ void CKOVA_DwgIni::load() {
             rb = rb->rbnext;
             if (!rb)
                 break; // a key at the very end has no value
+            if (kindOf(rb->restype) == Kind::Other) {
+                // A value that cannot be copied: the pair is dropped, the rest is read on.
+                m_dirty = true;
+                rb = rb->rbnext;
+                continue;
+            }
             try {
                 m_values.insert_or_assign(std::move(key), Value(copyEntry(rb)));
             } catch (int) {

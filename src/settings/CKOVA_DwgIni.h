@@ -9,8 +9,9 @@
 // The record lives in the working database at
 //   Named Objects Dictionary / <root name><drawing name> / <entry name>
 // as a chain of pairs: the key (group code 1) and its value (group code 1 as this class writes
-// it; 40, 70 and 90 are read too and written back in their own kind), keys upper-cased, in byte
-// order. The whole record is read once all three names are known and written back, when
+// it; 40, 70 and 90 are read too and written back in their own kind; a value of another kind,
+// such as a point, counts as not found and is written back as it stood), keys upper-cased, in
+// byte order. The whole record is read once all three names are known and written back, when
 // anything changed, on destruction or when a name changes.
 //
 // Faults are printed on the host's command line or thrown as integers, which cSetup catches:

@@ -162,6 +162,10 @@ const cMsgCatalog::Entry kEntries[] = {
     {"TxSpawnNotFound", &cMsgCatalog::TxSpawnNotFound},
     {"TxSpawnNoExe", &cMsgCatalog::TxSpawnNoExe},
     {"TxSpawnNoMemory", &cMsgCatalog::TxSpawnNoMemory},
+    {"TxDrawingEditor", &cMsgCatalog::TxDrawingEditor},
+    {"TxDrawingAvlFile", &cMsgCatalog::TxDrawingAvlFile},
+    {"TxKeepOwnPath", &cMsgCatalog::TxKeepOwnPath},
+    {"TxIniWriteProtected", &cMsgCatalog::TxIniWriteProtected},
 };
 
 void replaceAll(std::string& text, const std::string& from, const std::string& to) {

@@ -186,6 +186,14 @@ public:
     std::string TxSpawnNotFound = "nicht gefunden";
     std::string TxSpawnNoExe = "ist keine ausführbare Datei";
     std::string TxSpawnNoMemory = "Zu wenig Speicher verfügbar";
+    std::string TxDrawingEditor =
+        "Diese Zeichnung bringt ein anderes Programm zum Anzeigen des Fehlerprotokolls mit. Soll dieses "
+        "Programm gestartet und künftig verwendet werden?";
+    std::string TxDrawingAvlFile = "Diese Zeichnung bringt eine andere AutoCAD Variablenliste mit. Soll "
+                                   "diese Datei gelesen und künftig verwendet werden?";
+    std::string TxKeepOwnPath = "Nein behält:";
+    std::string TxIniWriteProtected =
+        "ist schreibgeschützt: die Einstellungen werden nicht darin gespeichert.";
 };
 
 extern cMsgCatalog gMsg;

@@ -53,6 +53,7 @@ void cSetup::Open(const std::string& file, const std::string& rootName, const st
     m_drawingName = drawingName;
     m_useDrawing = useDrawing;
     m_useFile = useFile;
+    m_fileWriteFailed = false;
     Close(); // a store of an earlier Open writes back before it goes
     if (!m_useDrawing)
         return;
@@ -79,16 +80,19 @@ void cSetup::Close() {
     }
 }
 
+void cSetup::GetFileString(const std::string& key, const std::string& defaultValue, std::string& out) {
+    std::string buffer;
+    if (kova::profile::getString(m_activeFileName, m_section, key, defaultValue, buffer, kProfileBufferSize) >
+        0)
+        out = buffer;
+    else
+        out.clear(); // the key stands with an empty value: empty, not the default
+}
+
 void cSetup::GetString(const std::string& key, const std::string& defaultValue, std::string& out) {
     out = defaultValue;
-    if (m_useFile) {
-        std::string buffer;
-        if (kova::profile::getString(m_activeFileName, m_section, key, defaultValue, buffer,
-                                     kProfileBufferSize) > 0)
-            out = buffer;
-        else
-            out.clear(); // the key stands with an empty value: empty, not the default
-    }
+    if (m_useFile)
+        GetFileString(key, defaultValue, out);
     if (m_useDrawing && m_drawingStore) {
         try {
             std::string stored;
@@ -101,8 +105,8 @@ void cSetup::GetString(const std::string& key, const std::string& defaultValue, 
 }
 
 void cSetup::PutString(const std::string& key, const std::string& value, bool toFile) {
-    if (m_useFile && toFile)
-        kova::profile::writeString(m_activeFileName, m_section, key, value);
+    if (m_useFile && toFile && !kova::profile::writeString(m_activeFileName, m_section, key, value))
+        m_fileWriteFailed = true;
     if (m_useDrawing && m_drawingStore) {
         try {
             m_drawingStore->Put(key, value, CKOVA_DwgIni::kTextGroupCode);

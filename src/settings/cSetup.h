@@ -56,7 +56,14 @@ public:
                                std::int32_t& out); // "%i"
     virtual void PutAnyBaseInt(const std::string& key, std::int32_t value, bool toFile);
 
+    // True when a value put since Open could not be written to the ini file.
+    bool fileWriteFailed() const { return m_fileWriteFailed; }
+
 protected:
+    // The ini file's text of key alone, as step one of GetString finds it: defaultValue when
+    // the key is missing, the empty text when it stands empty.
+    void GetFileString(const std::string& key, const std::string& defaultValue, std::string& out);
+
     std::string m_fileName;       // path given to Open
     std::string m_activeFileName; // the path the profile functions use
     std::string m_drawingName;    // second part of the drawing dictionary's name
@@ -64,4 +71,5 @@ protected:
     bool m_useDrawing = true;
     bool m_useFile = true;
     CKOVA_DwgIni* m_drawingStore = nullptr; // owned; exists between Open and Close
+    bool m_fileWriteFailed = false;
 };

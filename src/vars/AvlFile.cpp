@@ -2,6 +2,7 @@
 #include "AvlFile.h"
 
 #include "TextHelpers.h"
+#include "platform/RegularFile.h"
 #include "settings/cMsgCatalog.h"
 
 #include <cstdlib>
@@ -125,7 +126,8 @@ bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileNa
 bool cSysVarList::readAvlFile(ReportList& report)
 {
     const std::string path = avlDirectory + avlFileName;
-    std::FILE* file = std::fopen(path.c_str(), "r");
+    // A device or a FIFO would never end or never begin: only a regular file is read.
+    std::FILE* file = kova::openRegularFile(path);
     if (!file) {
         ShowErrorBox(path + " " + gMsg.TxFileOpenFailure);
         return false;

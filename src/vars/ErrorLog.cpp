@@ -46,8 +46,10 @@ bool writeErrorLog(ReportList& errorLines, const std::string& directory,
     return true;
 }
 
-void ShowErrorLog(const cDocCntx& context)
+void ShowErrorLog(cDocCntx& context)
 {
+    // A program that the drawing brought is started only when the user says yes to it.
+    context.AskForDrawingPath(cDocCntx::DrawingPath::Editor);
     const std::string& editor = context.editorPath;
     std::string logPath;
     pathStem(gContext.userIniFile, logPath);

@@ -23,5 +23,6 @@ bool writeErrorLog(ReportList& errorLines, const std::string& directory,
 // Opens the log in the editor of context's Editor setting: the command line is the editor path,
 // a blank and the quoted path of the user ini file with its extension replaced by ".err". Does
 // not wait for the editor nor look whether the log exists. A start that fails shows an error box
-// (TxSpawnNoMemory; or the editor path and TxSpawnNotFound or TxSpawnNoExe).
-void ShowErrorLog(const cDocCntx& context);
+// (TxSpawnNoMemory; or the editor path and TxSpawnNotFound or TxSpawnNoExe). An editor that the
+// drawing brought is asked about first (cDocCntx::AskForDrawingPath).
+void ShowErrorLog(cDocCntx& context);

@@ -47,6 +47,8 @@ bool runLoadStep(cDocCntx& context, ReportList& errorLines, int& runCode, DateTi
 {
     cSysVarList& list = context.varList;
     if (!list.first) {
+        // A description file that the drawing brought is read only when the user says yes to it.
+        context.AskForDrawingPath(cDocCntx::DrawingPath::AvlFile);
         if (context.errorCount == 0) {
             errorLines.clear();
             addHeadBlock(errorLines, context.avlFilePath, moment);

@@ -3,6 +3,8 @@
 
 #include "AvlFile.h"
 #include "TextHelpers.h"
+#include "platform/RegularFile.h"
+#include "platform/ReplacementFile.h"
 #include "settings/cMsgCatalog.h"
 
 #include <cstdio>
@@ -20,11 +22,14 @@ bool cSysVarList::writeUserFile(const std::string& directory, const std::string&
                                 bool selectedOnly)
 {
     const std::string path = directory + fileName;
-    std::FILE* file = std::fopen(path.c_str(), "w");
-    if (!file) {
+    // The list is written beside the old one and renamed over it: a write that fails half way
+    // leaves the old list whole. A write-protected list is not replaced.
+    kova::ReplacementFile output(path);
+    if (!output.open()) {
         ShowErrorBox(path + gMsg.TxFileOpenFailure);
         return false;
     }
+    std::FILE* file = output.stream();
     bool failed = false;
     for (const cSysVar* v = first; v && !failed; v = v->next) {
         if (isChosen(*v, selectedOnly)) {
@@ -33,10 +38,8 @@ bool cSysVarList::writeUserFile(const std::string& directory, const std::string&
         }
         failed = std::ferror(file) != 0;
     }
-    // A full disk may show only when the buffer is flushed, so closing is looked at as well.
-    if (std::fclose(file) != 0)
-        failed = true;
-    if (failed) {
+    // A full disk may show only when the buffer is flushed, so the commit is looked at as well.
+    if (failed || !output.commit()) {
         ShowErrorBox(formatText("%s '%s'.", gMsg.TxFileWriteFailure.c_str(), fileName.c_str()) +
                      gMsg.TxAbort);
         return false;
@@ -47,7 +50,7 @@ bool cSysVarList::writeUserFile(const std::string& directory, const std::string&
 int cSysVarList::readUserFile(ReportList& report)
 {
     const std::string path = userDirectory + userFileName;
-    std::FILE* file = std::fopen(path.c_str(), "r");
+    std::FILE* file = kova::openRegularFile(path);
     if (!file) {
         ShowErrorBox(path + gMsg.TxFileOpenFailure);
         return 0;

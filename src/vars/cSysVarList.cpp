@@ -59,26 +59,16 @@ void cSysVarList::readAllFromHost()
         v->readFromHost();
 }
 
-// The one-time probe: the AVL file may call a variable changeable that the host refuses to
-// change. Each record that has just been read, is still unprobed and is not read-only gets its
-// own current value written back once; a refusal makes it read-only, so the user cannot type a
-// value the host would never take. A record whose read failed is not probed: it is unreadable
-// and the load step removes it. Writing the value just read changes nothing in the host.
+// The read that follows a load. No value is written back to test whether the host takes it:
+// the drawing must stay as it was when the dialog only looked at it, and a value read may not
+// be the value stored (a text ends at its first NUL byte, and the host rounds what it takes).
+// So a record keeps the mode its description gives, and a host's refusal shows when the user
+// sets the variable. isUnprobed is cleared on the records read, as their one look is done.
 void cSysVarList::firstReadFromHost()
 {
-    for (cSysVar* v = first; v; v = v->next) {
-        if (!v->readFromHost())
-            continue;
-        if (!v->isUnprobed() || v->isReadOnly())
-            continue;
-        v->clearUnprobed();
-        resbuf probe{};
-        probe.rbnext = nullptr;
-        probe.restype = static_cast<short>(v->valueType);
-        probe.resval = v->currentValue;
-        if (acedSetVar(v->name.c_str(), &probe) != RTNORM)
-            v->setReadOnly();
-    }
+    for (cSysVar* v = first; v; v = v->next)
+        if (v->readFromHost())
+            v->clearUnprobed();
 }
 
 bool cSysVarList::writeMarkedToHost()

@@ -45,8 +45,8 @@ public:
 
     // readFromHost on every record; failures go on to the next.
     void readAllFromHost();
-    // The read that follows an AVL load: readFromHost on every record, then a one-time write
-    // probe of records that are readable, unprobed and not read-only (see the definition).
+    // The read that follows an AVL load: readFromHost on every record. Writes nothing to the
+    // host, so the modes stay those of the description file.
     void firstReadFromHost();
     // writeToHost on every record marked to set. Always true.
     bool writeMarkedToHost();

@@ -6,6 +6,9 @@
 
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
 using namespace cadhost;
@@ -39,9 +42,17 @@ TEST(BatchConsole, EchoesCommandsSkipsCommentsAndStopsAtBadArgumentsOrAnUnreadab
         EXPECT_NE(text.find(message), std::string::npos) << script << "\n" << text;
         EXPECT_EQ(text.find("LUPREC = "), std::string::npos) << "nothing runs after the stop: " << script;
     }
-    std::string error;
-    EXPECT_FALSE(console.loadScript("/no/such/script.scr", error));
-    EXPECT_NE(error.find("/no/such/script.scr"), std::string::npos) << error;
+    // Only a regular file is a script: a folder, an endless device or a FIFO without a writer is
+    // unreadable (exit 3); the alarm ends a reader that would hang.
+    ASSERT_EQ(mkfifo((profile.path() + "/fifo.scr").toLocal8Bit().constData(), 0600), 0);
+    for (const std::string& path : {std::string("/no/such/script.scr"), profile.path().toStdString(),
+                                    std::string("/dev/zero"), profile.path().toStdString() + "/fifo.scr"}) {
+        std::string error;
+        alarm(10);
+        EXPECT_FALSE(console.loadScript(path, error)) << path;
+        alarm(0);
+        EXPECT_EQ(error.find("Cannot read the script \"" + path + "\""), 0u) << error;
+    }
     host.shutdown();
     host.setOutput({});
 }

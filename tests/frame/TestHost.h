@@ -17,13 +17,20 @@
 
 namespace testhost {
 
-// Collects what the scripted UI services print; every box is answered "ok".
+// Collects what the scripted UI services print; boxes take the answers queued, then "ok".
 class RecordingScript : public kova::ScriptHost {
 public:
     void printLine(const std::string& text) override { lines.push_back(text); }
-    std::string takeAnswer(const std::string&) override { return "ok"; }
+    std::string takeAnswer(const std::string&) override {
+        if (answers.empty())
+            return "ok";
+        std::string answer = answers.front();
+        answers.erase(answers.begin());
+        return answer;
+    }
     int driveModal(QDialog&) override { return 0; }
     std::vector<std::string> lines;
+    std::vector<std::string> answers;
 };
 
 // One script, one set of services and one printed text for the whole test program: the host
@@ -110,6 +117,7 @@ protected:
         capture();
         capture().printed.clear();
         capture().script.lines.clear();
+        capture().script.answers.clear();
         char pattern[] = "/tmp/vardesk-frame-XXXXXX";
         ASSERT_NE(mkdtemp(pattern), nullptr);
         folder = pattern;

@@ -4,6 +4,10 @@
 #include "cContext.h"
 #include "cDocCntx.h"
 #include "platform/ProfileFile.h"
+#include "settings/cMsgCatalog.h"
+#include "vars/ErrorLog.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -55,6 +59,79 @@ TEST_F(ContextSettings, AnotherIniFileNameLooksUnderAnotherEntry) {
     EXPECT_EQ(context.configSizeX, 300) << "KOVA_VARDESKOTHER holds nothing yet";
     context.SaveSettings();
     EXPECT_EQ(testhost::storedRecord("KOVA_VARDESKOTHER", "SETTINGS").size(), 52u);
+}
+
+// A program or description file that a drawing brings is neither used nor written to the ini file
+// before the user says yes to a question that names it; No keeps the user's own.
+TEST_F(ContextSettings, PathsThatADrawingBringsWaitForTheUsersYes) {
+    const std::string& ini = gContext.userIniFile;
+    const std::string evil = "/bin/sh -c 'rm -rf ~'";
+    kova::profile::writeString(ini, "Settings", "Editor", evil); // another user's, stored in the drawing
+    kova::profile::writeString(ini, "Settings", "AutoCADVarList", "/dev/zero");
+    {
+        cDocCntx other(doc);
+        other.LoadSettings();
+        other.SaveSettings();
+    }
+    std::filesystem::remove(ini);
+    kova::profile::writeString(ini, "Settings", "Editor", "/bin/true");
+    auto iniValue = [&](const char* key) {
+        std::string value;
+        kova::profile::getString(ini, "Settings", key, "<none>", value);
+        return value;
+    };
+    auto stored = [&](const std::string& key) {
+        const auto record = testhost::storedRecord("KOVA_VARDESKVARDESK", "SETTINGS");
+        const auto at = std::find(record.begin(), record.end(), std::pair<short, std::string>(1, key));
+        return at == record.end() || at + 1 == record.end() ? "<none>" : (at + 1)->second;
+    };
+
+    cDocCntx context(doc);
+    context.LoadSettings();
+    EXPECT_EQ(context.editorPath, "/bin/true");
+    EXPECT_EQ(context.avlFilePath, "/opt/vardesk/VarDesk.avl");
+    context.SaveSettings();
+    EXPECT_EQ(iniValue("Editor"), "/bin/true");
+    EXPECT_EQ(iniValue("AutoCADVarList"), "/opt/vardesk/VarDesk.avl");
+    EXPECT_EQ(stored("EDITOR"), evil) << "unanswered, the drawing keeps what it brought";
+    EXPECT_EQ(stored("AUTOCADVARLIST"), "/dev/zero");
+    EXPECT_TRUE(uiLines().empty()) << "nothing is asked before the path is needed";
+
+    testhost::capture().script.answers = {"no"};
+    ShowErrorLog(context);
+    const std::vector<std::string> expected = {
+        "BOX question: RT·VarDesk - Rückfrage: " + gMsg.TxDrawingEditor + "\\n" + evil + "\\n" +
+            gMsg.TxKeepOwnPath + " /bin/true",
+        "EXEC: /bin/true \"" + (folder / "VarDesk.err").string() + "\""};
+    EXPECT_EQ(uiLines(), expected);
+    testhost::capture().script.lines.clear();
+    ShowErrorLog(context);
+    EXPECT_EQ(uiLines().size(), 1u) << "the answer ends the offer";
+    context.SaveSettings();
+    EXPECT_EQ(stored("EDITOR"), "/bin/true");
+
+    testhost::capture().script.answers = {"yes"};
+    context.AskForDrawingPath(cDocCntx::DrawingPath::AvlFile);
+    EXPECT_EQ(context.avlFilePath, "/dev/zero");
+    context.SaveSettings();
+    EXPECT_EQ(iniValue("AutoCADVarList"), "/dev/zero") << "after the yes it is the user's own";
+}
+
+// A write-protected ini file is left as it is, and the user is told so once.
+TEST_F(ContextSettings, WriteProtectedIniFileIsNotReplacedAndToldOnce) {
+    kova::profile::writeString(gContext.userIniFile, "Settings", "MainPosX", "77");
+    const std::string before = testhost::readFile(gContext.userIniFile);
+    std::filesystem::permissions(gContext.userIniFile, std::filesystem::perms::owner_read);
+    cDocCntx context(doc);
+    context.LoadSettings();
+    context.mainPosX = 5;
+    context.SaveSettings();
+    context.SaveSettings();
+    EXPECT_EQ(testhost::readFile(gContext.userIniFile), before);
+    EXPECT_EQ(uiLines(),
+              std::vector<std::string>{"BOX warning: RT·VarDesk - Warnung: " + gContext.userIniFile +
+                                       " ist schreibgeschützt: die Einstellungen werden nicht "
+                                       "darin gespeichert."});
 }
 
 } // namespace

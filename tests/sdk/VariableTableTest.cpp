@@ -22,6 +22,13 @@ resbuf rb(short type, double x, double y = 0, double z = 0) {
         std::tie(rb.resval.rpoint[0], rb.resval.rpoint[1], rb.resval.rpoint[2]) = std::tie(x, y, z);
     return rb;
 }
+std::string fileText(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream content;
+    content << in.rdbuf();
+    return content.str();
+}
+
 resbuf textRb(const char* v) {
     resbuf rb{};
     rb.restype = RTSTR;
@@ -115,21 +122,64 @@ TEST_F(SysVars, OnlyATakenDrawingVariableIsToldToDatabaseReactors) {
     EXPECT_EQ(recorder.calls, (std::vector<std::string>{"will LUPREC", "changed LUPREC ok"}));
 }
 
-// Globals surviving a restart are in host_basics.2.scr; a broken globals file gives the defaults.
-// One file for each message the reader gives.
-TEST_F(SysVars, BrokenGlobalsFileIsReportedAndGivesTheDefaults) {
+// Globals surviving a restart are in host_basics.2.scr. A damaged globals file: every value that
+// can be read is kept, and the file is moved aside, where the message says, before any write.
+TEST_F(SysVars, DamagedGlobalsFileKeepsWhatCanBeReadAndIsMovedAside) {
     const std::string profile = host().profileDir();
-    const std::pair<const char*, const char*> bads[] = {
-        {"{ not json", "are not readable"},
-        {R"({"variables": {"SAVETIME": 9999}})", "Global variable SAVETIME"}};
-    for (const auto& [content, said] : bads) {
+    const std::string path = profile + "/globals.json";
+    const std::string good =
+        "{\n  \"cadhostGlobals\": 1,\n  \"variables\": {\n    \"FONTALT\": \"txt.shx\",\n";
+    struct Case {
+        std::string content;
+        const char* said;
+        const char* fontalt;
+        const char* osmode;
+    };
+    const Case cases[] = {
+        // One bad byte in a text, then a value cut off.
+        {good + "    \"OSMODE\": 35,\n    \"ORTHOMODE\": \"\xFF\",\n    \"SAVETIME\": ", "are damaged",
+         "txt.shx", "35"},
+        {"{ not json", "are damaged", "simplex.shx", "4133"},
+        {R"({"variables": {"OSMODE": 35, "SAVETIME": 9999}})",
+         "are ignored: SAVETIME (SAVETIME: Value must be", "simplex.shx", "35"},
+    };
+    for (const Case& c : cases) {
         host().shutdown();
-        std::ofstream(profile + "/globals.json") << content;
+        std::filesystem::remove(path + ".unreadable");
+        std::ofstream(path, std::ios::binary) << c.content;
         printed.clear();
         ASSERT_TRUE(restart(profile));
-        EXPECT_NE(printed.find(said), std::string::npos) << content << " printed: " << printed;
-        EXPECT_EQ(text("SAVETIME"), "SAVETIME = 10") << content;
+        EXPECT_NE(printed.find(c.said), std::string::npos) << c.content << " printed: " << printed;
+        EXPECT_NE(printed.find("kept as " + path + ".unreadable"), std::string::npos) << printed;
+        EXPECT_EQ(text("FONTALT"), std::string("FONTALT = ") + c.fontalt) << c.content;
+        EXPECT_EQ(text("OSMODE"), std::string("OSMODE = ") + c.osmode) << c.content;
+        EXPECT_EQ(text("SAVETIME"), "SAVETIME = 10") << c.content;
+        EXPECT_EQ(fileText(path + ".unreadable"), c.content);
+        EXPECT_FALSE(std::filesystem::exists(path)) << "nothing is written before a change";
     }
+}
+
+// A text that the globals file cannot hold is refused with its reason; the host stays up and the
+// saved globals stay as they were, with no file left beside them.
+TEST_F(SysVars, TextThatIsNoUtf8IsRefusedForAGlobal) {
+    const std::string path = host().profileDir() + "/globals.json";
+    resbuf font = textRb("romans.shx");
+    ASSERT_EQ(acedSetVar("FONTALT", &font), RTNORM);
+    ASSERT_TRUE(host().saveDocument(host().currentDocument(), host().profileDir() + "/a.dwg"));
+    const std::string saved = fileText(path);
+    for (const char* bad : {"gr\xFC\xDF", "\xFF", "\xC3", "\xED\xA0\x80"}) {
+        printed.clear();
+        resbuf value = textRb(bad);
+        EXPECT_EQ(acedSetVar("FONTALT", &value), RTERROR) << bad;
+        EXPECT_NE(printed.find("Variable FONTALT cannot take this text: the byte 0x"), std::string::npos)
+            << printed;
+        EXPECT_FALSE(host().setVariableText("FONTALT", bad)) << bad;
+    }
+    EXPECT_EQ(text("FONTALT"), "FONTALT = romans.shx");
+    resbuf umlaut = textRb("gr\xC3\xBC\xC3\x9F.shx");
+    EXPECT_EQ(acedSetVar("FONTALT", &umlaut), RTNORM) << "UTF-8 is taken";
+    EXPECT_EQ(fileText(path), saved);
+    EXPECT_FALSE(std::filesystem::exists(path + ".new"));
 }
 
 TEST(VariableTableFile, BadLinesAreReportedAndTheRestIsKept) {

@@ -114,6 +114,23 @@ TEST_F(DrawingStore, BrokenRecordIsMendedAndWrittenBackSorted) {
     EXPECT_EQ(destroy(store), 0);
 }
 
+// A value of a kind that has no text here (a point, a text of another group code) counts as not
+// found; the pairs behind it are read all the same, and it goes back into the record as it stood.
+TEST_F(DrawingStore, ValueOfAnotherKindIsNotFoundAndTheRestIsKept) {
+    const double point[3] = {1.5, 2, 3};
+    storeChain(acutBuildList(1, "A", 1, "a", 1, "B", 10, point, 1, "C", 3, "note", 1, "D", 1, "d", RTNONE));
+    auto store = openStore();
+    EXPECT_EQ(get(*store, "A"), "a");
+    EXPECT_EQ(get(*store, "B"), "<none>");
+    EXPECT_EQ(get(*store, "C"), "<none>");
+    EXPECT_EQ(get(*store, "D"), "d");
+    ASSERT_TRUE(store->Put("E", "e", 1));
+    EXPECT_EQ(destroy(store), 0);
+    const Record after = {{1, "A"}, {1, "a"}, {1, "B"}, {10, ""}, {1, "C"},
+                          {3, ""},  {1, "D"}, {1, "d"}, {1, "E"}, {1, "e"}};
+    EXPECT_EQ(testhost::storedRecord(kDictionary, "SETTINGS"), after);
+}
+
 TEST_F(DrawingStore, NoWorkingDatabaseThrows3705AndIsNotTriedAgain) {
     host.setWorkingDatabaseAvailable(false);
     auto store = openStore();

@@ -73,7 +73,7 @@ TEST_F(MsgCatalog, MissingKeysKeepTheirDefaultsAndAreNamedInTheAlerts) {
     cMsgCatalog none;
     EXPECT_FALSE(none.Load((folder / "none.msg").string()));
     EXPECT_EQ(alerts(),
-              (Texts{"message text not found: key 'RsVersionTitle'", "142 message texts not found"}));
+              (Texts{"message text not found: key 'RsVersionTitle'", "146 message texts not found"}));
     EXPECT_EQ(none.TiMsgBoxQuestion, "RT·VarDesk - Rückfrage");
 
     gContext.moduleBaseName = "Other"; // the section follows the module base name

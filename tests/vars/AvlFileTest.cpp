@@ -4,6 +4,9 @@
 #include "settings/cMsgCatalog.h"
 #include "vars/AvlFile.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -129,13 +132,22 @@ TEST_F(AvlFile, FileWithoutVariablesWarnsAndKeepsItsThemes) {
     EXPECT_TRUE(list.themes.hasThemeName("Thema"));
 }
 
-TEST_F(AvlFile, FolderInPlaceOfTheFileIsAFatalReadError) {
+// Only a regular file is read: a folder, a device that never ends (/dev/zero) or one that never
+// begins (a FIFO without a writer) is a file that cannot be opened. The alarm ends a reader that
+// would hang, so that the test fails instead.
+TEST_F(AvlFile, AnythingButARegularFileCannotBeOpened) {
     std::filesystem::create_directory(folder / "ordner.avl");
-    EXPECT_FALSE(load("", "ordner.avl"));
-    EXPECT_EQ(report, ReportList{"Fataler I/O-Fehler beim Lesen von 'ordner.avl'."});
-    EXPECT_EQ(
-        boxes(),
-        Lines{"BOX error: RT·VarDesk - Fehler: Fataler I/O-Fehler beim Lesen von 'ordner.avl'.Abbruch"});
+    ASSERT_EQ(mkfifo((folder / "fifo.avl").c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/zero", folder / "zero.avl");
+    for (const char* name : {"ordner.avl", "fifo.avl", "zero.avl"}) {
+        alarm(10);
+        EXPECT_FALSE(load("", name)) << name;
+        alarm(0);
+        EXPECT_TRUE(report.empty()) << name;
+        EXPECT_EQ(boxes(),
+                  Lines{"BOX error: RT·VarDesk - Fehler: " + dir() + name + "  kann nicht geladen werden!"})
+            << name;
+    }
 }
 
 TEST_F(AvlFile, OverlongLinesAreCutReportedAndReadingGoesOn) {

@@ -6,6 +6,12 @@
 #include "vars/TextHelpers.h"
 #include "vars/UserListFile.h"
 
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
 namespace {
 
 using testhost::readFile;
@@ -156,17 +162,52 @@ TEST_F(UserListFile, LongLinesEmptyFilesAndFatalErrorsGiveTheSystemsWords) {
     EXPECT_FALSE(list.hasUserEntries());
     EXPECT_TRUE(boxes().empty());
 
+    // Only a regular file is read; the alarm ends a reader that would hang.
     const std::string box = "BOX error: RT·VarDesk - Fehler: ";
     std::filesystem::create_directory(folder / "ordner.var");
-    EXPECT_EQ(read("", "ordner.var"), 0);
-    EXPECT_EQ(report, ReportList{"Fataler I/O-Fehler beim Lesen von 'ordner.var'."});
-    EXPECT_EQ(boxes(), Lines{box + "Fataler I/O-Fehler beim Lesen von 'ordner.var'.Abbruch"});
-    if (!std::filesystem::exists("/dev/full"))
-        GTEST_SKIP() << "no /dev/full";
-    boxes().clear();
+    ASSERT_EQ(mkfifo((folder / "fifo.var").c_str(), 0600), 0);
+    std::filesystem::create_symlink("/dev/urandom", folder / "zufall.var");
+    for (const char* name : {"ordner.var", "fifo.var", "zufall.var"}) {
+        boxes().clear();
+        alarm(10);
+        EXPECT_EQ(read("", name), 0) << name;
+        alarm(0);
+        EXPECT_TRUE(report.empty()) << name;
+        EXPECT_EQ(boxes(), Lines{box + dir() + name + " kann nicht geladen werden!"}) << name;
+    }
+}
+
+// A save that fails half way (a full disk, here the file size limit) leaves the old list whole
+// and no stray file beside it; a write-protected list is not replaced.
+TEST_F(UserListFile, FailedSaveKeepsTheOldList) {
+    for (cSysVar* v = list.first; v; v = v->next)
+        v->setInUserList();
+    ASSERT_TRUE(list.writeUserFile(dir(), "alt.var", false));
+    const std::string old = readFile(folder / "alt.var");
+    ASSERT_GT(old.size(), 100u);
     edit({{"OSMODE", "37"}});
-    EXPECT_FALSE(list.writeUserFile("/dev/", "full", false));
-    EXPECT_EQ(boxes(), Lines{box + "Fataler I/O-Fehler beim Schreiben von 'full'.Abbruch"});
+
+    rlimit saved{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &saved), 0);
+    rlimit small = saved;
+    small.rlim_cur = 100;
+    auto* const oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool written = list.writeUserFile(dir(), "alt.var", false);
+    setrlimit(RLIMIT_FSIZE, &saved);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_FALSE(written);
+    EXPECT_EQ(boxes(), Lines{"BOX error: RT·VarDesk - Fehler: Fataler I/O-Fehler beim Schreiben von "
+                             "'alt.var'.Abbruch"});
+    EXPECT_EQ(readFile(folder / "alt.var"), old);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "no file beside it";
+
+    boxes().clear();
+    std::filesystem::permissions(folder / "alt.var", std::filesystem::perms::owner_read);
+    EXPECT_FALSE(list.writeUserFile(dir(), "alt.var", false));
+    EXPECT_EQ(boxes(),
+              Lines{"BOX error: RT·VarDesk - Fehler: " + dir() + "alt.var kann nicht geladen werden!"});
+    EXPECT_EQ(readFile(folder / "alt.var"), old);
 }
 
 // The box for two and more records left out: see the scenario dialogs_files.

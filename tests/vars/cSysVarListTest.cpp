@@ -1,4 +1,4 @@
-// Tests of cSysVarList: insertion orders and the probing first read. The themes' result codes: see
+// Tests of cSysVarList: insertion orders and the first read after a load. The themes' result codes: see
 // the example description file (AvlFileTest); their walk by title: see MainDialogTest. The purge
 // of unknown records and the proof against the host: see the error log's tests.
 #include "VarsTestKit.h"
@@ -52,27 +52,30 @@ TEST(SysVarList, EqualNamesKeepTheOrderOfTheFileAndFailedAddsChangeNothing) {
 
 using SysVarListHost = filekit::VarsTest;
 
-TEST_F(SysVarListHost, FirstReadProbesChangeableRecordsOnce) {
-    // DWGNAME: the file calls it changeable; the host refuses writes.
-    cSysVarList list;
-    for (const char* name : {"DWGNAME", "OSMODE", "NOSUCHVAR"})
-        ASSERT_TRUE(list.addVariable("1", name, "+-", "", 1));
-    ASSERT_TRUE(list.addVariable("1", "VIEWCTR", "-+", "", 1));
-    ASSERT_EQ(setShort("OSMODE", 517), RTNORM);
-    list.firstReadFromHost();
-    EXPECT_TRUE(list.findName("DWGNAME")->isReadOnly());
-    cSysVar* osmode = list.findName("OSMODE");
-    EXPECT_FALSE(osmode->isReadOnly());
-    EXPECT_FALSE(osmode->isUnprobed());
-    EXPECT_EQ(osmode->currentText, "517");
-    EXPECT_TRUE(list.findName("VIEWCTR")->isUnprobed()) << "read-only records are not probed";
-    EXPECT_TRUE(list.findName("NOSUCHVAR")->isUnreadable());
-    EXPECT_TRUE(list.findName("NOSUCHVAR")->isUnprobed()) << "unreadable records are not probed";
+// Counts the host's announcements of a variable change.
+struct ChangeCounter : AcEditorReactor {
+    void sysVarWillChange(const char*) override { ++changes; }
+    int changes = 0;
+};
 
-    // A second load read does not probe again: a record made changeable stays so.
-    list.findName("DWGNAME")->flags &= ~varflag::isReadOnly;
+TEST_F(SysVarListHost, FirstReadTakesTheFileModesAndWritesNothingBack) {
+    // DWGNAME: the file calls it changeable, the host refuses writes; the record stays as the
+    // file says, and a Set of it is refused then. Writing a value back that was only read could
+    // change the drawing: a text is cut at a NUL byte, and the host rounds what it takes.
+    cSysVarList list;
+    for (const char* name : {"DWGNAME", "OSMODE", "CLAYER", "ANGBASE", "NOSUCHVAR"})
+        ASSERT_TRUE(list.addVariable("1", name, "+-", "", 1));
+    ASSERT_EQ(setShort("OSMODE", 517), RTNORM);
+    AcEditor* editor = AcEditor::cast(acrxSysRegistry()->at("AcEditor"));
+    ASSERT_NE(editor, nullptr);
+    ChangeCounter counter;
+    editor->addReactor(&counter);
     list.firstReadFromHost();
+    editor->removeReactor(&counter);
+    EXPECT_EQ(counter.changes, 0) << "the load read sets no variable";
     EXPECT_FALSE(list.findName("DWGNAME")->isReadOnly());
+    EXPECT_EQ(list.findName("OSMODE")->currentText, "517");
+    EXPECT_TRUE(list.findName("NOSUCHVAR")->isUnreadable());
 }
 
 } // namespace

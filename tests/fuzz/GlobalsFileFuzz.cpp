@@ -1,0 +1,60 @@
+// Fuzz target: any bytes as the host's globals file, read leniently, written and read back.
+#include "FuzzInput.h"
+#include "GlobalsFile.h"
+#include "VariableTable.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace {
+
+const cadhost::VariableTable& table()
+{
+    static const cadhost::VariableTable* loaded = [] {
+        auto* made = new cadhost::VariableTable;
+        std::string report;
+        made->load(VARDESK_SOURCE_DIR "/data/hostvars.tsv", report);
+        return made;
+    }();
+    return *loaded;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static const std::string dir = "/tmp/vardesk-fuzz-globals-" + std::to_string(getpid());
+    mkdir(dir.c_str(), 0700);
+    const std::string path = dir + "/globals.json";
+    const std::string saved = dir + "/saved.json";
+    if (!writeInputFile(path, data, size))
+        return 0;
+    std::map<std::string, cadhost::VarValue> values;
+    std::vector<std::string> notes;
+    cadhost::GlobalsFile::read(path, table(), values, notes);
+    // Only changeable globals of the table are taken; a file with anything else is set aside.
+    for (const auto& [name, value] : values) {
+        const cadhost::VarDef* def = table().find(name);
+        if (!def || !def->global || def->readOnly || def->type != value.type)
+            __builtin_trap();
+    }
+    if (std::filesystem::exists(path) && !notes.empty())
+        __builtin_trap(); // a note always says the file was moved or why it could not be
+    // What was taken is written, and reads back the same without a note.
+    std::string why;
+    if (!cadhost::GlobalsFile::write(saved, values, why))
+        __builtin_trap();
+    std::map<std::string, cadhost::VarValue> again;
+    std::vector<std::string> againNotes;
+    cadhost::GlobalsFile::read(saved, table(), again, againNotes);
+    if (again != values || !againNotes.empty())
+        __builtin_trap();
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+    std::filesystem::remove(path + ".unreadable", ignored);
+    return 0;
+}
