@@ -256,6 +256,9 @@ int ApplyRun::driveModal(QDialog& dialog) {
         return guard ? dialog.result() : 0;
     }
     m_drawing.windowShown = true;
+    // Nobody looks: the window is shown and laid out, but nothing is painted; what the run reads
+    // of it comes from its model and its delegate, not from pixels.
+    dialog.setUpdatesEnabled(false);
     dialog.show();
     QCoreApplication::processEvents();
     if (runStep(dialog, Phase::ShowingList, kShowUserList) &&
