@@ -128,7 +128,7 @@ bool ApplyRun::applyTo(const std::string& drawing) {
     if (!ran)
         failure = ran.message;
     else if (failure.empty() && !m_drawing.windowShown)
-        failure = std::string("VarDesk did not show its window.");
+        failure = "VarDesk did not show its window.";
     std::string skippedWhy;
     if (!failure.empty()) {
         skippedWhy = failure + " Not saved.";
