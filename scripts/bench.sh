@@ -24,7 +24,7 @@ vardesk_install_missing
 build="$root/build/bench"
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
     -DVARDESK_BENCH=ON >/dev/null
-cmake --build "$build" -j "${JOBS:-2}" --target vardesk_bench >/dev/null
+cmake --build "$build" -j "${JOBS:-2}" --target vardesk_bench cadhost_bench >/dev/null
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/vardesk-bench-run.XXXXXX")
 trap 'rm -rf "$work"' EXIT
@@ -122,3 +122,25 @@ END {
     print "† wall time well above CPU time: the run waited, mostly on the file system (globals.json, user list files), so it varies with the disk."
     printf "Wall-clock time per run, median of the repetitions. Machine: %s cores at %s MHz; Google Benchmark library build: %s.\n", cpus, mhz, libtype
 }' "$json"
+
+# cadhost --apply over 1,000 drawings, in process: one run a repetition, its time per drawing.
+apply_json="$work/apply.json"
+if ! QT_QPA_PLATFORM=offscreen "$build/stage/bin/cadhost_bench" --benchmark_format=json \
+    --benchmark_repetitions="${REPETITIONS:-3}" --benchmark_report_aggregates_only=true \
+    >"$apply_json" 2>"$work/apply-stderr.txt"; then
+    cat "$work/apply-stderr.txt" >&2
+    echo "cadhost_bench failed" >&2
+    exit 1
+fi
+awk '
+function field(line) { sub(/^[^:]*: */, "", line); sub(/,$/, "", line); gsub(/"/, "", line); return line }
+/"aggregate_name":/ { aggregate = field($0) }
+/"real_time":/ { real = field($0) }
+/"cpu_ms_per_drawing":/ { cpu = field($0) }
+/"error_message":/ { failed = field($0) }
+/^ *\},? *$/ && aggregate == "median" { wall = real; cpums = cpu; aggregate = "" }
+END {
+    print ""
+    if (failed != "") print "cadhost --apply over 1,000 drawings: failed: " failed
+    else printf "cadhost --apply over 1,000 drawings: %.1f ms a drawing (wall), %.1f ms of processor time a drawing.\n", wall, cpums
+}' "$apply_json"

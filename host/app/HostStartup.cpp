@@ -32,6 +32,9 @@ bool parseOptions(const std::vector<std::string>& args, Options& options, std::s
         } else if (a == "--batch") {
             if (!value(options.batchScript))
                 return false;
+        } else if (a == "--apply") {
+            if (!value(options.applyList))
+                return false;
         } else if (a == "--profile") {
             if (!value(options.profileDir))
                 return false;
@@ -46,13 +49,37 @@ bool parseOptions(const std::vector<std::string>& args, Options& options, std::s
             return false;
         }
     }
+    if (options.applyList.empty() || options.help)
+        return true;
+    if (!options.batchScript.empty()) {
+        error = "--apply and --batch cannot go together.";
+        return false;
+    }
+    if (options.drawings.empty()) {
+        error = "--apply needs at least one drawing.";
+        return false;
+    }
     return true;
 }
 
+int usageExit(const std::vector<std::string>& args) {
+    for (const auto& a : args) {
+        if (a == "--")
+            break;
+        if (a == "--apply")
+            return kApplyUsageExit;
+    }
+    return kUsageExit;
+}
+
 std::string usageText() {
-    return "Usage: cadhost [--batch SCRIPT] [--profile DIR] [--exec] [--no-module] [drawing ...]\n"
+    return "Usage: cadhost [--batch SCRIPT | --apply LIST] [--profile DIR] [--exec] [--no-module]\n"
+           "               [drawing ...]\n"
            "  --batch SCRIPT  run SCRIPT as command-line input without a window, then exit\n"
            "                  (exit 0: ran to its end, 2: stopped by a line, 3: script unreadable)\n"
+           "  --apply LIST    without a window: open each drawing, read the user list file LIST\n"
+           "                  in VarDesk, set all its values, save; one line a drawing, then exit\n"
+           "                  (exit 0: all saved, 1: some skipped, 2: stopped, 3: LIST unreadable)\n"
            "  --profile DIR   profile folder (ini file, error log, global variables)\n"
            "  --exec          in batch mode, start programs for real\n"
            "  --no-module     do not load the VarDesk module at start\n";

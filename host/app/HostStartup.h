@@ -8,9 +8,10 @@ namespace cadhost {
 
 class HostSession;
 
-// cadhost [--batch SCRIPT] [--profile DIR] [--exec] [--no-module] [drawing ...]
+// cadhost [--batch SCRIPT | --apply LIST] [--profile DIR] [--exec] [--no-module] [drawing ...]
 struct Options {
     std::string batchScript;  // empty: the main window for people
+    std::string applyList;    // a user list file to lay over each drawing; empty: no such run
     std::string profileDir;   // empty: defaultProfileDir()
     bool execForReal = false; // batch mode: start programs for real
     bool noModule = false;    // do not load VarDesk.so at start
@@ -20,9 +21,14 @@ struct Options {
 
 // Exit code of a command line that cannot be understood.
 constexpr int kUsageExit = 1;
+// The same for a command line that asks for --apply, whose exit 1 means skipped drawings.
+constexpr int kApplyUsageExit = 2;
 
-// False with a message on an unknown option or a missing option value. "--" ends the options.
+// False with a message on an unknown option, a missing option value, --apply together with
+// --batch, or --apply without a drawing. "--" ends the options.
 bool parseOptions(const std::vector<std::string>& args, Options& options, std::string& error);
+// kApplyUsageExit when args hold --apply before any "--", else kUsageExit.
+int usageExit(const std::vector<std::string>& args);
 std::string usageText();
 
 // $XDG_CONFIG_HOME/cadhost, else $HOME/.config/cadhost.

@@ -314,6 +314,11 @@ QVariantMap paintedCell(QAbstractItemView* view, const QModelIndex& index) {
     return painted;
 }
 
+QString cellText(QAbstractItemView* view, const QModelIndex& index, const QVariantMap& painted) {
+    return painted.contains("text") ? painted.value("text").toString()
+                                    : view->model()->data(index, Qt::DisplayRole).toString();
+}
+
 void dumpList(QAbstractItemView* view, int id, std::vector<std::string>& out) {
     QAbstractItemModel* model = view->model();
     if (!model)
@@ -334,8 +339,7 @@ void dumpList(QAbstractItemView* view, int id, std::vector<std::string>& out) {
         for (int c = 0; c < columns; ++c) {
             const QModelIndex index = model->index(r, c);
             const QVariantMap painted = paintedCell(view, index);
-            QString text = painted.contains("text") ? painted.value("text").toString()
-                                                    : model->data(index, Qt::DisplayRole).toString();
+            const QString text = cellText(view, index, painted);
             QColor fg = painted.contains("foreground")
                             ? painted.value("foreground").value<QColor>()
                             : colourOf(model->data(index, Qt::ForegroundRole), textColour);
@@ -618,6 +622,25 @@ Outcome UiAutomation::apply(QDialog& window, const std::vector<std::string>& wor
     if (result.ok)
         flushEvents();
     return result;
+}
+
+std::vector<std::vector<std::string>> UiAutomation::listTexts(QWidget& window, int id) {
+    std::vector<std::vector<std::string>> rows;
+    auto* view = qobject_cast<QAbstractItemView*>(findControl(window, id));
+    QAbstractItemModel* model = view ? view->model() : nullptr;
+    if (!model)
+        return rows;
+    flushEvents();
+    const int columns = model->columnCount();
+    for (int r = 0; r < model->rowCount(); ++r) {
+        std::vector<std::string> texts;
+        for (int c = 0; c < columns; ++c) {
+            const QModelIndex index = model->index(r, c);
+            texts.push_back(str(cellText(view, index, paintedCell(view, index))));
+        }
+        rows.push_back(std::move(texts));
+    }
+    return rows;
 }
 
 std::vector<std::string> UiAutomation::dump(QWidget& window) {

@@ -85,6 +85,10 @@ public:
     // Texts in double quotes with \" and \\ escaped, line ends as \n; colours as #RRGGBB.
     static std::vector<std::string> dump(QWidget& window);
 
+    // The texts of a list's rows as dump() gives them (column 0 with its leading blanks), one
+    // vector of column texts a row; empty when window has no list with that id.
+    static std::vector<std::vector<std::string>> listTexts(QWidget& window, int id);
+
     using PopupHandler = std::function<void(QMenu&)>;
     static void setPopupHandler(PopupHandler handler);
     // Chooses the entry of an open menu with that numeric id as a click does. False when the

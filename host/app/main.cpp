@@ -1,4 +1,6 @@
-// cadhost: the CAD host stand-in, with its main window or, with --batch, its batch console.
+// cadhost: the CAD host stand-in, with its main window or, with --batch, its batch console, or
+// with --apply, one user list laid over many drawings.
+#include "ApplyRun.h"
 #include "BatchConsole.h"
 #include "ConsoleOutput.h"
 #include "hostsession.h"
@@ -30,6 +32,22 @@ int runBatch(cadhost::HostSession& host, const cadhost::Options& options, const 
     const int code = console.run();
     host.shutdown();
     host.setUiServices(nullptr);
+    return code;
+}
+
+int runApply(cadhost::HostSession& host, const cadhost::Options& options, const std::string& dataDir) {
+    cadhost::ConsoleOutput output;
+    cadhost::ApplyRun apply(host, output);
+    std::string error;
+    if (!apply.setList(options.applyList, error)) {
+        std::fprintf(stderr, "cadhost: %s\n", error.c_str());
+        return cadhost::ApplyExit::ListUnreadable;
+    }
+    cadhost::Options start = options;
+    start.drawings.clear(); // opened one by one by the run
+    cadhost::startHost(host, start, dataDir, [&output](const std::string& text) { output.line(text); });
+    const int code = apply.run(options.drawings);
+    host.shutdown();
     return code;
 }
 
@@ -66,13 +84,14 @@ int main(int argc, char** argv) {
     std::string error;
     if (!cadhost::parseOptions(args, options, error)) {
         std::fprintf(stderr, "cadhost: %s\n%s", error.c_str(), cadhost::usageText().c_str());
-        return cadhost::kUsageExit;
+        return cadhost::usageExit(args);
     }
     if (options.help) {
         std::fputs(cadhost::usageText().c_str(), stdout);
         return 0;
     }
-    const bool batch = !options.batchScript.empty();
+    const bool apply = !options.applyList.empty();
+    const bool batch = !options.batchScript.empty() || apply;
     if (batch && !std::getenv("QT_QPA_PLATFORM"))
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
 
@@ -83,7 +102,7 @@ int main(int argc, char** argv) {
     cadhost::HostSession& host = cadhost::HostSession::instance();
     if (batch) {
         QApplication::setQuitOnLastWindowClosed(false);
-        return runBatch(host, options, dataDir);
+        return apply ? runApply(host, options, dataDir) : runBatch(host, options, dataDir);
     }
     return runWindow(app, host, options, dataDir);
 }

@@ -2,6 +2,7 @@
 #include "ModuleResources.h"
 
 #include <QFile>
+#include <QHash>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -24,6 +25,14 @@ QPixmap render(const QString& path, const QSize& size) {
     return pixmap;
 }
 
+// Icons already drawn, by id. Every dialog asks for the same few dozen, and drawing each from
+// its SVG at three sizes was most of what opening a dialog cost. Kept until the module leaves
+// the process (no clean-up routine: the host unloads the module before the application ends).
+QHash<int, QIcon>& drawnIcons() {
+    static QHash<int, QIcon> icons;
+    return icons;
+}
+
 } // namespace
 
 bool hasModuleIcon(int id) {
@@ -31,11 +40,15 @@ bool hasModuleIcon(int id) {
 }
 
 QIcon moduleIcon(int id) {
+    QHash<int, QIcon>& icons = drawnIcons();
+    if (auto found = icons.constFind(id); found != icons.constEnd())
+        return *found;
     if (!hasModuleIcon(id))
         return {};
     QIcon icon;
     for (int size : {16, 32, 48})
         icon.addPixmap(render(iconPath(id), QSize(size, size)));
+    icons.insert(id, icon);
     return icon;
 }
 

@@ -67,8 +67,17 @@ TEST(ParseOptions, GoodCommandLinesAndBadOnesSayingWhy) {
     ASSERT_TRUE(parseOptions({"--", "--batch"}, o, error));
     EXPECT_EQ(o.drawings, (std::vector<std::string>{"--batch"}));
 
+    ASSERT_TRUE(parseOptions({"--apply", "b.var", "x.dwg"}, o, error));
+    EXPECT_EQ(o.applyList, "b.var");
+    EXPECT_EQ(o.drawings, (std::vector<std::string>{"x.dwg"}));
+    EXPECT_EQ(usageExit({"--apply"}), kApplyUsageExit);
+    EXPECT_EQ(usageExit({"--", "--apply"}), kUsageExit);
+
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
-        {{"--profile"}, "--profile needs a value"}, {{"--frob"}, "Unknown option --frob"}};
+        {{"--profile"}, "--profile needs a value"},
+        {{"--frob"}, "Unknown option --frob"},
+        {{"--apply", "b.var"}, "--apply needs at least one drawing"},
+        {{"--apply", "b.var", "--batch", "s.scr", "x.dwg"}, "cannot go together"}};
     for (const auto& [args, why] : cases) {
         EXPECT_FALSE(parseOptions(args, o, error)) << args[0];
         EXPECT_NE(error.find(why), std::string::npos) << args[0] << ": " << error;
