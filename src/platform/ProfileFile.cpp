@@ -91,12 +91,16 @@ bool readFile(const std::string& file, std::string& content) {
         std::ifstream in(file, std::ios::binary);
         if (!in)
             return false;
-        std::ostringstream buffer;
-        buffer << in.rdbuf();
+        // Read at once into its place; a file that changed size meanwhile is read as it is now.
+        content.resize(static_cast<std::size_t>(size));
+        in.read(content.data(), static_cast<std::streamsize>(size));
+        content.resize(static_cast<std::size_t>(in.gcount()));
         if (in.bad())
             return false;
-        content = std::move(buffer).str();
-        return true;
+        std::ostringstream rest;
+        rest << in.rdbuf();
+        content += std::move(rest).str();
+        return !in.bad();
     } catch (...) {
         return false;
     }
@@ -188,13 +192,19 @@ TextLine lineAt(std::string_view text, std::size_t start) {
     return {text.substr(start, end - start), end + 1, true};
 }
 
-// FNV-1a over the bytes in ASCII lower case: keys are compared without case.
+// FNV-1a over the bytes in ASCII lower case (keys are compared without case), then mixed, so
+// that keys which differ in a digit only still differ in the 32 bits that the index keeps.
 std::size_t hashNoCase(std::string_view text) {
     std::uint64_t hash = 14695981039346656037ull;
     for (const char c : text) {
         hash ^= static_cast<unsigned char>(lowerAscii(c));
         hash *= 1099511628211ull;
     }
+    hash ^= hash >> 33;
+    hash *= 0xff51afd7ed558ccdull;
+    hash ^= hash >> 33;
+    hash *= 0xc4ceb9fe1a85ec53ull;
+    hash ^= hash >> 33;
     return static_cast<std::size_t>(hash);
 }
 
@@ -204,8 +214,6 @@ std::string lowerCopy(std::string_view text) {
         c = lowerAscii(c);
     return lower;
 }
-
-constexpr std::size_t kLeastSlots = 16;
 
 } // namespace
 
@@ -252,14 +260,23 @@ struct ProfileFile::Identity {
     }
 };
 
-// The entry lines of every section of one name, as getString finds them: for each key (without
-// case) the start of its first line in file order, in an open-addressing table of start + 1 (0 is
-// a free slot) that holds four bytes a key. And where writeString works: the first section of
-// that name, which ends at the next section line, and its last line that is not blank.
+// One entry line of a section index: the key's hash and the start of the line.
+struct ProfileFile::Entry {
+    std::uint32_t hash = 0;
+    std::uint32_t line = 0;
+    bool operator<(const Entry& other) const {
+        return hash != other.hash ? hash < other.hash : line < other.line;
+    }
+};
+
+// The entry lines of every section of one name, as getString finds them, sorted by the hash of
+// their key and then by place: of the lines of one key, the first in the file comes first. The
+// lines are gathered in one pass and sorted once, which is far cheaper than a hash table's
+// scattered accesses for a huge file. And where writeString works: the first section of that
+// name, which ends at the next section line, and its last line that is not blank.
 struct ProfileFile::SectionIndex {
     std::string name; // trimmed, as asked
-    std::vector<std::uint32_t> slots;
-    std::size_t keys = 0;
+    std::vector<Entry> entries;
     bool found = false;
     std::size_t lastContent = 0; // start of the last non-blank line of the first section
     std::size_t sectionEnd = 0;  // start of the section line behind it, or the end of the text
@@ -295,33 +312,16 @@ void ProfileFile::refresh() {
     m_state = State::Read;
 }
 
-std::uint32_t* ProfileFile::slotOf(SectionIndex& index, std::string_view key) const {
-    const std::size_t mask = index.slots.size() - 1;
-    for (std::size_t at = hashNoCase(key) & mask;; at = (at + 1) & mask) {
-        std::uint32_t& slot = index.slots[at];
-        if (slot == 0 || equalsNoCase(parseLine(lineAt(m_text, slot - 1).text).name, key))
-            return &slot;
-    }
-}
-
-// Enters the line of key unless the key has one already; the table stays at most half full.
-void ProfileFile::remember(SectionIndex& index, std::string_view key, std::size_t lineStart) const {
-    if ((index.keys + 1) * 2 > index.slots.size()) {
-        std::vector<std::uint32_t> old(std::max(kLeastSlots, index.slots.size() * 2), 0);
-        old.swap(index.slots);
-        for (const std::uint32_t slot : old)
-            if (slot != 0)
-                *slotOf(index, parseLine(lineAt(m_text, slot - 1).text).name) = slot;
-    }
-    std::uint32_t* slot = slotOf(index, key);
-    if (*slot == 0) {
-        *slot = static_cast<std::uint32_t>(lineStart + 1);
-        ++index.keys;
-    }
+std::uint32_t ProfileFile::firstLineOf(const SectionIndex& index, std::string_view key) const {
+    const auto hash = static_cast<std::uint32_t>(hashNoCase(key));
+    for (auto at = std::lower_bound(index.entries.begin(), index.entries.end(), Entry{hash, 0});
+         at != index.entries.end() && at->hash == hash; ++at)
+        if (equalsNoCase(parseLine(lineAt(m_text, at->line).text).name, key))
+            return at->line;
+    return kNoLine;
 }
 
 void ProfileFile::buildIndex(SectionIndex& index) const {
-    index.slots.assign(kLeastSlots, 0);
     bool inSection = false;
     bool inFirst = false;
     for (std::size_t at = 0; at < m_text.size();) {
@@ -340,12 +340,14 @@ void ProfileFile::buildIndex(SectionIndex& index) const {
             }
         } else {
             if (inSection && parsed.kind == LineKind::Entry)
-                remember(index, parsed.name, at);
+                index.entries.push_back(
+                    {static_cast<std::uint32_t>(hashNoCase(parsed.name)), static_cast<std::uint32_t>(at)});
             if (inFirst && !trim(line.text).empty())
                 index.lastContent = at;
         }
         at = line.next;
     }
+    std::sort(index.entries.begin(), index.entries.end());
 }
 
 ProfileFile::SectionIndex& ProfileFile::indexOf(std::string_view section) {
@@ -367,9 +369,8 @@ void ProfileFile::shiftFrom(std::size_t from, std::ptrdiff_t delta) {
                                 : position;
     };
     for (auto& [name, index] : m_indexes) {
-        for (std::uint32_t& slot : index->slots)
-            if (slot != 0)
-                slot = static_cast<std::uint32_t>(moved(slot - 1) + 1);
+        for (Entry& entry : index->entries)
+            entry.line = static_cast<std::uint32_t>(moved(entry.line));
         index->lastContent = moved(index->lastContent);
         index->sectionEnd = moved(index->sectionEnd);
     }
@@ -382,8 +383,8 @@ std::size_t ProfileFile::getString(const std::string& section, const std::string
         refresh();
         if (m_state == State::Read) {
             SectionIndex& index = indexOf(section);
-            if (const std::uint32_t slot = *slotOf(index, trim(key)); slot != 0) {
-                std::string_view value = parseLine(lineAt(m_text, slot - 1).text).value;
+            if (const std::uint32_t line = firstLineOf(index, trim(key)); line != kNoLine) {
+                std::string_view value = parseLine(lineAt(m_text, line).text).value;
                 if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
                     value = value.substr(1, value.size() - 2);
                 return deliver(value, out, bufferSize);
@@ -411,13 +412,13 @@ bool ProfileFile::writeString(const std::string& section, const std::string& key
         const std::string lineEnd = m_usesCrLf ? "\r\n" : "\n";
 
         SectionIndex& index = indexOf(section);
-        const std::uint32_t slot = index.found ? *slotOf(index, trim(key)) : 0;
-        if (slot != 0 && slot - 1 < index.sectionEnd) {
+        const std::uint32_t line = index.found ? firstLineOf(index, trim(key)) : kNoLine;
+        if (line != kNoLine && line < index.sectionEnd) {
             // The key stands in the first section: its line takes the new text, its line end stays.
-            const std::size_t start = slot - 1;
-            const TextLine line = lineAt(text, start);
-            std::size_t length = line.text.size();
-            if (line.hasEnd && length > 0 && line.text.back() == '\r')
+            const std::size_t start = line;
+            const TextLine old = lineAt(text, start);
+            std::size_t length = old.text.size();
+            if (old.hasEnd && length > 0 && old.text.back() == '\r')
                 --length;
             if (text.substr(start, length) == entry)
                 return true;
@@ -437,11 +438,10 @@ bool ProfileFile::writeString(const std::string& section, const std::string& key
             shiftFrom(at, static_cast<std::ptrdiff_t>(inserted.size()));
             const std::size_t entryStart = at + (last.hasEnd ? 0 : lineEnd.size());
             index.lastContent = entryStart;
-            // The new line comes ahead of any line of the key in a later section of that name.
-            if (std::uint32_t* own = slotOf(index, trim(key)); *own != 0)
-                *own = static_cast<std::uint32_t>(entryStart + 1);
-            else
-                remember(index, trim(key), entryStart);
+            // Ahead of any line of the key in a later section of that name, as in the file.
+            const Entry entry{static_cast<std::uint32_t>(hashNoCase(trim(key))),
+                              static_cast<std::uint32_t>(entryStart)};
+            index.entries.insert(std::upper_bound(index.entries.begin(), index.entries.end(), entry), entry);
         } else {
             // The section too is new, at the end of the file.
             const bool lastHasEnd = text.empty() || text.back() == '\n';

@@ -51,13 +51,15 @@ public:
 private:
     struct Identity;
     struct SectionIndex;
+    struct Entry;
     enum class State { Unknown, Missing, Unreadable, Read };
 
     void refresh();
     SectionIndex& indexOf(std::string_view section);
     void buildIndex(SectionIndex& index) const;
-    std::uint32_t* slotOf(SectionIndex& index, std::string_view key) const;
-    void remember(SectionIndex& index, std::string_view key, std::size_t lineStart) const;
+    // Start of the first line of key in the sections of index, or kNoLine.
+    std::uint32_t firstLineOf(const SectionIndex& index, std::string_view key) const;
+    static constexpr std::uint32_t kNoLine = 0xFFFFFFFF;
     void shiftFrom(std::size_t from, std::ptrdiff_t delta);
 
     std::string m_file;
