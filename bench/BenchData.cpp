@@ -19,6 +19,8 @@ namespace fs = std::filesystem;
 
 const std::string kShippedAvl = VARDESK_SOURCE_DIR "/data/VarDesk.avl";
 const std::string kShippedTable = VARDESK_SOURCE_DIR "/data/hostvars.tsv";
+const std::string kShippedCatalog = VARDESK_SOURCE_DIR "/data/VarDesk.msg";
+const std::string kCatalogSection = "[VarDesk]";
 
 // Theme of the host variables that the shipped file does not describe.
 constexpr int kProgramTheme = 17;
@@ -234,7 +236,52 @@ DataSet makeSynthetic(int size)
     return set;
 }
 
+// Lines "UnusedNNNNNNN=..." until text has grown by about megabytes MB.
+void appendUnusedKeys(std::string& text, int megabytes)
+{
+    const std::size_t target = text.size() + static_cast<std::size_t>(megabytes) * 1024 * 1024;
+    for (int i = 0; text.size() < target; ++i)
+        text += "Unused" + std::to_string(1000000 + i) + "=Wert einer alten Einstellung, die niemand mehr liest\n";
+}
+
+std::string writeScratchFile(const std::string& name, const std::string& text)
+{
+    const std::string path = scratchFolder() + "/" + name;
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+}
+
 } // namespace
+
+const std::string& hugeIni(int megabytes)
+{
+    static std::map<int, std::string> made;
+    std::string& path = made[megabytes];
+    if (path.empty()) {
+        std::string text = "[Settings]\n";
+        appendUnusedKeys(text, megabytes);
+        path = writeScratchFile("huge-" + std::to_string(megabytes) + ".ini", text);
+    }
+    return path;
+}
+
+const std::string& hugeCatalog(int megabytes)
+{
+    static std::map<int, std::string> made;
+    std::string& path = made[megabytes];
+    if (path.empty()) {
+        std::string text = readWholeFile(kShippedCatalog);
+        const std::size_t section = text.find(kCatalogSection);
+        if (section == std::string::npos)
+            throw std::runtime_error("no section " + kCatalogSection + " in " + kShippedCatalog);
+        const std::size_t keys = text.find('\n', section) + 1;
+        std::string unused;
+        appendUnusedKeys(unused, megabytes);
+        text.insert(keys, unused);
+        path = writeScratchFile("huge-" + std::to_string(megabytes) + ".msg", text);
+    }
+    return path;
+}
 
 const DataSet& dataSet(int size)
 {

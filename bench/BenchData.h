@@ -7,6 +7,8 @@ namespace bench {
 // The size argument of every benchmark: 0 is the shipped file, anything else a synthetic set
 // that describes that many variables.
 inline constexpr int kShipped = 0;
+// The size of the huge files, in MB.
+inline constexpr int kHugeFileMegabytes = 50;
 
 // A description file and the host variable table that goes with it.
 struct DataSet {
@@ -20,6 +22,12 @@ struct DataSet {
 
 // The data set of size, made on first use in the scratch folder and kept for the whole run.
 const DataSet& dataSet(int size);
+
+// Files of about megabytes MB, made on first use and kept for the run: an ini file whose section
+// "Settings" holds unused keys ahead of the module's own (none of these), and the shipped catalog
+// with unused keys ahead of its texts in its section. Both are read whole by every use.
+const std::string& hugeIni(int megabytes);
+const std::string& hugeCatalog(int megabytes);
 
 // The folder every file of the run lives in; removed by removeScratch().
 const std::string& scratchFolder();

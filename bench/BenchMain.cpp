@@ -26,10 +26,11 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
 
     // By data set, so each set is loaded once for all the benchmarks that share it.
-    for (const int size : {bench::kShipped, 1000, 10000}) {
+    for (const int size : {bench::kShipped, 1000, 10000, 50000}) {
         bench::registerDialogBenchmarks(size);
         bench::registerFileBenchmarks(size);
     }
+    bench::registerHugeFileBenchmarks(bench::kHugeFileMegabytes);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
 

@@ -42,10 +42,11 @@ std::string nameOf(const char* measure, int size)
     return std::string(measure) + "/" + std::to_string(size);
 }
 
-// What one start in a new process found, printed as "start=S command=S rows=N".
+// What one start in a new process found, printed as "start=S command=S run=S rows=N".
 struct StartFigures {
-    double startSeconds = 0;   // from the host's start
-    double commandSeconds = 0; // from the command typed
+    double startSeconds = 0;   // from the host's start to the dialog shown
+    double commandSeconds = 0; // from the command typed to the dialog shown
+    double runSeconds = 0;     // from the command typed to its end: shown, closed, settings stored
     int rows = -1;             // rows of the main dialog's list
     std::string failure;       // empty when the dialog was shown
 
@@ -53,15 +54,19 @@ struct StartFigures {
     {
         std::ostringstream out;
         out.precision(9);
-        out << "start=" << startSeconds << " command=" << commandSeconds << " rows=" << rows;
+        out << "start=" << startSeconds << " command=" << commandSeconds << " run=" << runSeconds
+            << " rows=" << rows;
         return out.str();
     }
     bool parse(const std::string& text)
     {
-        return std::sscanf(text.c_str(), "start=%lf command=%lf rows=%d", &startSeconds, &commandSeconds,
-                           &rows) == 3;
+        return std::sscanf(text.c_str(), "start=%lf command=%lf run=%lf rows=%d", &startSeconds,
+                           &commandSeconds, &runSeconds, &rows) == 4;
     }
 };
+
+// Which time of a start a benchmark takes.
+enum class StartClock { FromHost, FromCommand, WholeCommand };
 
 int listRows(const QDialog& dialog)
 {
@@ -102,6 +107,7 @@ StartFigures startOnce(const std::string& profile, const std::string& table)
         host.newDocument();
     const Clock::time_point command = Clock::now();
     const cadhost::HostResult ran = loaded ? host.runCommand("KOVA_VARDESK") : loaded;
+    const Clock::time_point ended = Clock::now();
     script().onModal = nullptr;
     if (!ran)
         figures.failure = ran.message;
@@ -109,17 +115,48 @@ StartFigures startOnce(const std::string& profile, const std::string& table)
         figures.failure = "the command showed no main dialog";
     figures.startSeconds = std::chrono::duration<double>(shown - start).count();
     figures.commandSeconds = std::chrono::duration<double>(shown - command).count();
+    figures.runSeconds = std::chrono::duration<double>(ended - command).count();
     host.shutdown();
     return figures;
 }
 
-// Each iteration starts this program anew with --start-once and takes the figures it prints.
-void hostStart(benchmark::State& state, int size, bool fromCommand)
+// One start of this program anew with --start-once on profile and table; false with the reason.
+bool startChild(const std::string& profile, const std::string& table, StartFigures& figures, std::string& why)
 {
-    if (!std::filesystem::exists(kModulePath)) {
-        state.SkipWithError(("the module is not built: " + kModulePath).c_str());
-        return;
+    QProcess child;
+    child.start(QCoreApplication::applicationFilePath(),
+                {kStartOnceOption, QString::fromStdString(profile), QString::fromStdString(table)});
+    const bool finished = child.waitForFinished(kChildTimeoutMs);
+    const QString said = QString::fromUtf8(child.readAllStandardOutput()).trimmed();
+    if (finished && child.exitCode() == 0 && figures.parse(said.toStdString()))
+        return true;
+    why = "the start in a new process failed: " +
+          QString::fromUtf8(child.readAllStandardError()).trimmed().toStdString();
+    return false;
+}
+
+double secondsOf(const StartFigures& figures, StartClock clock)
+{
+    switch (clock) {
+    case StartClock::FromHost: return figures.startSeconds;
+    case StartClock::FromCommand: return figures.commandSeconds;
+    default: return figures.runSeconds;
     }
+}
+
+bool moduleBuilt(benchmark::State& state)
+{
+    if (std::filesystem::exists(kModulePath))
+        return true;
+    state.SkipWithError(("the module is not built: " + kModulePath).c_str());
+    return false;
+}
+
+// Each iteration starts this program anew with --start-once and takes the figures it prints.
+void hostStart(benchmark::State& state, int size, StartClock clock)
+{
+    if (!moduleBuilt(state))
+        return;
     const DataSet* data = nullptr;
     try {
         data = &dataSet(size);
@@ -132,22 +169,46 @@ void hostStart(benchmark::State& state, int size, bool fromCommand)
         const std::string profile = freshFolder("start");
         if (size != kShipped) // the shipped file is found beside the module, as installed
             std::ofstream(profile + "/VarDesk.ini") << "[Settings]\nAutoCADVarList=" << data->avlPath << "\n";
-        QProcess child;
-        child.start(QCoreApplication::applicationFilePath(),
-                    {kStartOnceOption, QString::fromStdString(profile), QString::fromStdString(data->tablePath)});
-        const bool finished = child.waitForFinished(kChildTimeoutMs);
-        const QString said = QString::fromUtf8(child.readAllStandardOutput()).trimmed();
         StartFigures figures;
-        if (!finished || child.exitCode() != 0 || !figures.parse(said.toStdString())) {
-            const std::string why = "the start in a new process failed: " +
-                                    QString::fromUtf8(child.readAllStandardError()).trimmed().toStdString();
+        std::string why;
+        if (!startChild(profile, data->tablePath, figures, why)) {
             state.SkipWithError(why.c_str());
             break;
         }
         rows = figures.rows;
-        state.SetIterationTime(fromCommand ? figures.commandSeconds : figures.startSeconds);
+        state.SetIterationTime(secondsOf(figures, clock));
     }
     state.counters["rows"] = rows;
+}
+
+// One run of the command, the main dialog opened and closed, with the shipped description file
+// and an ini file of megabytes MB. first: the ini file does not hold the module's keys yet, so
+// storing the settings adds each; else an untimed run has stored them, and the timed one finds
+// them there.
+void hugeIniRun(benchmark::State& state, int megabytes, bool first)
+{
+    if (!moduleBuilt(state))
+        return;
+    std::string ini;
+    try {
+        ini = hugeIni(megabytes);
+    } catch (const std::exception& e) {
+        state.SkipWithError(e.what());
+        return;
+    }
+    const std::string table = dataSet(kShipped).tablePath;
+    for (auto _ : state) {
+        const std::string profile = freshFolder("huge-ini");
+        std::filesystem::copy_file(ini, profile + "/VarDesk.ini");
+        StartFigures figures;
+        std::string why;
+        if ((!first && !startChild(profile, table, figures, why)) || !startChild(profile, table, figures, why)) {
+            state.SkipWithError(why.c_str());
+            break;
+        }
+        state.SetIterationTime(figures.runSeconds);
+        std::filesystem::remove_all(profile);
+    }
 }
 
 // FillList in one order over every record, on the shown main dialog: the rows built, the model
@@ -208,11 +269,11 @@ int runStartOnce(const std::string& profile, const std::string& table)
 void registerDialogBenchmarks(int size)
 {
     // A few starts each: every one is a new process.
-    benchmark::RegisterBenchmark(nameOf("HostStartToDialog", size).c_str(), hostStart, size, false)
+    benchmark::RegisterBenchmark(nameOf("HostStartToDialog", size).c_str(), hostStart, size, StartClock::FromHost)
         ->Unit(benchmark::kMillisecond)
         ->UseManualTime()
         ->Iterations(kStarts);
-    benchmark::RegisterBenchmark(nameOf("CommandToDialog", size).c_str(), hostStart, size, true)
+    benchmark::RegisterBenchmark(nameOf("CommandToDialog", size).c_str(), hostStart, size, StartClock::FromCommand)
         ->Unit(benchmark::kMillisecond)
         ->UseManualTime()
         ->Iterations(kStarts);
@@ -222,6 +283,23 @@ void registerDialogBenchmarks(int size)
             ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark(nameOf("Search", size).c_str(), search, size)
         ->Unit(benchmark::kMillisecond);
+}
+
+} // namespace bench
+
+namespace bench {
+
+void registerHugeFileBenchmarks(int megabytes)
+{
+    benchmark::RegisterBenchmark(nameOf("HugeIniFirstRun", megabytes).c_str(), hugeIniRun, megabytes, true)
+        ->Unit(benchmark::kMillisecond)
+        ->UseManualTime()
+        ->Iterations(kStarts);
+    benchmark::RegisterBenchmark(nameOf("HugeIniRun", megabytes).c_str(), hugeIniRun, megabytes, false)
+        ->Unit(benchmark::kMillisecond)
+        ->UseManualTime()
+        ->Iterations(kStarts);
+    registerCatalogBenchmark(megabytes);
 }
 
 } // namespace bench

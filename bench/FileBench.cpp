@@ -2,7 +2,9 @@
 #include "BenchHost.h"
 #include "Benchmarks.h"
 
+#include "frame/cContext.h"
 #include "frame/cDocCntx.h"
+#include "settings/cMsgCatalog.h"
 #include "vars/LoadStep.h"
 
 #include <arxheaders.h>
@@ -169,7 +171,35 @@ void readUserList(benchmark::State& state, int size)
     forgetNewValues(list);
 }
 
+// The catalog loaded from a file of about megabytes MB whose section holds unused keys ahead of
+// the texts; the texts are the shipped ones, so the catalog holds what it held before.
+void catalogLoad(benchmark::State& state, int megabytes)
+{
+    std::string path;
+    try {
+        path = hugeCatalog(megabytes);
+    } catch (const std::exception& e) {
+        state.SkipWithError(e.what());
+        return;
+    }
+    const std::string section = gContext.moduleBaseName;
+    gContext.moduleBaseName = "VarDesk";
+    bool complete = true;
+    for (auto _ : state)
+        complete = gMsg.Load(path) && gMsg.missingCount == 0 && complete;
+    gMsg.Load(VARDESK_SOURCE_DIR "/data/VarDesk.msg");
+    gContext.moduleBaseName = section;
+    if (!complete)
+        state.SkipWithError("the huge catalog lacked texts");
+}
+
 } // namespace
+
+void registerCatalogBenchmark(int megabytes)
+{
+    benchmark::RegisterBenchmark(nameOf("HugeCatalogLoad", megabytes).c_str(), catalogLoad, megabytes)
+        ->Unit(benchmark::kMillisecond);
+}
 
 void registerFileBenchmarks(int size)
 {

@@ -199,10 +199,10 @@ std::span<const cMsgCatalog::Entry> cMsgCatalog::Entries() {
 bool cMsgCatalog::Load(const std::string& path) {
     filePath = path;
     missingCount = 0;
+    kova::profile::ProfileFile file(filePath); // read once for all the keys
     for (const Entry& entry : kEntries) {
         std::string value;
-        const std::size_t length =
-            kova::profile::getString(filePath, *section, entry.key, "", value, kValueBufferSize);
+        const std::size_t length = file.getString(*section, entry.key, "", value, kValueBufferSize);
         if (length > 0) {
             applyEscapes(value);
             this->*entry.text = value;

@@ -70,7 +70,14 @@ void cSetup::Open(const std::string& file, const std::string& rootName, const st
     }
 }
 
+kova::profile::ProfileFile& cSetup::profile() {
+    if (!m_profile || m_profile->file() != m_activeFileName)
+        m_profile = std::make_unique<kova::profile::ProfileFile>(m_activeFileName);
+    return *m_profile;
+}
+
 void cSetup::Close() {
+    m_profile.reset();
     CKOVA_DwgIni* store = m_drawingStore;
     m_drawingStore = nullptr;
     try {
@@ -82,8 +89,7 @@ void cSetup::Close() {
 
 void cSetup::GetFileString(const std::string& key, const std::string& defaultValue, std::string& out) {
     std::string buffer;
-    if (kova::profile::getString(m_activeFileName, m_section, key, defaultValue, buffer, kProfileBufferSize) >
-        0)
+    if (profile().getString(m_section, key, defaultValue, buffer, kProfileBufferSize) > 0)
         out = buffer;
     else
         out.clear(); // the key stands with an empty value: empty, not the default
@@ -105,7 +111,7 @@ void cSetup::GetString(const std::string& key, const std::string& defaultValue, 
 }
 
 void cSetup::PutString(const std::string& key, const std::string& value, bool toFile) {
-    if (m_useFile && toFile && !kova::profile::writeString(m_activeFileName, m_section, key, value))
+    if (m_useFile && toFile && !profile().writeString(m_section, key, value))
         m_fileWriteFailed = true;
     if (m_useDrawing && m_drawingStore) {
         try {

@@ -1,6 +1,9 @@
 // cSetup: typed settings read from and written to an ini file and the drawing at once.
 #pragma once
+#include "platform/ProfileFile.h"
+
 #include <cstdint>
+#include <memory>
 #include <string>
 
 class CKOVA_DwgIni;
@@ -23,7 +26,8 @@ public:
     // the dictionary rootName + drawingName and its record section, which reads the drawing.
     virtual void Open(const std::string& file, const std::string& rootName, const std::string& drawingName,
                       const std::string& section, bool useDrawing, bool useFile);
-    // Deletes the drawing store, which writes its values to the drawing when they changed.
+    // Deletes the drawing store, which writes its values to the drawing when they changed, and
+    // lets go of the ini file.
     virtual void Close();
 
     // out becomes defaultValue, then the file's text when the key stands there (an empty value
@@ -72,4 +76,9 @@ protected:
     bool m_useFile = true;
     CKOVA_DwgIni* m_drawingStore = nullptr; // owned; exists between Open and Close
     bool m_fileWriteFailed = false;
+
+private:
+    // The ini file of this use, read once from the first get to Close.
+    kova::profile::ProfileFile& profile();
+    std::unique_ptr<kova::profile::ProfileFile> m_profile;
 };

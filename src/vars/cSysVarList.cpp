@@ -6,8 +6,8 @@
 
 #include "acedads.h"
 
+#include <iterator>
 #include <string_view>
-#include <unordered_set>
 
 
 cSysVarList::~cSysVarList() { clearAll(); }
@@ -22,11 +22,13 @@ bool cSysVarList::addVariable(const std::string& themeField, const std::string& 
         return false;
     }
     record->sourceLine = lineNumber;
-    cSysVar** link = &first;
-    while (*link && compareText((*link)->name, record->name) <= 0)
-        link = &(*link)->next;
+    // std::string orders as compareText does: bytes, unsigned. The record goes behind the last one
+    // whose name is less than or equal to its own, in the chain and in the index alike.
+    const auto behind = m_byName.upper_bound(record->name);
+    cSysVar** link = behind == m_byName.begin() ? &first : &std::prev(behind)->second->next;
     record->next = *link;
     *link = record;
+    m_byName.emplace_hint(behind, record->name, record);
     return true;
 }
 
@@ -34,15 +36,8 @@ bool cSysVarList::containsName(const std::string& name) const { return findName(
 
 cSysVar* cSysVarList::findName(const std::string& name) const
 {
-    // The chain is ascending by compareText: past the name's place it cannot stand.
-    for (cSysVar* v = first; v; v = v->next) {
-        const int order = compareText(v->name, name);
-        if (order == 0)
-            return v;
-        if (order > 0)
-            break;
-    }
-    return nullptr;
+    const auto found = m_byName.lower_bound(name);
+    return found != m_byName.end() && found->first == name ? found->second : nullptr;
 }
 
 bool cSysVarList::hasUserEntries() const
@@ -98,7 +93,17 @@ void cSysVarList::clearAll()
         delete first;
         first = next;
     }
+    m_byName.clear();
     themes.clear();
+}
+
+void cSysVarList::unindex(const cSysVar* record)
+{
+    auto [at, end] = m_byName.equal_range(record->name);
+    while (at != end && at->second != record)
+        ++at;
+    if (at != end)
+        m_byName.erase(at);
 }
 
 int cSysVarList::purgeUnreadable(ReportList& report)
@@ -112,6 +117,7 @@ int cSysVarList::purgeUnreadable(ReportList& report)
             continue;
         }
         *link = v->next;
+        unindex(v);
         report.push_back(formatText("%s %-4d: %s", gMsg.TxSysLoadError6.c_str(), v->sourceLine,
                                     v->name.c_str()));
         delete v;
@@ -125,15 +131,10 @@ bool cSysVarList::proofAgainstHost(ReportList& report)
     resbuf* names = nullptr;
     if (acedGetSysvarList("*", &names) != RTNORM)
         return true;
-    // One set of the list's names, not a walk of the chain for every host variable: with
-    // thousands of both the walks took most of the load.
-    std::unordered_set<std::string_view> held;
-    for (const cSysVar* v = first; v; v = v->next)
-        held.insert(v->name);
     for (const resbuf* rb = names; rb; rb = rb->rbnext) {
         if (rb->restype != RTSTR || !rb->resval.rstring)
             continue;
-        if (!held.count(rb->resval.rstring))
+        if (!m_byName.contains(std::string_view(rb->resval.rstring)))
             report.push_back(
                 formatText("%s: %s", gMsg.TxProofError1.c_str(), rb->resval.rstring));
     }

@@ -3,6 +3,8 @@
 #include "cSysVar.h"
 #include "cThemeList.h"
 
+#include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -21,7 +23,9 @@ public:
     char pointSeparator = ' ';
     int valuePrecision = 4;
 
-    cSysVar* first = nullptr; // owned chain through cSysVar::next, ascending by compareText(name)
+    // Owned chain through cSysVar::next, ascending by compareText(name). Only the list links and
+    // unlinks records: its index by name must stay in step with the chain.
+    cSysVar* first = nullptr;
     cThemeList themes;
     std::string avlDirectory;  // with its closing "/"
     std::string avlFileName;
@@ -36,7 +40,7 @@ public:
     bool addVariable(const std::string& themeField, const std::string& nameField,
                      const std::string& modeField, const std::string& descriptionField,
                      int lineNumber);
-    // Exact comparison of name with every record's name.
+    // True when a record has exactly that name.
     bool containsName(const std::string& name) const;
     // The record of that exact name, or null; the first of two equal names.
     cSysVar* findName(const std::string& name) const;
@@ -73,4 +77,13 @@ public:
     // Writes the user list (or, with selectedOnly, the selected records) to directory + fileName.
     bool writeUserFile(const std::string& directory, const std::string& fileName,
                        bool selectedOnly);
+
+private:
+    // Takes the record out of the index; the caller unlinks it from the chain.
+    void unindex(const cSysVar* record);
+
+    // Every record of the chain by name, in chain order: equal names stand in the order of the
+    // chain too, since a new one goes behind its equals in both. Placing and finding a record
+    // look here instead of walking the chain.
+    std::multimap<std::string, cSysVar*, std::less<>> m_byName;
 };

@@ -3,6 +3,8 @@
 
 #include "TextHelpers.h"
 
+#include <iterator>
+
 cThemeList::~cThemeList() { clear(); }
 
 void cThemeList::clear()
@@ -12,6 +14,8 @@ void cThemeList::clear()
         delete first;
         first = next;
     }
+    m_byName.clear();
+    m_byIndex.clear();
 }
 
 int cThemeList::addTheme(int index, const std::string& name)
@@ -27,39 +31,34 @@ int cThemeList::addTheme(int index, const std::string& name)
     if (hasThemeName(trimmed))
         return themeresult::nameInUse;
 
+    // Names are unique by now, and std::string orders as compareText does: the new theme goes
+    // ahead of the first greater name, behind the one before it.
     auto* theme = new cTheme{trimmed, index, nullptr};
-    cTheme** link = &first;
-    while (*link && compareText((*link)->name, trimmed) < 0)
-        link = &(*link)->next;
+    const auto ahead = m_byName.lower_bound(trimmed);
+    cTheme** link = ahead == m_byName.begin() ? &first : &std::prev(ahead)->second->next;
     theme->next = *link;
     *link = theme;
+    m_byName.emplace_hint(ahead, trimmed, theme);
+    m_byIndex.emplace(index, theme);
     return themeresult::inserted;
 }
 
-bool cThemeList::hasThemeIndex(int index) const
+const cTheme* cThemeList::themeOf(int index) const
 {
-    for (const cTheme* t = first; t; t = t->next)
-        if (t->index == index)
-            return true;
-    return false;
+    const auto found = m_byIndex.find(index);
+    return found == m_byIndex.end() ? nullptr : found->second;
 }
 
-bool cThemeList::hasThemeName(const std::string& name) const
-{
-    for (const cTheme* t = first; t; t = t->next)
-        if (compareText(t->name, name) == 0)
-            return true;
-    return false;
-}
+bool cThemeList::hasThemeIndex(int index) const { return themeOf(index) != nullptr; }
+
+bool cThemeList::hasThemeName(const std::string& name) const { return m_byName.contains(name); }
 
 int cThemeList::firstThemeIndex() const { return first ? first->index : 0; }
 
 int cThemeList::themeIndexAfter(int index) const
 {
-    for (const cTheme* t = first; t; t = t->next)
-        if (t->index == index)
-            return t->next ? t->next->index : 0;
-    return 0;
+    const cTheme* theme = themeOf(index);
+    return theme && theme->next ? theme->next->index : 0;
 }
 
 int cThemeList::themeNameOf(std::string& out, int index) const
@@ -67,11 +66,9 @@ int cThemeList::themeNameOf(std::string& out, int index) const
     out.clear();
     if (index < 1)
         return 0;
-    for (const cTheme* t = first; t; t = t->next) {
-        if (t->index == index) {
-            out = t->name;
-            return index;
-        }
-    }
-    return 0;
+    const cTheme* theme = themeOf(index);
+    if (!theme)
+        return 0;
+    out = theme->name;
+    return index;
 }

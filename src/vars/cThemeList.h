@@ -1,6 +1,9 @@
 // cThemeList: the themes of the AVL file, a chain in name order with unique names and indices.
 #pragma once
+#include <functional>
+#include <map>
 #include <string>
+#include <unordered_map>
 
 struct cTheme {
     std::string name;      // the title, no blanks at either end; keeps its case
@@ -41,4 +44,12 @@ public:
     int themeNameOf(std::string& out, int index) const;
     // Deletes every theme.
     void clear();
+
+private:
+    // Every theme of the chain by its name and by its index, kept in step with the chain, so that
+    // placing and finding a theme walk nothing.
+    std::map<std::string, cTheme*, std::less<>> m_byName;
+    std::unordered_map<int, cTheme*> m_byIndex;
+
+    const cTheme* themeOf(int index) const;
 };

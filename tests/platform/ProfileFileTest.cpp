@@ -8,6 +8,8 @@
 #include <sstream>
 #include <string>
 
+#include <sys/stat.h>
+
 namespace fs = std::filesystem;
 using kova::profile::getString;
 using kova::profile::writeString;
@@ -122,6 +124,85 @@ TEST_F(ProfileFile, WriteFailsWithoutLosingAnything) {
     EXPECT_TRUE(fs::is_directory(folder / "inside"));
     EXPECT_EQ(std::distance(fs::directory_iterator(m_dir), fs::directory_iterator()), 1)
         << "no temporary file is left behind";
+}
+
+// One ProfileFile held through many writes moves what it remembers of the text; a fresh read
+// after every step (the one-shot functions) is the yardstick for both the file and the reads.
+TEST_F(ProfileFile, HeldFileWritesAsTheOneShotFunctionsAndReadsWhatItWrote) {
+    const std::string start =
+        "; head\r\n[A]\r\nk1=1\r\n\r\n[b]\r\nK1=b1\r\nk2 = 2\r\n[a]\r\nk3=dup section\r\nk1=late\r\nlast";
+    const std::string twin = (m_dir / "twin.ini").string();
+    writeRaw(start);
+    std::ofstream(twin, std::ios::binary) << start;
+    kova::profile::ProfileFile held(m_file);
+    const char* keys[] = {"k1", "K2", "k3", "new", "other"};
+    const char* sections[] = {"a", "B", "c"};
+    const auto sameAsTwin = [&](const std::string& step) {
+        std::ifstream in(twin, std::ios::binary);
+        std::ostringstream twinText;
+        twinText << in.rdbuf();
+        ASSERT_EQ(readRaw(), twinText.str()) << step;
+        for (const char* section : sections)
+            for (const char* key : keys) {
+                std::string fromHeld, fromFresh;
+                held.getString(section, key, "-", fromHeld);
+                getString(twin, section, key, "-", fromFresh);
+                ASSERT_EQ(fromHeld, fromFresh) << step << ": " << section << "/" << key;
+            }
+    };
+    sameAsTwin("start");
+    // Longer, shorter, new keys in the first and in a later section, a new section, a key that
+    // also stands in a later section of the same name, and the last line without line end.
+    const char* writes[][3] = {{"A", "k1", "a much longer value than before"},
+                               {"b", "k2", ""},
+                               {"a", "k3", "now in the first section"},
+                               {"B", "new", "x"},
+                               {"c", "k1", "section c"},
+                               {"a", "k1", "short"},
+                               {"C", "other", "o"},
+                               {"a", "new", "tail"}};
+    for (const auto& [section, key, value] : writes) {
+        const std::string step = std::string(section) + "/" + key + "=" + value;
+        ASSERT_TRUE(held.writeString(section, key, value)) << step;
+        ASSERT_TRUE(writeString(twin, section, key, value)) << step;
+        sameAsTwin(step);
+    }
+    EXPECT_EQ(readRaw(),
+              "; head\r\n[A]\r\nk1=short\r\nk3=now in the first section\r\nnew=tail\r\n\r\n[b]\r\n"
+              "K1=b1\r\nk2=\r\nnew=x\r\n[a]\r\nk3=dup section\r\nk1=late\r\nlast\r\n[c]\r\nk1=section c\r\n"
+              "other=o\r\n");
+}
+
+TEST_F(ProfileFile, HeldFileSeesChangesMadeByOthersAndLeavesAnUnchangedFileAlone) {
+    writeRaw("[S]\nK=one\n");
+    kova::profile::ProfileFile held(m_file);
+    std::string out;
+    held.getString("S", "K", "", out);
+    EXPECT_EQ(out, "one");
+    writeRaw("[S]\nK=three\n"); // in place, another size
+    held.getString("S", "K", "", out);
+    EXPECT_EQ(out, "three");
+    ASSERT_TRUE(writeString(m_file, "S", "K", "other")); // a new file renamed over it, same size
+    held.getString("S", "K", "", out);
+    EXPECT_EQ(out, "other");
+    fs::remove(m_file);
+    held.getString("S", "K", "gone", out);
+    EXPECT_EQ(out, "gone");
+    ASSERT_TRUE(held.writeString("S", "K", "back"));
+    EXPECT_EQ(readRaw(), "[S]\nK=back\n");
+
+    // Writing the line that stands already rewrites nothing: the file keeps its inode.
+    struct stat before {
+    }, after{};
+    ASSERT_EQ(::stat(m_file.c_str(), &before), 0);
+    ASSERT_TRUE(held.writeString("s", "k", "back")); // "k=back" is another line than "K=back"
+    ASSERT_EQ(::stat(m_file.c_str(), &after), 0);
+    EXPECT_NE(before.st_ino, after.st_ino) << "a line spelt otherwise is rewritten";
+    EXPECT_EQ(readRaw(), "[S]\nk=back\n");
+    ASSERT_EQ(::stat(m_file.c_str(), &before), 0);
+    ASSERT_TRUE(held.writeString("S", "k", "back"));
+    ASSERT_EQ(::stat(m_file.c_str(), &after), 0);
+    EXPECT_EQ(before.st_ino, after.st_ino);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-// Tests of cSysVarList: insertion orders and the first read after a load. The themes' result codes: see
+// Tests of cSysVarList: insertion orders, the index by name beside the chain, the themes' index,
+// and the first read after a load. The themes' result codes: see
 // the example description file (AvlFileTest); their walk by title: see MainDialogTest. The purge
 // of unknown records and the proof against the host: see the error log's tests.
 #include "VarsTestKit.h"
@@ -6,6 +7,7 @@
 #include "vars/TextHelpers.h"
 
 #include <algorithm>
+#include <random>
 
 namespace {
 
@@ -76,6 +78,99 @@ TEST_F(SysVarListHost, FirstReadTakesTheFileModesAndWritesNothingBack) {
     EXPECT_FALSE(list.findName("DWGNAME")->isReadOnly());
     EXPECT_EQ(list.findName("OSMODE")->currentText, "517");
     EXPECT_TRUE(list.findName("NOSUCHVAR")->isUnreadable());
+}
+
+// The index by name must place and find records as the walk of the chain did, through any mix of
+// inserts and removals: a model list (stable by name, so equal names keep their order of insertion)
+// is held beside the real one.
+TEST(SysVarList, IndexByNameStaysInStepThroughInsertsAndRemovals) {
+    struct Entry {
+        std::string name;
+        int line;
+    };
+    std::vector<Entry> model;
+    cSysVarList list;
+    std::mt19937 random(7); // fixed: the same run every time
+    const Names pool = {"A", "AB", "B", "\xC3\x84", "ZZ", "_X", "AA"};
+    for (int line = 1; line <= 400; ++line) {
+        if (random() % 4 == 0 && list.first) {
+            // Remove every record of one name from the chain and the model.
+            const std::string& gone = pool[random() % pool.size()];
+            for (cSysVar* v = list.first; v; v = v->next)
+                if (v->name == gone)
+                    v->flags |= varflag::isUnreadable;
+            ReportList report;
+            const int removed = list.purgeUnreadable(report);
+            const auto before = model.size();
+            std::erase_if(model, [&](const Entry& e) { return e.name == gone; });
+            ASSERT_EQ(static_cast<std::size_t>(removed), before - model.size());
+            continue;
+        }
+        // Blanks around a name make an equal one after trimming, as a file can hold.
+        const std::string& name = pool[random() % pool.size()];
+        ASSERT_TRUE(list.addVariable("1", random() % 2 ? name : " " + name + " ", "+-", "", line));
+        const auto at =
+            std::upper_bound(model.begin(), model.end(), name,
+                             [](const std::string& n, const Entry& e) { return compareText(n, e.name) < 0; });
+        model.insert(at, Entry{name, line});
+
+        std::vector<std::pair<std::string, int>> chain, expected;
+        for (const cSysVar* v = list.first; v; v = v->next)
+            chain.emplace_back(v->name, v->sourceLine);
+        for (const Entry& e : model)
+            expected.emplace_back(e.name, e.line);
+        ASSERT_EQ(chain, expected) << "after line " << line;
+    }
+    for (const std::string& name : pool) {
+        const auto first =
+            std::find_if(model.begin(), model.end(), [&](const Entry& e) { return e.name == name; });
+        const cSysVar* found = list.findName(name);
+        if (first == model.end()) {
+            EXPECT_EQ(found, nullptr) << name;
+        } else {
+            ASSERT_NE(found, nullptr) << name;
+            EXPECT_EQ(found->sourceLine, first->line) << "the first of the equal names: " << name;
+        }
+    }
+    list.clearAll();
+    EXPECT_FALSE(list.containsName("A")) << "clearAll empties the index too";
+    ASSERT_TRUE(list.addVariable("1", "B", "+-", "", 1));
+    ASSERT_TRUE(list.addVariable("1", "A", "+-", "", 2));
+    EXPECT_EQ(chainNames(list), (Names{"A", "B"}));
+}
+
+// Themes stand in title order whatever the order of their indices, and the walk, the lookups and
+// the refusals go by the index beside the chain.
+TEST(ThemeList, IndexKeepsTitleOrderAndLookupsThroughClear) {
+    cThemeList themes;
+    const std::pair<int, const char*> added[] = {{5, "Zeichnen"},  {2, "  Anzeige "}, {9, "bemaßung"},
+                                                 {-3, "Bemaßung"}, {7, "Ändern"},     {1, "Zoom"}};
+    for (int round = 0; round < 2; ++round) {
+        for (const auto& [index, name] : added)
+            ASSERT_EQ(themes.addTheme(index, name), themeresult::inserted) << name;
+        EXPECT_EQ(themes.addTheme(2, "Neu"), themeresult::indexInUse);
+        EXPECT_EQ(themes.addTheme(4, "Anzeige"), themeresult::nameInUse) << "compared trimmed";
+        EXPECT_TRUE(themes.hasThemeName("bemaßung"));
+        EXPECT_FALSE(themes.hasThemeName("BEMASSUNG"));
+
+        Names titles;
+        std::vector<int> indices;
+        for (int index = themes.firstThemeIndex(); index != 0; index = themes.themeIndexAfter(index)) {
+            std::string title;
+            themes.themeNameOf(title, index);
+            titles.push_back(title);
+            indices.push_back(index);
+        }
+        // A negative index walks with the others but has no title.
+        EXPECT_EQ(titles, (Names{"Anzeige", "", "Zeichnen", "Zoom", "bemaßung", "Ändern"}));
+        EXPECT_EQ(indices, (std::vector<int>{2, -3, 5, 1, 9, 7}));
+        EXPECT_EQ(themes.themeIndexAfter(7), 0);
+        EXPECT_EQ(themes.themeIndexAfter(8), 0);
+        themes.clear();
+        EXPECT_EQ(themes.firstThemeIndex(), 0);
+        EXPECT_FALSE(themes.hasThemeIndex(5)) << "clear empties the index too";
+        EXPECT_FALSE(themes.hasThemeName("Zoom"));
+    }
 }
 
 } // namespace

@@ -3,7 +3,7 @@
 
 #include "settings/cMsgCatalog.h"
 
-#include <functional>
+#include <unordered_map>
 
 namespace {
 
@@ -20,69 +20,85 @@ int imageOf(const cSysVar& record) {
     return record.isDrawingSpecific() ? rowimage::drawing : rowimage::global;
 }
 
-using RecordTest = std::function<bool(const cSysVar&)>;
+using Members = std::vector<cSysVar*>;
 
-// Appends one group: its header and the rows of the records that pass the filter and belong, the
-// pending scope header ahead of them when it has not been shown. A group without such a record
-// leaves no row.
+// The records of one scope that pass the filter, sorted into their groups in one walk of the
+// chain; each group keeps the chain's order.
+struct Groups {
+    Members letters['Z' - 'A' + 1];          // by the first byte of the name, "A" to "Z"
+    std::unordered_map<int, Members> themes; // by themeIndex, of the themes the list holds
+    Members noTheme;                         // of a themeIndex the list does not hold
+};
+
+// Appends one group: its header and the rows of its records, the pending scope header ahead of
+// them when it has not been shown. A group without a record leaves no row.
 class RowWriter {
 public:
-    RowWriter(const cSysVarList& list, const RowFilter& filter, std::vector<ListRow>& out)
-        : m_list(list), m_filter(filter), m_out(out) {}
+    explicit RowWriter(std::vector<ListRow>& out) : m_out(out) {}
 
     void startScope(const ListRow* scopeHeader) {
         m_scope = scopeHeader;
         m_scopeShown = false;
     }
 
-    void group(const ListRow& header, int recordLevel, const RecordTest& belongs) {
-        bool headerShown = false;
-        for (cSysVar* record = m_list.first; record; record = record->next) {
-            if (!m_filter.passes(*record) || !belongs(*record))
-                continue;
-            if (m_scope && !m_scopeShown) {
-                m_out.push_back(*m_scope);
-                m_scopeShown = true;
-            }
-            if (!headerShown) {
-                m_out.push_back(header);
-                headerShown = true;
-            }
-            m_out.push_back({indented(recordLevel, record->name), imageOf(*record), record});
+    void group(const ListRow& header, int recordLevel, const Members& members) {
+        if (members.empty())
+            return;
+        if (m_scope && !m_scopeShown) {
+            m_out.push_back(*m_scope);
+            m_scopeShown = true;
         }
+        m_out.push_back(header);
+        for (cSysVar* record : members)
+            m_out.push_back({indented(recordLevel, record->name), imageOf(*record), record});
     }
 
-    // One group a letter "A" to "Z": records whose name begins with exactly that byte.
-    void letters(int headerLevel, const RecordTest& inScope) {
+    // One group a letter "A" to "Z".
+    void letters(int headerLevel, const Groups& groups) {
         for (char letter = 'A'; letter <= 'Z'; ++letter) {
             const ListRow header{indented(headerLevel, std::string(1, letter)), rowimage::letter, nullptr};
-            group(header, headerLevel + 1,
-                  [&](const cSysVar& r) { return !r.name.empty() && r.name[0] == letter && inScope(r); });
+            group(header, headerLevel + 1, groups.letters[letter - 'A']);
         }
     }
 
     // One group a theme in title order, then one for the records of no theme of the list.
-    void themes(int headerLevel, const RecordTest& inScope) {
-        const cThemeList& themes = m_list.themes;
+    void themes(int headerLevel, const cThemeList& themes, const Groups& groups) {
         for (int index = themes.firstThemeIndex(); index != 0; index = themes.themeIndexAfter(index)) {
+            const auto members = groups.themes.find(index);
+            if (members == groups.themes.end())
+                continue;
             std::string title;
             themes.themeNameOf(title, index);
-            const ListRow header{indented(headerLevel, title), rowimage::theme, nullptr};
-            group(header, headerLevel + 1,
-                  [&](const cSysVar& r) { return r.themeIndex == index && inScope(r); });
+            group({indented(headerLevel, title), rowimage::theme, nullptr}, headerLevel + 1, members->second);
         }
-        const ListRow header{indented(headerLevel, gMsg.TxDefaultTheme), rowimage::theme, nullptr};
-        group(header, headerLevel + 1,
-              [&](const cSysVar& r) { return !themes.hasThemeIndex(r.themeIndex) && inScope(r); });
+        group({indented(headerLevel, gMsg.TxDefaultTheme), rowimage::theme, nullptr}, headerLevel + 1,
+              groups.noTheme);
     }
 
 private:
-    const cSysVarList& m_list;
-    const RowFilter& m_filter;
     std::vector<ListRow>& m_out;
     const ListRow* m_scope = nullptr;
     bool m_scopeShown = false;
 };
+
+// inScope: 0 global records only, 1 drawing-specific ones only, anything else all of them.
+Groups groupRecords(const cSysVarList& list, const RowFilter& filter, int inScope, bool byTheme) {
+    Groups groups;
+    for (cSysVar* record = list.first; record; record = record->next) {
+        if (!filter.passes(*record) || (inScope == 0 && record->isDrawingSpecific()) ||
+            (inScope == 1 && !record->isDrawingSpecific()))
+            continue;
+        if (!byTheme) {
+            if (!record->name.empty() && record->name[0] >= 'A' && record->name[0] <= 'Z')
+                groups.letters[record->name[0] - 'A'].push_back(record);
+        } else if (list.themes.hasThemeIndex(record->themeIndex)) {
+            groups.themes[record->themeIndex].push_back(record);
+        } else {
+            groups.noTheme.push_back(record);
+        }
+    }
+    return groups;
+}
 
 } // namespace
 
@@ -95,15 +111,15 @@ bool RowFilter::passes(const cSysVar& record) const {
 }
 
 std::vector<ListRow> buildListRows(const cSysVarList& list, int order, const RowFilter& filter) {
+    constexpr int kAllScopes = -1;
     std::vector<ListRow> rows;
-    RowWriter writer(list, filter, rows);
-    const RecordTest any = [](const cSysVar&) { return true; };
+    RowWriter writer(rows);
     switch (order) {
     case kLetterOrder:
-        writer.letters(0, any);
+        writer.letters(0, groupRecords(list, filter, kAllScopes, false));
         break;
     case kThemeOrder:
-        writer.themes(0, any);
+        writer.themes(0, list.themes, groupRecords(list, filter, kAllScopes, true));
         break;
     case kScopeLetterOrder:
     case kScopeThemeOrder:
@@ -111,13 +127,11 @@ std::vector<ListRow> buildListRows(const cSysVarList& list, int order, const Row
             const ListRow scope{indented(0, drawing ? gMsg.TxDrawSpecific : gMsg.TxGlobal),
                                 drawing ? rowimage::drawing : rowimage::global, nullptr};
             writer.startScope(&scope);
-            const RecordTest inScope = [drawing](const cSysVar& r) {
-                return r.isDrawingSpecific() == drawing;
-            };
+            const Groups groups = groupRecords(list, filter, drawing ? 1 : 0, order == kScopeThemeOrder);
             if (order == kScopeLetterOrder)
-                writer.letters(1, inScope);
+                writer.letters(1, groups);
             else
-                writer.themes(1, inScope);
+                writer.themes(1, list.themes, groups);
         }
         break;
     default:
@@ -133,16 +147,16 @@ VarListModel::VarListModel(int columns, QObject* parent)
                                              : columns > 3 ? 3
                                                            : columns) {}
 
-void VarListModel::setRows(const std::vector<ListRow>& rows) {
+void VarListModel::setRows(std::vector<ListRow> rows) {
     beginResetModel();
     m_rows.clear();
     m_rows.reserve(rows.size());
-    for (const ListRow& r : rows) {
+    for (ListRow& r : rows) {
         Row row;
-        row.texts[0] = QString::fromStdString(r.text);
+        row.texts[0] = std::move(r.text);
         if (r.record) {
-            row.texts[1] = QString::fromStdString(r.record->currentText);
-            row.texts[2] = QString::fromStdString(r.record->newText);
+            row.texts[1] = r.record->currentText;
+            row.texts[2] = r.record->newText;
         }
         row.image = r.image;
         row.record = r.record;
@@ -178,7 +192,7 @@ int VarListModel::rowOf(const cSysVar* record) const {
 QString VarListModel::cellText(int row, int column) const {
     if (row < 0 || row >= rowCount() || column < 0 || column >= m_columns)
         return {};
-    return m_rows[row].texts[column];
+    return QString::fromStdString(m_rows[row].texts[column]);
 }
 
 int VarListModel::rowCount(const QModelIndex& parent) const {
@@ -195,7 +209,7 @@ QVariant VarListModel::data(const QModelIndex& index, int role) const {
     const Row& row = m_rows[index.row()];
     switch (role) {
     case Qt::DisplayRole:
-        return row.texts[index.column()];
+        return QString::fromStdString(row.texts[index.column()]);
     case kRowImageRole:
         return index.column() == 0 ? QVariant(row.image) : QVariant();
     case kRowRecordRole:
@@ -209,7 +223,7 @@ bool VarListModel::setData(const QModelIndex& index, const QVariant& value, int 
     if (!index.isValid() || index.row() >= rowCount() || index.column() >= m_columns ||
         (role != Qt::EditRole && role != Qt::DisplayRole))
         return false;
-    m_rows[index.row()].texts[index.column()] = value.toString();
+    m_rows[index.row()].texts[index.column()] = value.toString().toStdString();
     emit dataChanged(index, index, {Qt::DisplayRole});
     return true;
 }

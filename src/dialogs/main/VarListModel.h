@@ -54,8 +54,9 @@ class VarListModel : public QAbstractTableModel {
 public:
     explicit VarListModel(int columns, QObject* parent = nullptr);
 
-    // Replaces all rows at once.
-    void setRows(const std::vector<ListRow>& rows);
+    // Replaces all rows at once. The rows keep the texts as they are now; a cell turns into Qt
+    // text only when it is shown or asked for, so filling costs nothing per row beyond a copy.
+    void setRows(std::vector<ListRow> rows);
     void clearRows();
     void setHeaderTexts(const QStringList& texts);
 
@@ -75,7 +76,7 @@ public:
 
 private:
     struct Row {
-        QString texts[3];
+        std::string texts[3]; // UTF-8
         int image = 0;
         cSysVar* record = nullptr;
     };

@@ -32,11 +32,11 @@ VarListModel* VarListView::rowModel() const {
     return qobject_cast<VarListModel*>(model());
 }
 
-void VarListView::fillRows(const std::vector<ListRow>& rows) {
+void VarListView::fillRows(std::vector<ListRow> rows) {
     VarListModel* rowsModel = rowModel();
     if (!rowsModel)
         return;
-    rowsModel->setRows(rows);
+    rowsModel->setRows(std::move(rows));
     QItemSelection selection;
     for (int row = 0; row < rowsModel->rowCount(); ++row) {
         cSysVar* record = rowsModel->recordAt(row);

@@ -17,7 +17,7 @@ public:
     VarListModel* rowModel() const;
 
     // Replaces the rows; the row of a record with isSelected is selected, and the flag cleared.
-    void fillRows(const std::vector<ListRow>& rows);
+    void fillRows(std::vector<ListRow> rows);
     // Carries the rows' selection into isSelected of their records; header rows are passed over.
     void rememberSelection();
     int selectedCount() const;
