@@ -30,6 +30,7 @@ const char* kDrawingFilter = "Drawings (*.dwg);;All files (*)";
 const char* kModuleFilter = "Applications (*.so);;All files (*)";
 // The variable table's share of the width before the user moves the splitter.
 constexpr int kVariablesWidth = 340, kViewWidth = 660;
+constexpr int kCommandLineHeight = 170;
 } // namespace
 
 MainWindow::MainWindow(HostSession& host, const QString& settingsFile, QWidget* parent)
@@ -76,7 +77,9 @@ MainWindow::MainWindow(HostSession& host, const QString& settingsFile, QWidget* 
     QSettings settings(m_settingsFile, QSettings::IniFormat);
     if (!restoreGeometry(settings.value("MainWindow/geometry").toByteArray()))
         resize(1000, 700);
-    restoreState(settings.value("MainWindow/state").toByteArray());
+    // At the first start the drawing gets most of the height.
+    if (!restoreState(settings.value("MainWindow/state").toByteArray()))
+        resizeDocks({dock}, {kCommandLineHeight}, Qt::Vertical);
     m_splitter->restoreState(settings.value("MainWindow/splitter").toByteArray());
     m_commandLine->input()->setFocus();
 }

@@ -127,7 +127,7 @@ TEST(MainWindow, TheViewShowsTheCurrentDrawing) {
         tabs->setCurrentIndex(0);
         EXPECT_EQ(view->scene(), werkhalle);
         window.show();
-        window.resize(1100, 700);
+        window.resize(1280, 800);
         auto* splitter = window.findChild<QSplitter*>();
         ASSERT_TRUE(splitter);
         splitter->setSizes({300, 700});
