@@ -510,6 +510,12 @@ private:
             drawMText(g, context);
         } else if (type == "INSERT") {
             drawInsert(g, context);
+        } else if (type == "DIMENSION") {
+            drawDimension(g, context);
+        } else if (type == "ELLIPSE") {
+            drawEllipse(g, context);
+        } else if (type == "SOLID" || type == "TRACE") {
+            drawSolid(g, context);
         }
     }
 
@@ -709,17 +715,9 @@ private:
         std::optional<SceneColour> colour = colourOf(g, context, layer);
         if (!colour)
             return;
-        const Tag* name = g.find(2);
-        if (!name)
+        const BlockDef* block = blockToExpand(g, context);
+        if (!block)
             return;
-        auto it = m_blocks.find(upperKey(name->value));
-        if (it == m_blocks.end())
-            return;
-        if (context.depth >= ModelSpaceScene::kMaxBlockDepth || m_expansions >= kMaxExpansions ||
-            std::find(m_expanding.begin(), m_expanding.end(), &it->second) != m_expanding.end()) {
-            m_scene.m_truncated = true;
-            return;
-        }
         bool ok = true;
         const double px = g.real(10, 0, ok), py = g.real(20, 0, ok);
         const double sx = g.real(41, 1, ok), sy = g.real(42, 1, ok);
@@ -728,24 +726,109 @@ private:
             ++m_scene.m_skipped;
             return;
         }
-        const BlockDef& block = it->second;
         Transform local;
         const double cosR = std::cos(rotation), sinR = std::sin(rotation);
         local.a = cosR * sx;
         local.b = sinR * sx;
         local.c = -sinR * sy;
         local.d = cosR * sy;
-        local.tx = px - (local.a * block.baseX + local.c * block.baseY);
-        local.ty = py - (local.b * block.baseX + local.d * block.baseY);
+        local.tx = px - (local.a * block->baseX + local.c * block->baseY);
+        local.ty = py - (local.b * block->baseX + local.d * block->baseY);
+        expandBlock(*block, objectSystem(g, context) * local, *colour, layer, context);
+    }
+
+    // A dimension's picture is an anonymous block drawn where it stands.
+    void drawDimension(const Groups& g, const Context& context) {
+        const Layer* layer = nullptr;
+        std::optional<SceneColour> colour = colourOf(g, context, layer);
+        if (!colour)
+            return;
+        if (const BlockDef* block = blockToExpand(g, context))
+            expandBlock(*block, context.transform, *colour, layer, context);
+    }
+
+    // The block that group 2 names, unless it is unknown or expanding it would go too far.
+    const BlockDef* blockToExpand(const Groups& g, const Context& context) {
+        const Tag* name = g.find(2);
+        if (!name)
+            return nullptr;
+        auto it = m_blocks.find(upperKey(name->value));
+        if (it == m_blocks.end())
+            return nullptr;
+        if (context.depth >= ModelSpaceScene::kMaxBlockDepth || m_expansions >= kMaxExpansions ||
+            std::find(m_expanding.begin(), m_expanding.end(), &it->second) != m_expanding.end()) {
+            m_scene.m_truncated = true;
+            return nullptr;
+        }
+        return &it->second;
+    }
+
+    void expandBlock(const BlockDef& block, const Transform& transform, SceneColour colour,
+                     const Layer* layer, const Context& context) {
         Context inner;
-        inner.transform = objectSystem(g, context) * local;
-        inner.byBlock = *colour;
+        inner.transform = transform;
+        inner.byBlock = colour;
         inner.layerZero = layer;
         inner.depth = context.depth + 1;
         ++m_expansions;
         m_expanding.push_back(&block);
         drawEntities(block.entities, inner);
         m_expanding.pop_back();
+    }
+
+    void drawEllipse(const Groups& g, const Context& context) {
+        const Layer* layer = nullptr;
+        std::optional<SceneColour> colour = colourOf(g, context, layer);
+        if (!colour)
+            return;
+        bool ok = true;
+        const double cx = g.real(10, 0, ok), cy = g.real(20, 0, ok);
+        const double mx = g.real(11, 0, ok), my = g.real(21, 0, ok), ratio = g.real(40, 1, ok);
+        const double start = g.real(41, 0, ok), end = g.real(42, 2 * kPi, ok);
+        const double major = std::hypot(mx, my);
+        if (!ok || !(major > 0) || major > ModelSpaceScene::kMaxCoordinate || !(ratio > 0) || ratio > 1 ||
+            std::abs(start) > 1e6 || std::abs(end) > 1e6) {
+            ++m_scene.m_skipped;
+            return;
+        }
+        double sweep = std::fmod(end - start, 2 * kPi);
+        if (sweep <= 1e-12)
+            sweep += 2 * kPi;
+        // The minor axis is the major one turned a quarter about the extrusion.
+        double z = 1;
+        const double turn = g.real(230, z) && z < 0 ? -1 : 1;
+        const double nx = -my * ratio * turn, ny = mx * ratio * turn;
+        constexpr int kSegmentsPerTurn = 64;
+        const int segments = std::max(4, int(std::ceil(sweep / (2 * kPi) * kSegmentsPerTurn)));
+        const bool closed = sweep >= 2 * kPi - 1e-9;
+        m_points.clear();
+        for (int k = 0; k <= segments; ++k) {
+            if (closed && k == segments)
+                break;
+            const double t = start + sweep * k / segments;
+            m_points.push_back(
+                {cx + mx * std::cos(t) + nx * std::sin(t), cy + my * std::cos(t) + ny * std::sin(t), 0});
+        }
+        addPolyline(*colour, closed, context.transform);
+    }
+
+    // The outline of a filled triangle or quadrilateral: its third and fourth corners are crossed.
+    void drawSolid(const Groups& g, const Context& context) {
+        const Layer* layer = nullptr;
+        std::optional<SceneColour> colour = colourOf(g, context, layer);
+        if (!colour)
+            return;
+        bool ok = true;
+        const double x3 = g.real(12, 0, ok), y3 = g.real(22, 0, ok);
+        m_points = {{g.real(10, 0, ok), g.real(20, 0, ok), 0},
+                    {g.real(11, 0, ok), g.real(21, 0, ok), 0},
+                    {g.real(13, x3, ok), g.real(23, y3, ok), 0},
+                    {x3, y3, 0}};
+        if (!ok) {
+            ++m_scene.m_skipped;
+            return;
+        }
+        addPolyline(*colour, true, objectSystem(g, context));
     }
 
     // Adds m_points through the transform; arcs that the transform would turn into ellipses are

@@ -213,6 +213,39 @@ TEST_F(SceneTest, BlockReferencesAreMovedScaledRotatedAndTakeTheirColourIntoByBl
     EXPECT_FALSE(scene.isTruncated());
 }
 
+TEST_F(SceneTest, EllipsesSolidsAndDimensionPictures) {
+    const Lines blocks = {"0",  "BLOCK", "2",    "*D1", "70", "1",  "10", "0",     "20",
+                          "0",  "0",     "LINE", "8",   "0",  "62", "0",  "10",    "50",
+                          "20", "50",    "11",   "60",  "21", "50", "0",  "ENDBLK"};
+    const ModelSpaceScene& scene =
+        build({"0",  "ELLIPSE", "10", "0",         "20", "0",   "11", "10",
+               "21", "0",       "40", "0.5",       "41", "0",   "42", "6.283185307179586",
+               "0",  "ELLIPSE", "10", "0",         "20", "0",   "11", "10",
+               "21", "0",       "40", "0.5",       "41", "0",   "42", "3.141592653589793",
+               "0",  "SOLID",   "10", "0",         "20", "0",   "11", "4",
+               "21", "0",       "12", "0",         "22", "3",   "13", "4",
+               "23", "3",       "0",  "DIMENSION", "2",  "*D1", "62", "3",
+               "10", "50",      "20", "50"},
+              blocks);
+    ASSERT_EQ(scene.polylines().size(), 4u);
+    EXPECT_TRUE(scene.polylines()[0].closed);
+    for (const SceneVertex& v : vertices(0))
+        EXPECT_NEAR(v.x * v.x / 100 + v.y * v.y / 25, 1, 1e-9);
+    EXPECT_FALSE(scene.polylines()[1].closed);
+    const std::vector<SceneVertex> half = vertices(1);
+    EXPECT_NEAR(half.back().x, -10, 1e-9);
+    for (const SceneVertex& v : half)
+        EXPECT_GE(v.y, -1e-9);
+    const std::vector<SceneVertex> solid = vertices(2);
+    ASSERT_EQ(solid.size(), 4u);
+    EXPECT_DOUBLE_EQ(solid[2].x, 4);
+    EXPECT_DOUBLE_EQ(solid[2].y, 3);
+    EXPECT_DOUBLE_EQ(solid[3].x, 0);
+    EXPECT_EQ(scene.polylines()[3].colour, 0x00FF00u);
+    EXPECT_DOUBLE_EQ(scene.extents().maxX, 60);
+    EXPECT_DOUBLE_EQ(scene.extents().minY, -5);
+}
+
 TEST_F(SceneTest, BlocksThatReferThemselvesStop) {
     const Lines blocks = {"0",     "BLOCK",  "2",  "A",  "10", "0",      "20", "0", "0",      "LINE",   "10",
                           "0",     "20",     "0",  "11", "1",  "21",     "0",  "0", "INSERT", "2",      "B",
