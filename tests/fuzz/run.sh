@@ -1,15 +1,16 @@
 #!/bin/sh
 # Builds the fuzz targets with clang and runs each for a time.
 # Usage: tests/fuzz/run.sh [SECONDS [OTHER_SECONDS]]: the description file and user list readers
-# run SECONDS each (default 60), the profile file, catalog and drawing readers OTHER_SECONDS each
-# (default SECONDS). The build folder is build/fuzz, or $VARDESK_FUZZ_BUILD.
+# run SECONDS each (default 60), the profile file, catalog and drawing readers and the drawing
+# view's scene builder OTHER_SECONDS each (default SECONDS). The build folder is build/fuzz, or
+# $VARDESK_FUZZ_BUILD.
 # Exits non-zero when a target finds a crash, a leak or a broken check.
 set -eu
 seconds=${1:-60}
 otherSeconds=${2:-$seconds}
 root=$(cd "$(dirname "$0")/../.." && pwd)
 build=${VARDESK_FUZZ_BUILD:-"$root/build/fuzz"}
-targets="avl_file_fuzz user_list_file_fuzz profile_file_fuzz msg_catalog_fuzz drawing_file_fuzz"
+targets="avl_file_fuzz user_list_file_fuzz profile_file_fuzz msg_catalog_fuzz drawing_file_fuzz model_space_fuzz"
 
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DCMAKE_CXX_COMPILER=clang++ \
@@ -27,6 +28,7 @@ for target in $targets; do
     avl_file_fuzz | user_list_file_fuzz) seeds="$root/tests/data" ;;
     profile_file_fuzz) seeds="$root/tests/fuzz/seeds/profile_file_fuzz" ;;
     msg_catalog_fuzz) seeds="$root/data/VarDesk.msg $root/data/VarDesk.en.msg $root/data/VarDesk.top" ;;
+    model_space_fuzz) seeds="$root/tests/fuzz/seeds/model_space_fuzz $root/data/samples $root/data/template" ;;
     drawing_file_fuzz) seeds="$root/tests/fuzz/seeds/drawing_file_fuzz $root/data/samples $root/data/template $root/tests/data/json-drawings $root/tests/scenarios/bad_drawing.in" ;;
     esac
     seedDir="$build/seeds/$target"
