@@ -187,8 +187,16 @@ void MainWindow::showDrawing() {
         return;
     }
     std::shared_ptr<const ModelSpaceScene>& scene = m_scenes[current];
-    if (!scene)
+    if (!scene) {
         scene = std::make_shared<const ModelSpaceScene>(ModelSpaceScene::build(*current));
+        QStringList left;
+        if (scene->skipped() > 0)
+            left << tr("entities with values it cannot read (%1)").arg(scene->skipped());
+        if (scene->isTruncated())
+            left << tr("block references nested too deeply or too many");
+        if (!left.isEmpty())
+            statusBar()->showMessage(tr("The view leaves out ") + left.join(tr(" and ")), 10000);
+    }
     m_view->setScene(scene);
 }
 

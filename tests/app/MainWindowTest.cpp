@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QPlainTextEdit>
 #include <QSplitter>
+#include <QStatusBar>
 #include <QTabBar>
 #include <QTemporaryDir>
 
@@ -16,6 +17,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 using namespace cadhost;
 
@@ -136,7 +138,17 @@ TEST(MainWindow, TheViewShowsTheCurrentDrawing) {
         // CADHOST_SCREENSHOT=path saves what the window shows now.
         if (const char* path = std::getenv("CADHOST_SCREENSHOT"))
             window.grab().save(path);
-        for (int i = 0; i < 3; ++i)
+        // What the view cannot draw it says in the status bar.
+        const QString broken = profile.filePath("broken.dxf");
+        std::ofstream(broken.toStdString())
+            << "0\nSECTION\n2\nHEADER\n9\n$ACADVER\n1\nAC1015\n0\nENDSEC\n"
+               "0\nSECTION\n2\nENTITIES\n0\nLINE\n10\nabc\n0\nENDSEC\n0\nEOF\n";
+        type(*input, "OPEN " + broken);
+        ASSERT_TRUE(view->scene());
+        EXPECT_TRUE(view->scene()->isEmpty());
+        EXPECT_TRUE(window.statusBar()->currentMessage().contains("cannot read (1)"))
+            << window.statusBar()->currentMessage().toStdString();
+        for (int i = 0; i < 4; ++i)
             type(*input, "CLOSE");
         EXPECT_FALSE(view->scene());
         window.close();
