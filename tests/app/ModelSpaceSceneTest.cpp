@@ -155,6 +155,23 @@ TEST_F(SceneTest, ArcsRunCounterClockwiseFromStartToEndAngle) {
     EXPECT_NEAR(e.maxY, 101, 1e-9);
 }
 
+// An extrusion pointing down, as mirrored drawings have, mirrors x; the arc still ends where it
+// ends, about the same centre, turning the other way.
+TEST_F(SceneTest, ArcsSeenFromBelowAreMirrored) {
+    build({"0", "ARC", "10", "10", "20", "0", "40", "5", "50", "0", "51", "90", "210", "0", "220", "0", "230",
+           "-1"});
+    const std::vector<SceneVertex> arc = vertices(0);
+    ASSERT_EQ(arc.size(), 2u);
+    EXPECT_NEAR(arc[0].x, -15, 1e-9);
+    EXPECT_NEAR(arc[1].x, -10, 1e-9);
+    EXPECT_NEAR(arc[1].y, 5, 1e-9);
+    BulgeArc piece;
+    ASSERT_TRUE(bulgeArc(arc[0], arc[1], piece));
+    EXPECT_NEAR(piece.cx, -10, 1e-9);
+    EXPECT_NEAR(piece.cy, 0, 1e-9);
+    EXPECT_NEAR(piece.sweep, -M_PI / 2, 1e-9);
+}
+
 TEST_F(SceneTest, TextsKeepPointHeightRotationAlignmentAndDecodedCharacters) {
     const ModelSpaceScene& scene =
         build({"0",   "TEXT",    "8",   "WALLS", "10", "1",  "20",
