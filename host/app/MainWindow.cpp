@@ -1,12 +1,14 @@
-// The main window of cadhost for people: drawing tabs, the variables of the current drawing,
-// the command-line pane, and the File menu.
+// The main window of cadhost for people: drawing tabs, the variables and a view of the current
+// drawing, the command-line pane, and the File menu.
 #include "MainWindow.h"
 
 #include "acdocman.h"
 #include "acedads.h"
 #include "CommandLinePane.h"
 #include "CommandWords.h"
+#include "DrawingView.h"
 #include "hostsession.h"
+#include "ModelSpaceScene.h"
 
 #include <QCloseEvent>
 #include <QDockWidget>
@@ -15,6 +17,7 @@
 #include <QHeaderView>
 #include <QMenuBar>
 #include <QSettings>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTreeWidget>
@@ -25,6 +28,9 @@ namespace cadhost {
 namespace {
 const char* kDrawingFilter = "Drawings (*.dwg);;All files (*)";
 const char* kModuleFilter = "Applications (*.so);;All files (*)";
+// The variable table's share of the width before the user moves the splitter.
+constexpr int kVariablesWidth = 340, kViewWidth = 660;
+constexpr int kCommandLineHeight = 170;
 } // namespace
 
 MainWindow::MainWindow(HostSession& host, const QString& settingsFile, QWidget* parent)
@@ -32,7 +38,7 @@ MainWindow::MainWindow(HostSession& host, const QString& settingsFile, QWidget* 
       m_commands(host,
                  [this](const std::string& text) { appendOutput(QString::fromStdString(text) + "\n"); }),
       m_settingsFile(settingsFile), m_tabs(new QTabBar), m_variables(new QTreeWidget),
-      m_commandLine(new CommandLinePane) {
+      m_view(new DrawingView), m_splitter(new QSplitter(Qt::Horizontal)), m_commandLine(new CommandLinePane) {
     setWindowTitle("cadhost");
     setWindowIcon(QIcon::fromTheme("cadhost"));
 
@@ -46,8 +52,14 @@ MainWindow::MainWindow(HostSession& host, const QString& settingsFile, QWidget* 
     m_variables->setHeaderLabels({tr("Variable"), tr("Value")});
     m_variables->setRootIsDecorated(false);
     m_variables->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    m_splitter->setObjectName("variablesAndView");
+    m_splitter->addWidget(m_variables);
+    m_splitter->addWidget(m_view);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->setSizes({kVariablesWidth, kViewWidth});
     layout->addWidget(m_tabs);
-    layout->addWidget(m_variables);
+    layout->addWidget(m_splitter);
     setCentralWidget(central);
 
     auto* dock = new QDockWidget(tr("Command line"), this);
@@ -65,7 +77,10 @@ MainWindow::MainWindow(HostSession& host, const QString& settingsFile, QWidget* 
     QSettings settings(m_settingsFile, QSettings::IniFormat);
     if (!restoreGeometry(settings.value("MainWindow/geometry").toByteArray()))
         resize(1000, 700);
-    restoreState(settings.value("MainWindow/state").toByteArray());
+    // At the first start the drawing gets most of the height.
+    if (!restoreState(settings.value("MainWindow/state").toByteArray()))
+        resizeDocks({dock}, {kCommandLineHeight}, Qt::Vertical);
+    m_splitter->restoreState(settings.value("MainWindow/splitter").toByteArray());
     m_commandLine->input()->setFocus();
 }
 
@@ -156,6 +171,33 @@ void MainWindow::refresh() {
     }
     m_refreshing = false;
     fillVariables();
+    showDrawing();
+}
+
+void MainWindow::showDrawing() {
+    // Scenes of closed drawings go, so that a new drawing at the same address gets its own.
+    std::map<const dxf::Drawing*, std::shared_ptr<const ModelSpaceScene>> open;
+    for (AcApDocument* doc : m_tabDocs)
+        if (const dxf::Drawing* drawing = ModelSpaceScene::drawingOf(doc); drawing && m_scenes.count(drawing))
+            open[drawing] = m_scenes[drawing];
+    m_scenes = std::move(open);
+    const dxf::Drawing* current = ModelSpaceScene::drawingOf(m_host.currentDocument());
+    if (!current) {
+        m_view->setScene(nullptr);
+        return;
+    }
+    std::shared_ptr<const ModelSpaceScene>& scene = m_scenes[current];
+    if (!scene) {
+        scene = std::make_shared<const ModelSpaceScene>(ModelSpaceScene::build(*current));
+        QStringList left;
+        if (scene->skipped() > 0)
+            left << tr("entities with values it cannot read (%1)").arg(scene->skipped());
+        if (scene->isTruncated())
+            left << tr("block references nested too deeply or too many");
+        if (!left.isEmpty())
+            statusBar()->showMessage(tr("The view leaves out ") + left.join(tr(" and ")), 10000);
+    }
+    m_view->setScene(scene);
 }
 
 void MainWindow::tabChosen(int index) {
@@ -194,6 +236,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     QSettings settings(m_settingsFile, QSettings::IniFormat);
     settings.setValue("MainWindow/geometry", saveGeometry());
     settings.setValue("MainWindow/state", saveState());
+    settings.setValue("MainWindow/splitter", m_splitter->saveState());
     event->accept();
 }
 

@@ -2,8 +2,9 @@
 # Builds the fuzz targets with clang and runs each for a time.
 # Usage: tests/fuzz/run.sh [SECONDS [OTHER_SECONDS]]: the description file and user list readers
 # run SECONDS each (default 60), the profile file, catalog, drawing, globals file, drawing-stored
-# settings and batch script readers OTHER_SECONDS each (default SECONDS). Names of targets after
-# the two times run those alone. The build folder is build/fuzz, or $VARDESK_FUZZ_BUILD.
+# settings and batch script readers and the drawing view's scene builder OTHER_SECONDS each
+# (default SECONDS). Names of targets after the two times run those alone. The build folder is
+# build/fuzz, or $VARDESK_FUZZ_BUILD.
 # Exits non-zero when a target finds a crash, a leak or a broken check.
 set -eu
 seconds=${1:-60}
@@ -11,7 +12,7 @@ otherSeconds=${2:-$seconds}
 root=$(cd "$(dirname "$0")/../.." && pwd)
 build=${VARDESK_FUZZ_BUILD:-"$root/build/fuzz"}
 targets="avl_file_fuzz user_list_file_fuzz profile_file_fuzz msg_catalog_fuzz drawing_file_fuzz
-    globals_file_fuzz dwg_settings_fuzz batch_script_fuzz"
+    globals_file_fuzz dwg_settings_fuzz batch_script_fuzz model_space_fuzz"
 if [ $# -gt 2 ]; then
     shift 2
     targets="$*"
@@ -33,6 +34,7 @@ for target in $targets; do
     avl_file_fuzz | user_list_file_fuzz) seeds="$root/tests/data" ;;
     profile_file_fuzz) seeds="$root/tests/fuzz/seeds/profile_file_fuzz" ;;
     msg_catalog_fuzz) seeds="$root/data/VarDesk.msg $root/data/VarDesk.en.msg $root/data/VarDesk.top" ;;
+    model_space_fuzz) seeds="$root/tests/fuzz/seeds/model_space_fuzz $root/data/samples $root/data/template" ;;
     drawing_file_fuzz) seeds="$root/tests/fuzz/seeds/drawing_file_fuzz $root/data/samples $root/data/template $root/tests/data/json-drawings $root/tests/scenarios/bad_drawing.in" ;;
     globals_file_fuzz) seeds="$root/tests/fuzz/seeds/globals_file_fuzz" ;;
     dwg_settings_fuzz) seeds="$root/tests/fuzz/seeds/dwg_settings_fuzz" ;;
