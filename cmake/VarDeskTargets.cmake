@@ -21,9 +21,6 @@ function(vardesk_library name)
         install(TARGETS ${name} LIBRARY DESTINATION lib)
     else()
         add_library(${name} STATIC ${ARG_SOURCES})
-        # The module's folders call each other both ways; let the linker see the cycle more than
-        # once so each folder can name only what it uses.
-        set_property(TARGET ${name} PROPERTY LINK_INTERFACE_MULTIPLICITY 3)
     endif()
     target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC ${ARG_LIBS})

@@ -5,7 +5,7 @@
 #include "CEditEx.h"
 #include "DialogRoutines.h"
 #include "DialogTemplate.h"
-#include "frame/cDocCntx.h"
+#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
 #include "settings/HelpService.h"
 #include "vars/TextHelpers.h"
@@ -29,7 +29,7 @@ constexpr int kCheckIndent = 20;
 
 } // namespace
 
-DlgFind2::DlgFind2(cDocCntx& context, QWidget* parent) : QDialog(parent), m_context(context) {
+DlgFind2::DlgFind2(DocumentState& context, QWidget* parent) : QDialog(parent), m_context(context) {
     DialogTemplate t;
     const DialogBaseUnits base = startFromTemplate(*this, kTemplateId, t);
 

@@ -13,7 +13,7 @@ class QCheckBox;
 class QGroupBox;
 class QLabel;
 class QPushButton;
-class cDocCntx;
+class DocumentState;
 class cSysVar;
 struct EditKeyNotification;
 
@@ -80,7 +80,7 @@ public:
     static constexpr int kTrackHeight = 235;
 
     // Works on context's variable list and settings fields; context must outlive the dialog.
-    explicit DlgFind2(cDocCntx& context, QWidget* parent = nullptr);
+    explicit DlgFind2(DocumentState& context, QWidget* parent = nullptr);
 
     // Set by the opener before the modal run. Without an owner the steps select records all the
     // same, and nobody is told.
@@ -116,7 +116,7 @@ private:
     void sendNotification();
     void selectHit(int index);
 
-    cDocCntx& m_context;
+    DocumentState& m_context;
     FindOwner* m_owner = nullptr;
     bool m_limitToUserList = false;
     bool m_initialised = false;

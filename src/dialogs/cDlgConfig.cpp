@@ -5,7 +5,7 @@
 #include "CEditEx.h"
 #include "DialogRoutines.h"
 #include "DialogTemplate.h"
-#include "frame/cDocCntx.h"
+#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
 #include "settings/HelpService.h"
 #include "vars/TextHelpers.h"
@@ -39,7 +39,7 @@ bool hasFileStatus(const std::string& path) {
 
 } // namespace
 
-cDlgConfig::cDlgConfig(cDocCntx& context, QWidget* parent)
+cDlgConfig::cDlgConfig(DocumentState& context, QWidget* parent)
     : QDialog(parent), avlPath(context.avlFilePath), editorPath(context.editorPath), m_context(context) {
     DialogTemplate t;
     const DialogBaseUnits base = startFromTemplate(*this, kTemplateId, t);

@@ -8,7 +8,7 @@
 class CEditEx;
 class QLabel;
 class QPushButton;
-class cDocCntx;
+class DocumentState;
 struct EditKeyNotification;
 
 // Built from template 1118. Works on copies of the AVL path and the editor path and stores them
@@ -30,7 +30,7 @@ public:
     static constexpr int kIdEditorBrowse = 1001;
 
     // Copies the two paths from context, which must outlive the dialog.
-    explicit cDlgConfig(cDocCntx& context, QWidget* parent = nullptr);
+    explicit cDlgConfig(DocumentState& context, QWidget* parent = nullptr);
 
     std::int32_t labelWidth = 0; // the wider label text in pixels; 0 until the start measured it
     std::string avlPath;         // the working paths
@@ -62,7 +62,7 @@ private:
     std::string& workingPathOf(const CEditEx* field);
     void browse(CEditEx* field, const std::string& filterName, const std::string& extension);
 
-    cDocCntx& m_context;
+    DocumentState& m_context;
     bool m_initialised = false;
     QPushButton* m_ok = nullptr;
     QPushButton* m_cancel = nullptr;

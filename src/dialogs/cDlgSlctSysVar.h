@@ -13,7 +13,7 @@ class QMenu;
 class QPushButton;
 class VarListModel;
 class VarListView;
-class cDocCntx;
+class DocumentState;
 
 // Built from template 1007. Shows every variable of the context's list, grouped in the view
 // order the main dialog uses, with its current value. OK sets inUserList of the variables of
@@ -42,7 +42,7 @@ public:
     static constexpr std::int32_t kColumnMost = 1200;
 
     // Works on context's list and settings fields; context must outlive the dialog.
-    explicit cDlgSlctSysVar(cDocCntx& context, QWidget* parent = nullptr);
+    explicit cDlgSlctSysVar(DocumentState& context, QWidget* parent = nullptr);
     ~cDlgSlctSysVar() override;
 
     VarListView* listCtrl = nullptr; // 1005
@@ -80,7 +80,7 @@ private:
     void LayoutControls();
     void SaveGeometry();
 
-    cDocCntx& m_context;
+    DocumentState& m_context;
     bool m_initialised = false;
     VarListModel* m_model = nullptr;
     QPushButton* m_ok = nullptr;

@@ -7,6 +7,7 @@
 #include "cLispBridge.h"
 #include "cMsgCatalog.h"
 #include "cResourceScope.h"
+#include "HelpService.h"
 #include "HostLookup.h"
 #include "platform/ModulePath.h"
 #include "Reactors.h"
@@ -49,7 +50,7 @@ void findModulePaths() {
 
 bool InitApp() {
     findModulePaths();
-    gMsg.section = &gContext.moduleBaseName;
+    gMsg.section = gContext.moduleBaseName;
     // Keys the file lacks keep their default texts, so the result is of no further use here.
     gMsg.Load(gContext.moduleDirectory + gContext.moduleBaseName + ".msg");
     gHelpBase = gContext.moduleBaseName;

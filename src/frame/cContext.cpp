@@ -1,5 +1,4 @@
-// The program-wide paths of the module, and the help base name.
+// The program-wide paths of the module.
 #include "cContext.h"
 
 cContext gContext;
-std::string gHelpBase;

@@ -1,4 +1,4 @@
-// The program-wide paths of the module, and the help base name.
+// The program-wide paths of the module.
 #pragma once
 #include "cSetup.h"
 
@@ -13,4 +13,3 @@ public:
 };
 
 extern cContext gContext;
-extern std::string gHelpBase;

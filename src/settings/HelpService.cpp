@@ -1,9 +1,8 @@
 // The help service: help file lookup, topic file, and the late-loaded help engine.
 #include "HelpService.h"
 
+#include "cLispBridge.h"
 #include "cMsgCatalog.h"
-#include "frame/cContext.h"
-#include "frame/cLispBridge.h"
 
 #include "ProfileFile.h"
 #include "UiServices.h"
@@ -29,6 +28,8 @@ std::string directoryOf(const std::string& path) {
 }
 
 } // namespace
+
+std::string gHelpBase;
 
 int HtmlHelpLoader(const std::string& fileAndTopic) {
     kova::UiServices* ui = acHostUiServices();

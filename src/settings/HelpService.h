@@ -16,3 +16,6 @@ int HtmlHelpLoader(const std::string& fileAndTopic);
 
 // Forgets the engine's state, as a new process would start. For tests only.
 void ResetHtmlHelpLoader();
+
+// The base name of the help and topic files; the frame gives the module's base name at start.
+extern std::string gHelpBase;

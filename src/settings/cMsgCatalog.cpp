@@ -1,7 +1,6 @@
 // The message catalog: the key table, loading the catalog file, and the three message boxes.
 #include "cMsgCatalog.h"
 
-#include "frame/cContext.h"
 
 #include "ProfileFile.h"
 #include "UiServices.h"
@@ -190,7 +189,7 @@ void showBox(kova::BoxKind kind, const std::string& title, const std::string& te
 
 } // namespace
 
-cMsgCatalog::cMsgCatalog() : section(&gContext.moduleBaseName) {}
+cMsgCatalog::cMsgCatalog() = default;
 
 std::span<const cMsgCatalog::Entry> cMsgCatalog::Entries() {
     return kEntries;
@@ -202,7 +201,7 @@ bool cMsgCatalog::Load(const std::string& path) {
     kova::profile::ProfileFile file(filePath); // read once for all the keys
     for (const Entry& entry : kEntries) {
         std::string value;
-        const std::size_t length = file.getString(*section, entry.key, "", value, kValueBufferSize);
+        const std::size_t length = file.getString(section, entry.key, "", value, kValueBufferSize);
         if (length > 0) {
             applyEscapes(value);
             this->*entry.text = value;

@@ -36,9 +36,9 @@ public:
     // Every key, in the order Load reads them.
     static std::span<const Entry> Entries();
 
-    std::string filePath;          // the path given to Load
-    std::int32_t missingCount = 0; // keys that Load did not find
-    const std::string* section;    // the module base name, held by gContext
+    std::string filePath;            // the path given to Load
+    std::int32_t missingCount = 0;   // keys that Load did not find
+    std::string section = "VarDesk"; // the module base name; the frame gives it at start
 
     // ---- the texts, in the order of Load ----
     std::string RsVersionTitle = "VarDesk";

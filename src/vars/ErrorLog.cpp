@@ -2,8 +2,7 @@
 #include "ErrorLog.h"
 
 #include "TextHelpers.h"
-#include "frame/cContext.h"
-#include "frame/cDocCntx.h"
+#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
 
 #include "UiServices.h"
@@ -46,13 +45,13 @@ bool writeErrorLog(ReportList& errorLines, const std::string& directory,
     return true;
 }
 
-void ShowErrorLog(cDocCntx& context)
+void ShowErrorLog(DocumentState& context)
 {
     // A program that the drawing brought is started only when the user says yes to it.
-    context.AskForDrawingPath(cDocCntx::DrawingPath::Editor);
+    context.AskForDrawingPath(DocumentState::DrawingPath::Editor);
     const std::string& editor = context.editorPath;
     std::string logPath;
-    pathStem(gContext.userIniFile, logPath);
+    pathStem(context.userIniFile(), logPath);
     logPath += kErrorLogExtension;
 
     kova::UiServices* ui = acHostUiServices();

@@ -4,7 +4,7 @@
 
 #include <string>
 
-class cDocCntx;
+class DocumentState;
 
 // Extension of the log file. Writer and editor command use this one form: a file system that
 // tells case apart would otherwise find no log.
@@ -24,5 +24,5 @@ bool writeErrorLog(ReportList& errorLines, const std::string& directory,
 // a blank and the quoted path of the user ini file with its extension replaced by ".err". Does
 // not wait for the editor nor look whether the log exists. A start that fails shows an error box
 // (TxSpawnNoMemory; or the editor path and TxSpawnNotFound or TxSpawnNoExe). An editor that the
-// drawing brought is asked about first (cDocCntx::AskForDrawingPath).
-void ShowErrorLog(cDocCntx& context);
+// drawing brought is asked about first (DocumentState::AskForDrawingPath).
+void ShowErrorLog(DocumentState& context);

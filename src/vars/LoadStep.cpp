@@ -2,8 +2,7 @@
 #include "LoadStep.h"
 
 #include "ErrorLog.h"
-#include "frame/cContext.h"
-#include "frame/cDocCntx.h"
+#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
 
 #include "UiServices.h"
@@ -43,12 +42,12 @@ bool askToShowLog()
 
 } // namespace
 
-bool runLoadStep(cDocCntx& context, ReportList& errorLines, int& runCode, DateTime moment)
+bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, DateTime moment)
 {
     cSysVarList& list = context.varList;
     if (!list.first) {
         // A description file that the drawing brought is read only when the user says yes to it.
-        context.AskForDrawingPath(cDocCntx::DrawingPath::AvlFile);
+        context.AskForDrawingPath(DocumentState::DrawingPath::AvlFile);
         if (context.errorCount == 0) {
             errorLines.clear();
             addHeadBlock(errorLines, context.avlFilePath, moment);
@@ -88,8 +87,8 @@ bool runLoadStep(cDocCntx& context, ReportList& errorLines, int& runCode, DateTi
         }
         if (context.errorCount != 0) {
             std::string directory;
-            pathDirectory(gContext.userIniFile, directory);
-            writeErrorLog(errorLines, directory, gContext.moduleBaseName);
+            pathDirectory(context.userIniFile(), directory);
+            writeErrorLog(errorLines, directory, context.moduleBaseName());
             if (askToShowLog())
                 ShowErrorLog(context);
         }

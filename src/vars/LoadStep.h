@@ -3,7 +3,7 @@
 #include "TextHelpers.h"
 #include "cSysVarList.h"
 
-class cDocCntx;
+class DocumentState;
 
 // Values of the main dialog's runCode that the load step sets and reads.
 namespace runcode {
@@ -25,5 +25,5 @@ inline constexpr int done = 16;    // nothing is left to do
 //
 // With a filled list (runCode not listRead) it reads every current value from the host again.
 // runCode ends as runcode::done. Always true.
-bool runLoadStep(cDocCntx& context, ReportList& errorLines, int& runCode,
+bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode,
                  DateTime moment = currentDateTime());

@@ -2,7 +2,7 @@
 // the search's notification. Set and its report are in the scenarios commands_set and dialogs_set.
 #include "CommandsTestKit.h"
 
-#include "dialogs/main/VarListView.h"
+#include "dialogs/VarListView.h"
 #include "dialogs/ModuleResources.h"
 
 #include <QAction>

@@ -1,7 +1,7 @@
 // Tests of the variable list's rows, their painted look, and the list view's keys, clicks and selection.
-#include "dialogs/main/VarListDelegate.h"
-#include "dialogs/main/VarListModel.h"
-#include "dialogs/main/VarListView.h"
+#include "dialogs/VarListDelegate.h"
+#include "dialogs/VarListModel.h"
+#include "dialogs/VarListView.h"
 #include "settings/cMsgCatalog.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,5 @@
 // Fuzz target: any bytes as the message catalog file, loaded into a fresh catalog.
 #include "FuzzInput.h"
-#include "frame/cContext.h"
 #include "settings/cMsgCatalog.h"
 
 #include <hostsession.h>
@@ -15,8 +14,6 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     // The alerts for missing keys go to the host's command line: keep them off the fuzzer's.
     cadhost::HostSession::instance().setOutput([](const std::string&) {});
-    // The catalog's section is the module's base name.
-    gContext.moduleBaseName = "VarDesk";
     return 0;
 }
 

@@ -1,7 +1,6 @@
 // Tests of the help service: finding file and topic, the three error boxes, a missing engine.
 #include "../frame/TestHost.h"
 
-#include "cContext.h"
 #include "settings/HelpService.h"
 
 namespace {

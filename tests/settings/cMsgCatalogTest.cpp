@@ -2,7 +2,6 @@
 // titles: see the scenarios.
 #include "../frame/TestHost.h"
 
-#include "cContext.h"
 #include "settings/cMsgCatalog.h"
 
 #include <set>
@@ -15,7 +14,6 @@ class MsgCatalog : public testhost::HostTest {
 protected:
     void SetUp() override {
         HostTest::SetUp();
-        gContext.moduleBaseName = "VarDesk";
         file = (folder / "VarDesk.msg").string();
     }
 
@@ -76,10 +74,10 @@ TEST_F(MsgCatalog, MissingKeysKeepTheirDefaultsAndAreNamedInTheAlerts) {
               (Texts{"message text not found: key 'RsVersionTitle'", "146 message texts not found"}));
     EXPECT_EQ(none.TiMsgBoxQuestion, "RT·VarDesk - Rückfrage");
 
-    gContext.moduleBaseName = "Other"; // the section follows the module base name
-    EXPECT_FALSE(cMsgCatalog().Load(file));
+    cMsgCatalog other;
+    other.section = "Other"; // the section follows the module base name
+    EXPECT_FALSE(other.Load(file));
     alerts();
-    gContext.moduleBaseName = "VarDesk";
 }
 
 TEST_F(MsgCatalog, ReplacesEscapesInTheirOrder) {

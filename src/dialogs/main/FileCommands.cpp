@@ -3,7 +3,7 @@
 
 #include "dialogs/cDlgConfig.h"
 #include "dialogs/DialogRoutines.h"
-#include "frame/cDocCntx.h"
+#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
 #include "vars/ErrorLog.h"
 #include "vars/LoadStep.h"

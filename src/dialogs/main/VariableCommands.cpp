@@ -3,7 +3,7 @@
 
 #include "dialogs/cDlgSlctSysVar.h"
 #include "dialogs/DlgFind2.h"
-#include "frame/cDocCntx.h"
+#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
 #include "settings/HelpService.h"
 #include "vars/LoadStep.h"

@@ -6,7 +6,7 @@
 #include "dialogs/DialogTemplate.h"
 #include "dialogs/MenuTemplate.h"
 #include "dialogs/ModuleResources.h"
-#include "frame/cDocCntx.h"
+#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
 #include "ValueEditing.h"
 #include "vars/LoadStep.h"
@@ -80,7 +80,7 @@ QIcon greyedIcon(const QIcon& icon) {
 
 } // namespace
 
-cDlgVarDesk::cDlgVarDesk(cDocCntx& context, QWidget* parent) : QDialog(parent), m_context(context) {
+cDlgVarDesk::cDlgVarDesk(DocumentState& context, QWidget* parent) : QDialog(parent), m_context(context) {
     setProperty("templateId", kTemplate);
     setObjectName(QStringLiteral("cDlgVarDesk"));
     setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
@@ -611,7 +611,7 @@ QLabel* cDlgVarDesk::statusPane(int index) const {
 
 // ---- the run loop ----
 
-void runMainDialog(cDocCntx& context) {
+void runMainDialog(DocumentState& context) {
     kova::UiServices* ui = acHostUiServices();
     if (!ui || !qobject_cast<QApplication*>(QCoreApplication::instance()))
         return;

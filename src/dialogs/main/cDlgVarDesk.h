@@ -23,7 +23,7 @@ class QPlainTextEdit;
 class QStatusBar;
 class QToolBar;
 class ValueEditing;
-class cDocCntx;
+class DocumentState;
 
 // The one window of the command. It holds no lasting state: view, compare mode, order, the
 // variable list and the stored rectangle all live in the document context it is made for. It
@@ -33,7 +33,7 @@ class cDlgVarDesk : public QDialog {
 public:
     // Builds the frame (menu, tool bar, controls, status bar) from template 1000 for context,
     // which must outlive the dialog. The start sequence runs when the dialog is first shown.
-    explicit cDlgVarDesk(cDocCntx& context, QWidget* parent = nullptr);
+    explicit cDlgVarDesk(DocumentState& context, QWidget* parent = nullptr);
     ~cDlgVarDesk() override;
 
     // Tool tips of the tool bar buttons, by button id; owned by the dialog while it has them.
@@ -102,7 +102,7 @@ public:
     QAction* toolAction(int buttonId) const;
     QLabel* statusPane(int index) const;
     QWidget* clientArea() const { return m_client; }
-    cDocCntx& context() const { return m_context; }
+    DocumentState& context() const { return m_context; }
 
     void setVisible(bool visible) override;
 
@@ -155,7 +155,7 @@ private:
     void OnCompare();
     void OnHelp();
 
-    cDocCntx& m_context;
+    DocumentState& m_context;
     QMenuBar* m_menuBar = nullptr;
     QWidget* m_client = nullptr;
     VarListModel* m_model = nullptr;
@@ -170,4 +170,4 @@ private:
 // The run of the main dialog for context: made with no parent, run modally through the host's UI
 // services until its runCode is 0, then deleted. Nothing happens without UI services or without
 // the application object that widgets need.
-void runMainDialog(cDocCntx& context);
+void runMainDialog(DocumentState& context);

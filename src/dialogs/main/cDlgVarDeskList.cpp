@@ -3,7 +3,7 @@
 
 #include "dialogs/DialogBuild.h"
 #include "dialogs/ModuleResources.h"
-#include "frame/cDocCntx.h"
+#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
 #include "ValueEditing.h"
 #include "VarListDelegate.h"
