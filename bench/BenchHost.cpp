@@ -4,7 +4,7 @@
 #include "dialogs/main/cDlgVarDesk.h"
 #include "frame/cContext.h"
 #include "frame/cDocCntx.h"
-#include "vars/LoadStep.h"
+#include "dialogs/main/LoadStep.h"
 
 #include <arxheaders.h>
 #include <hostsession.h>

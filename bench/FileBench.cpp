@@ -5,7 +5,7 @@
 #include "frame/cContext.h"
 #include "frame/cDocCntx.h"
 #include "settings/cMsgCatalog.h"
-#include "vars/LoadStep.h"
+#include "dialogs/main/LoadStep.h"
 
 #include <arxheaders.h>
 #include <hostsession.h>
@@ -159,8 +159,9 @@ void readUserList(benchmark::State& state, int size)
         state.PauseTiming();
         list.clearAllNewValues();
         ReportList report;
+        FileResult outcome;
         state.ResumeTiming();
-        result = list.readUserFile(report);
+        result = list.readUserFile(report, outcome);
     }
     int entries = 0;
     for (const cSysVar* v = list.first; v; v = v->next)

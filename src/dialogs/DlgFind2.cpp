@@ -5,9 +5,9 @@
 #include "CEditEx.h"
 #include "DialogRoutines.h"
 #include "DialogTemplate.h"
-#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
 #include "settings/HelpService.h"
+#include "vars/DocumentState.h"
 #include "vars/TextHelpers.h"
 
 #include "acutads.h"

@@ -3,14 +3,14 @@
 #include "DialogBuild.h"
 
 #include "DialogRoutines.h"
-#include "VarListDelegate.h"
-#include "VarListModel.h"
-#include "VarListView.h"
 #include "DialogTemplate.h"
-#include "vars/DocumentState.h"
 #include "ModuleResources.h"
 #include "settings/cMsgCatalog.h"
 #include "settings/HelpService.h"
+#include "VarListDelegate.h"
+#include "VarListModel.h"
+#include "VarListView.h"
+#include "vars/DocumentState.h"
 
 #include "hostui.h"
 #include "UiServices.h"
@@ -36,7 +36,8 @@ constexpr int kRowIcons[rowimage::count] = {1074, 1102, 1110, 1111, 1072, 1073};
 
 } // namespace
 
-cDlgSlctSysVar::cDlgSlctSysVar(DocumentState& context, QWidget* parent) : QDialog(parent), m_context(context) {
+cDlgSlctSysVar::cDlgSlctSysVar(DocumentState& context, QWidget* parent)
+    : QDialog(parent), m_context(context) {
     DialogTemplate t;
     const DialogBaseUnits base = startFromTemplate(*this, kTemplateId, t);
 

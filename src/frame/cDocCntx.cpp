@@ -145,6 +145,22 @@ void cDocCntx::SaveSettings() {
     }
 }
 
+void cDocCntx::AskForDrawingPath(DrawingPath which) {
+    const bool editor = which == DrawingPath::Editor;
+    std::string& offered = editor ? drawingEditorPath : drawingAvlFilePath;
+    if (offered.empty())
+        return;
+    std::string& own = editor ? editorPath : avlFilePath;
+    const std::string& text = editor ? gMsg.TxDrawingEditor : gMsg.TxDrawingAvlFile;
+    const std::string question =
+        formatText("%s\n%s\n%s %s", text.c_str(), offered.c_str(), gMsg.TxKeepOwnPath.c_str(), own.c_str());
+    kova::UiServices* ui = acHostUiServices();
+    if (ui && ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, question,
+                             kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes)
+        own = offered;
+    offered.clear();
+}
+
 const std::string& cDocCntx::userIniFile() const {
     return gContext.userIniFile;
 }

@@ -38,6 +38,7 @@ public:
 
     cDbsReactor* dbsReactor = nullptr; // owned; null when no database was there at creation
 
+    void AskForDrawingPath(DrawingPath which) override;
     // Where the module's files lie: the program-wide paths of gContext.
     const std::string& userIniFile() const override;
     const std::string& moduleBaseName() const override;

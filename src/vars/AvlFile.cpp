@@ -123,25 +123,21 @@ bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileNa
     }
 }
 
-bool cSysVarList::readAvlFile(ReportList& report)
+FileResult cSysVarList::readAvlFile(ReportList& report)
 {
     const std::string path = avlDirectory + avlFileName;
     // A device or a FIFO would never end or never begin: only a regular file is read.
     std::FILE* file = kova::openRegularFile(path);
-    if (!file) {
-        ShowErrorBox(path + " " + gMsg.TxFileOpenFailure);
-        return false;
-    }
+    if (!file)
+        return FileResult::error(path + " " + gMsg.TxFileOpenFailure);
     const bool complete = readAvlStream(*this, file, avlFileName, report);
     std::fclose(file);
-    if (!complete) {
-        ShowErrorBox(report.back() + gMsg.TxAbort);
-        return false;
-    }
+    if (!complete)
+        return FileResult::error(report.back() + gMsg.TxAbort);
     if (!first) {
         const std::string text = formatText("%s %s", path.c_str(), gMsg.TxNoAcadVar.c_str());
-        ShowWarningBox(text);
         report.push_back(text);
+        return FileResult::warning(text);
     }
-    return true;
+    return {};
 }

@@ -8,8 +8,8 @@
 #include <vector>
 
 // Settings, window rectangles, view modes, the variable list and the error count of one
-// drawing. The frame's document context derives from it and answers where the module's files
-// lie; everything below the frame sees a drawing only through this class.
+// drawing. The frame's document context derives from it, answers where the module's files lie
+// and asks the user about paths; everything below the frame sees a drawing only through this class.
 class DocumentState : public cSetup {
 public:
     // Where the user's ini file lies and the module's base name: the error log is written
@@ -22,7 +22,7 @@ public:
     // (and the next SaveSettings writes it to the ini file); No keeps the user's own. Either
     // answer ends the offer.
     enum class DrawingPath { Editor, AvlFile };
-    void AskForDrawingPath(DrawingPath which);
+    virtual void AskForDrawingPath(DrawingPath which) = 0;
 
     std::string drawingPath;     // the document's full file name
     std::string drawingStem;     // drawingPath without extension; in the working directory when bare

@@ -1,12 +1,8 @@
-// Writing the error log file and opening it in the configured editor.
+// Writing the error log file.
 #include "ErrorLog.h"
 
 #include "TextHelpers.h"
-#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
-
-#include "UiServices.h"
-#include "hostui.h"
 
 #include <cstdio>
 
@@ -15,8 +11,8 @@ std::string errorLogPath(const std::string& directory, const std::string& baseNa
     return directory + baseName + kErrorLogExtension;
 }
 
-bool writeErrorLog(ReportList& errorLines, const std::string& directory,
-                   const std::string& baseName)
+FileResult writeErrorLog(ReportList& errorLines, const std::string& directory,
+                         const std::string& baseName)
 {
     const std::string path = errorLogPath(directory, baseName);
     // Written beside the old log and renamed over it: a write that fails half way (a full disk)
@@ -37,31 +33,9 @@ bool writeErrorLog(ReportList& errorLines, const std::string& directory,
     }
     if (!written) {
         const std::string text = path + gMsg.TxFileOpenFailure;
-        ShowErrorBox(text);
         errorLines.push_back(text);
-        return false;
+        return FileResult::error(text);
     }
     errorLines.clear();
-    return true;
-}
-
-void ShowErrorLog(DocumentState& context)
-{
-    // A program that the drawing brought is started only when the user says yes to it.
-    context.AskForDrawingPath(DocumentState::DrawingPath::Editor);
-    const std::string& editor = context.editorPath;
-    std::string logPath;
-    pathStem(context.userIniFile(), logPath);
-    logPath += kErrorLogExtension;
-
-    kova::UiServices* ui = acHostUiServices();
-    if (!ui)
-        return;
-    switch (ui->startProgram(editor + " \"" + logPath + "\"")) {
-    case kova::ExecResult::OutOfMemory: ShowErrorBox(gMsg.TxSpawnNoMemory); break;
-    case kova::ExecResult::FileNotFound:
-    case kova::ExecResult::PathNotFound: ShowErrorBox(editor + " " + gMsg.TxSpawnNotFound); break;
-    case kova::ExecResult::BadFormat: ShowErrorBox(editor + " " + gMsg.TxSpawnNoExe); break;
-    default: break;
-    }
+    return {};
 }

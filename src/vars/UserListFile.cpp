@@ -1,6 +1,4 @@
 // Reading and writing user list files: one "NAME#value" line for each chosen variable.
-#include "UserListFile.h"
-
 #include "AvlFile.h"
 #include "TextHelpers.h"
 #include "platform/RegularFile.h"
@@ -18,17 +16,15 @@ bool isChosen(const cSysVar& v, bool selectedOnly)
 
 } // namespace
 
-bool cSysVarList::writeUserFile(const std::string& directory, const std::string& fileName,
-                                bool selectedOnly)
+FileResult cSysVarList::writeUserFile(const std::string& directory, const std::string& fileName,
+                                      bool selectedOnly)
 {
     const std::string path = directory + fileName;
     // The list is written beside the old one and renamed over it: a write that fails half way
     // leaves the old list whole. A write-protected list is not replaced.
     kova::ReplacementFile output(path);
-    if (!output.open()) {
-        ShowErrorBox(path + gMsg.TxFileOpenFailure);
-        return false;
-    }
+    if (!output.open())
+        return FileResult::error(path + gMsg.TxFileOpenFailure);
     std::FILE* file = output.stream();
     bool failed = false;
     for (const cSysVar* v = first; v && !failed; v = v->next) {
@@ -39,20 +35,19 @@ bool cSysVarList::writeUserFile(const std::string& directory, const std::string&
         failed = std::ferror(file) != 0;
     }
     // A full disk may show only when the buffer is flushed, so the commit is looked at as well.
-    if (failed || !output.commit()) {
-        ShowErrorBox(formatText("%s '%s'.", gMsg.TxFileWriteFailure.c_str(), fileName.c_str()) +
-                     gMsg.TxAbort);
-        return false;
-    }
-    return true;
+    if (failed || !output.commit())
+        return FileResult::error(
+            formatText("%s '%s'.", gMsg.TxFileWriteFailure.c_str(), fileName.c_str()) + gMsg.TxAbort);
+    return {};
 }
 
-int cSysVarList::readUserFile(ReportList& report)
+int cSysVarList::readUserFile(ReportList& report, FileResult& failure)
 {
+    failure = {};
     const std::string path = userDirectory + userFileName;
     std::FILE* file = kova::openRegularFile(path);
     if (!file) {
-        ShowErrorBox(path + gMsg.TxFileOpenFailure);
+        failure = FileResult::error(path + gMsg.TxFileOpenFailure);
         return 0;
     }
     TextLineReader reader(file);
@@ -68,7 +63,7 @@ int cSysVarList::readUserFile(ReportList& report)
                 formatText("%s '%s'.", gMsg.TxFileReadFailure.c_str(), userFileName.c_str());
             report.push_back(text);
             std::fclose(file);
-            ShowErrorBox(text + gMsg.TxAbort);
+            failure = FileResult::error(text + gMsg.TxAbort);
             return 0;
         }
         splitFields(line, name, value, field3, field4); // a line without "#" has an empty value
@@ -83,17 +78,4 @@ int cSysVarList::readUserFile(ReportList& report)
     }
     std::fclose(file);
     return result;
-}
-
-void showUserFileResult(int result, const ReportList& report, const cSysVarList& list)
-{
-    if (result == 0)
-        return;
-    if (!report.empty())
-        ShowErrorBox(gMsg.TxReadErrorStart + " " + list.userDirectory + list.userFileName + " " +
-                     gMsg.TxReadErrorEnd);
-    if (result == 2)
-        ShowWarningBox(gMsg.TxInsertErrorOnce);
-    else if (result >= 3)
-        ShowWarningBox(formatText("%d %s", result - 1, gMsg.TxInsertError.c_str()));
 }

@@ -2,6 +2,7 @@
 #pragma once
 #include "cSysVar.h"
 #include "cThemeList.h"
+#include "FileResult.h"
 
 #include <functional>
 #include <map>
@@ -68,15 +69,18 @@ public:
 
     // ---- files (defined with the file readers and writers) ----
 
-    // Reads avlDirectory + avlFileName into records and themes. False when the file could not be
-    // opened or read to its end.
-    bool readAvlFile(ReportList& report);
+    // Reads avlDirectory + avlFileName into records and themes. An error when the file could not
+    // be opened ("<path> TxFileOpenFailure") or read to its end (the report's last line and
+    // TxAbort); a warning, also appended to the report, when it gave no record.
+    FileResult readAvlFile(ReportList& report);
     // Reads userDirectory + userFileName into the new values. 0 when the file could not be read,
-    // else 1 plus the number of names the list does not hold.
-    int readUserFile(ReportList& report);
+    // with failure the error ("<path>TxFileOpenFailure", or the read failure and TxAbort); else 1
+    // plus the number of names the list does not hold, and failure empty.
+    int readUserFile(ReportList& report, FileResult& failure);
     // Writes the user list (or, with selectedOnly, the selected records) to directory + fileName.
-    bool writeUserFile(const std::string& directory, const std::string& fileName,
-                       bool selectedOnly);
+    // An error when the file could not be opened or written whole.
+    FileResult writeUserFile(const std::string& directory, const std::string& fileName,
+                             bool selectedOnly);
 
 private:
     // Takes the record out of the index; the caller unlinks it from the chain.

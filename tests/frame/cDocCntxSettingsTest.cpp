@@ -3,9 +3,9 @@
 
 #include "cContext.h"
 #include "cDocCntx.h"
+#include "dialogs/main/LoadStep.h"
 #include "platform/ProfileFile.h"
 #include "settings/cMsgCatalog.h"
-#include "vars/ErrorLog.h"
 
 #include <algorithm>
 

@@ -46,7 +46,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!writeInputFile(path, data, size))
         return 0;
     ReportList report;
-    list.readUserFile(report);
+    FileResult outcome;
+    list.readUserFile(report, outcome);
     // Writing back what was read must work on whatever the file left in the records.
     list.writeUserFile(list.userDirectory, "output.var", false);
     list.clearAllNewValues();

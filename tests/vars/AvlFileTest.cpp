@@ -13,16 +13,17 @@ using Lines = std::vector<std::string>;
 
 class AvlFile : public filekit::VarsTest {
 protected:
-    // Empties list and report, writes content as the file name and reads it into list.
+    // Empties list and report, writes content as the file name and reads it into list; false
+    // when the read failed.
     bool load(const std::string& content, const std::string& name = "test.avl") {
         list.clearAll();
         report.clear();
-        boxes().clear();
         if (name == "test.avl")
             writeFile(name, content);
         list.avlDirectory = dir();
         list.avlFileName = name;
-        return list.readAvlFile(report);
+        result = list.readAvlFile(report);
+        return static_cast<bool>(result);
     }
     // Each record as "NAME=description", or "NAME theme ro|rw drawing|global [description] line".
     Lines records(bool full = false) const {
@@ -39,6 +40,7 @@ protected:
 
     cSysVarList list;
     ReportList report;
+    FileResult result; // of the last load
 };
 
 // The example description file: each line in this order gives the outcome noted beside it.
@@ -88,7 +90,7 @@ TEST_F(AvlFile, ExampleFileGivesItsRecordsThemesAndReportLines) {
                           "Fehler 8: Index bereits vorhanden in Zeile 17  : 0#Anderes#3",
                           "Fehler 9: Thema bereits vorhanden in Zeile 18  : 0#Bemaßung#9",
                       }));
-    EXPECT_TRUE(boxes().empty()) << boxes().front();
+    EXPECT_EQ(result.box, FileResult::Box::None) << result.text;
 }
 
 TEST_F(AvlFile, LinePreparationAndSingleLineErrors) {
@@ -127,7 +129,8 @@ TEST_F(AvlFile, FileWithoutVariablesWarnsAndKeepsItsThemes) {
         EXPECT_TRUE(load(content));
         EXPECT_EQ(list.first, nullptr);
         EXPECT_EQ(report, ReportList{emptyListLine()});
-        EXPECT_EQ(boxes(), Lines{"BOX warning: RT·VarDesk - Warnung: " + emptyListLine()});
+        EXPECT_EQ(result.box, FileResult::Box::Warning);
+        EXPECT_EQ(result.text, emptyListLine());
     }
     EXPECT_TRUE(list.themes.hasThemeName("Thema"));
 }
@@ -144,9 +147,8 @@ TEST_F(AvlFile, AnythingButARegularFileCannotBeOpened) {
         EXPECT_FALSE(load("", name)) << name;
         alarm(0);
         EXPECT_TRUE(report.empty()) << name;
-        EXPECT_EQ(boxes(),
-                  Lines{"BOX error: RT·VarDesk - Fehler: " + dir() + name + "  kann nicht geladen werden!"})
-            << name;
+        EXPECT_EQ(result.box, FileResult::Box::Error) << name;
+        EXPECT_EQ(result.text, dir() + name + "  kann nicht geladen werden!") << name;
     }
 }
 

@@ -1,10 +1,9 @@
-// Tests of user list files: the written form, the free read grammar, round trips, failures, boxes.
+// Tests of user list files: the written form, the free read grammar, round trips, failures.
 #include "VarsTestKit.h"
 
 #include "settings/cMsgCatalog.h"
 #include "vars/AvlFile.h"
 #include "vars/TextHelpers.h"
-#include "vars/UserListFile.h"
 
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -49,7 +48,7 @@ protected:
         list.userDirectory = dir();
         list.userFileName = name;
         report.clear();
-        return list.readUserFile(report);
+        return list.readUserFile(report, outcome);
     }
 
     // Each record as "NAME=new text", the texts of the listed records made afresh.
@@ -65,6 +64,7 @@ protected:
 
     cSysVarList list;
     ReportList report;
+    FileResult outcome; // of the last read
 };
 
 // The written form, the selection alone and a round trip under ',': see the scenario
@@ -102,7 +102,7 @@ TEST_F(UserListFile, LongNamesAreNotCut) {
     own.clearAllNewValues();
     own.userDirectory = dir();
     own.userFileName = "lang.var";
-    EXPECT_EQ(own.readUserFile(report), 1);
+    EXPECT_EQ(own.readUserFile(report, outcome), 1);
     EXPECT_TRUE(own.findName(names[1])->inUserList());
 }
 
@@ -160,20 +160,19 @@ TEST_F(UserListFile, LongLinesEmptyFilesAndFatalErrorsGiveTheSystemsWords) {
     list.clearAllNewValues();
     EXPECT_EQ(read("", "leer.var"), 1);
     EXPECT_FALSE(list.hasUserEntries());
-    EXPECT_TRUE(boxes().empty());
+    EXPECT_EQ(outcome.box, FileResult::Box::None) << outcome.text;
 
     // Only a regular file is read; the alarm ends a reader that would hang.
-    const std::string box = "BOX error: RT·VarDesk - Fehler: ";
     std::filesystem::create_directory(folder / "ordner.var");
     ASSERT_EQ(mkfifo((folder / "fifo.var").c_str(), 0600), 0);
     std::filesystem::create_symlink("/dev/urandom", folder / "zufall.var");
     for (const char* name : {"ordner.var", "fifo.var", "zufall.var"}) {
-        boxes().clear();
         alarm(10);
         EXPECT_EQ(read("", name), 0) << name;
         alarm(0);
         EXPECT_TRUE(report.empty()) << name;
-        EXPECT_EQ(boxes(), Lines{box + dir() + name + " kann nicht geladen werden!"}) << name;
+        EXPECT_EQ(outcome.box, FileResult::Box::Error) << name;
+        EXPECT_EQ(outcome.text, dir() + name + " kann nicht geladen werden!") << name;
     }
 }
 
@@ -193,36 +192,19 @@ TEST_F(UserListFile, FailedSaveKeepsTheOldList) {
     small.rlim_cur = 100;
     auto* const oldHandler = std::signal(SIGXFSZ, SIG_IGN);
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    const bool written = list.writeUserFile(dir(), "alt.var", false);
+    const FileResult written = list.writeUserFile(dir(), "alt.var", false);
     setrlimit(RLIMIT_FSIZE, &saved);
     std::signal(SIGXFSZ, oldHandler);
     EXPECT_FALSE(written);
-    EXPECT_EQ(boxes(), Lines{"BOX error: RT·VarDesk - Fehler: Fataler I/O-Fehler beim Schreiben von "
-                             "'alt.var'.Abbruch"});
+    EXPECT_EQ(written.text, "Fataler I/O-Fehler beim Schreiben von 'alt.var'.Abbruch");
     EXPECT_EQ(readFile(folder / "alt.var"), old);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "no file beside it";
 
-    boxes().clear();
     std::filesystem::permissions(folder / "alt.var", std::filesystem::perms::owner_read);
-    EXPECT_FALSE(list.writeUserFile(dir(), "alt.var", false));
-    EXPECT_EQ(boxes(),
-              Lines{"BOX error: RT·VarDesk - Fehler: " + dir() + "alt.var kann nicht geladen werden!"});
+    const FileResult refused = list.writeUserFile(dir(), "alt.var", false);
+    EXPECT_FALSE(refused);
+    EXPECT_EQ(refused.text, dir() + "alt.var kann nicht geladen werden!");
     EXPECT_EQ(readFile(folder / "alt.var"), old);
-}
-
-// The box for two and more records left out: see the scenario dialogs_files.
-TEST_F(UserListFile, ResultOfAReadBecomesItsBoxes) {
-    list.userDirectory = "/listen/";
-    list.userFileName = "a.var";
-    showUserFileResult(0, ReportList{"x"}, list); // a fatal error has shown its box already
-    showUserFileResult(1, ReportList{}, list);
-    EXPECT_TRUE(boxes().empty()) << boxes().front();
-    showUserFileResult(2, ReportList{"x"}, list);
-    EXPECT_EQ(
-        boxes(),
-        (Lines{"BOX error: RT·VarDesk - Fehler: Es sind Fehler beim Lesen von /listen/a.var aufgetreten.",
-               "BOX warning: RT·VarDesk - Warnung: Eine Variablen konnte nicht in die aktuelle "
-               "AutoCAD-Variablenliste eingesetzt werden."}));
 }
 
 } // namespace

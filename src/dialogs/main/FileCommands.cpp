@@ -3,12 +3,12 @@
 
 #include "dialogs/cDlgConfig.h"
 #include "dialogs/DialogRoutines.h"
-#include "vars/DocumentState.h"
+#include "dialogs/FileBoxes.h"
+#include "LoadStep.h"
 #include "settings/cMsgCatalog.h"
+#include "vars/DocumentState.h"
 #include "vars/ErrorLog.h"
-#include "vars/LoadStep.h"
 #include "vars/TextHelpers.h"
-#include "vars/UserListFile.h"
 
 #include "hostui.h"
 #include "UiServices.h"
@@ -49,9 +49,10 @@ bool writeWithBlankSeparator(cSysVarList& list, const std::string& directory, co
                              bool selectedOnly) {
     const char noted = list.pointSeparator;
     list.pointSeparator = ' ';
-    const bool written = list.writeUserFile(directory, fileName, selectedOnly);
+    const FileResult written = list.writeUserFile(directory, fileName, selectedOnly);
     list.pointSeparator = noted;
-    return written;
+    showFileResult(written);
+    return static_cast<bool>(written);
 }
 
 } // namespace
@@ -79,8 +80,9 @@ void cDlgVarDesk::OpenList() {
     pathDirectory(*chosen, list.userDirectory);
 
     ReportList report;
-    const int result = list.readUserFile(report);
-    showUserFileResult(result, report, list);
+    FileResult outcome;
+    const int result = list.readUserFile(report, outcome);
+    showUserFileResult(result, outcome, report, list);
     // After a failed read the title keeps its last name, though the next Save writes to the new one.
     if (result != 0)
         RefreshTitle();

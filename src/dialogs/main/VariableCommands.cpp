@@ -3,10 +3,10 @@
 
 #include "dialogs/cDlgSlctSysVar.h"
 #include "dialogs/DlgFind2.h"
-#include "vars/DocumentState.h"
+#include "LoadStep.h"
 #include "settings/cMsgCatalog.h"
 #include "settings/HelpService.h"
-#include "vars/LoadStep.h"
+#include "vars/DocumentState.h"
 #include "vars/TextHelpers.h"
 
 #include "hostui.h"

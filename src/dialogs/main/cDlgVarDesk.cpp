@@ -6,10 +6,10 @@
 #include "dialogs/DialogTemplate.h"
 #include "dialogs/MenuTemplate.h"
 #include "dialogs/ModuleResources.h"
-#include "vars/DocumentState.h"
+#include "LoadStep.h"
 #include "settings/cMsgCatalog.h"
 #include "ValueEditing.h"
-#include "vars/LoadStep.h"
+#include "vars/DocumentState.h"
 #include "vars/TextHelpers.h"
 
 #include "hostui.h"

@@ -3,10 +3,10 @@
 
 #include "dialogs/DialogBuild.h"
 #include "dialogs/ModuleResources.h"
-#include "vars/DocumentState.h"
 #include "settings/cMsgCatalog.h"
 #include "ValueEditing.h"
 #include "VarListDelegate.h"
+#include "vars/DocumentState.h"
 
 #include <QAction>
 #include <QContextMenuEvent>

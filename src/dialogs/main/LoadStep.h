@@ -1,7 +1,8 @@
-// The load step of the main dialog: the AVL file into the list, the checks against the host, the log.
+// The load step of the main dialog: the AVL file into the list, the checks against the host, the
+// log and showing it.
 #pragma once
-#include "TextHelpers.h"
-#include "cSysVarList.h"
+#include "vars/TextHelpers.h"
+#include "vars/cSysVarList.h"
 
 class DocumentState;
 
@@ -27,3 +28,10 @@ inline constexpr int done = 16;    // nothing is left to do
 // runCode ends as runcode::done. Always true.
 bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode,
                  DateTime moment = currentDateTime());
+
+// Opens the log in the editor of context's Editor setting: the command line is the editor path,
+// a blank and the quoted path of the user ini file with its extension replaced by ".err". Does
+// not wait for the editor nor look whether the log exists. A start that fails shows an error box
+// (TxSpawnNoMemory; or the editor path and TxSpawnNotFound or TxSpawnNoExe). An editor that the
+// drawing brought is asked about first (DocumentState::AskForDrawingPath).
+void ShowErrorLog(DocumentState& context);

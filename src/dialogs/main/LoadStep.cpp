@@ -1,9 +1,11 @@
-// The load step: reading the AVL file, the checks against the host, and the error log's blocks.
+// The load step: reading the AVL file, the checks against the host, the error log's blocks, and
+// showing the log.
 #include "LoadStep.h"
 
-#include "ErrorLog.h"
-#include "vars/DocumentState.h"
+#include "dialogs/FileBoxes.h"
 #include "settings/cMsgCatalog.h"
+#include "vars/DocumentState.h"
+#include "vars/ErrorLog.h"
 
 #include "UiServices.h"
 #include "hostui.h"
@@ -57,7 +59,7 @@ bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, D
         list.userFileName = gMsg.TxNewVarFile;
 
         ReportList report;
-        list.readAvlFile(report);
+        showFileResult(list.readAvlFile(report));
         if (!report.empty()) {
             errorLines.push_back(
                 formatText("%s %s", gMsg.TxSysLoadError0.c_str(), list.avlFileName.c_str()));
@@ -88,7 +90,7 @@ bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, D
         if (context.errorCount != 0) {
             std::string directory;
             pathDirectory(context.userIniFile(), directory);
-            writeErrorLog(errorLines, directory, context.moduleBaseName());
+            showFileResult(writeErrorLog(errorLines, directory, context.moduleBaseName()));
             if (askToShowLog())
                 ShowErrorLog(context);
         }
@@ -101,4 +103,25 @@ bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, D
         runCode = runcode::done;
     }
     return true;
+}
+
+void ShowErrorLog(DocumentState& context)
+{
+    // A program that the drawing brought is started only when the user says yes to it.
+    context.AskForDrawingPath(DocumentState::DrawingPath::Editor);
+    const std::string& editor = context.editorPath;
+    std::string logPath;
+    pathStem(context.userIniFile(), logPath);
+    logPath += kErrorLogExtension;
+
+    kova::UiServices* ui = acHostUiServices();
+    if (!ui)
+        return;
+    switch (ui->startProgram(editor + " \"" + logPath + "\"")) {
+    case kova::ExecResult::OutOfMemory: ShowErrorBox(gMsg.TxSpawnNoMemory); break;
+    case kova::ExecResult::FileNotFound:
+    case kova::ExecResult::PathNotFound: ShowErrorBox(editor + " " + gMsg.TxSpawnNotFound); break;
+    case kova::ExecResult::BadFormat: ShowErrorBox(editor + " " + gMsg.TxSpawnNoExe); break;
+    default: break;
+    }
 }

@@ -1,10 +1,11 @@
 // Tests of the load step and the error log: blocks, counts, the file, the question, the editor.
-#include "VarsTestKit.h"
+#include "../vars/VarsTestKit.h"
 
+#include "dialogs/main/LoadStep.h"
+#include "frame/cContext.h"
+#include "frame/cDocCntx.h"
 #include "settings/cMsgCatalog.h"
-#include "vars/DocumentState.h"
 #include "vars/ErrorLog.h"
-#include "vars/LoadStep.h"
 #include "vars/TextHelpers.h"
 
 #include <algorithm>
@@ -17,23 +18,13 @@ using filekit::hostNames;
 using testhost::readFile;
 using Lines = std::vector<std::string>;
 
-// A drawing's state as the load step sees it, with the user's ini file in the scratch folder.
-class ScratchDocument : public DocumentState {
-public:
-    explicit ScratchDocument(std::string iniFile) : m_iniFile(std::move(iniFile)) {}
-    const std::string& userIniFile() const override { return m_iniFile; }
-    const std::string& moduleBaseName() const override { return m_baseName; }
-
-private:
-    std::string m_iniFile;
-    std::string m_baseName = "VarDesk";
-};
-
 class LoadStep : public filekit::VarsTest {
 protected:
     void SetUp() override {
         VarsTest::SetUp();
-        context = std::make_unique<ScratchDocument>(dir() + "VarDesk.ini");
+        gContext.moduleBaseName = "VarDesk";
+        gContext.userIniFile = dir() + "VarDesk.ini";
+        context = std::make_unique<cDocCntx>(host.currentDocument());
         context->avlFilePath = dir() + "test.avl";
         context->editorPath = "/bin/true";
     }
@@ -67,7 +58,7 @@ protected:
         return text;
     }
 
-    std::unique_ptr<ScratchDocument> context;
+    std::unique_ptr<cDocCntx> context;
     ReportList errorLines;
     int runCode = runcode::idle;
     DateTime moment = currentDateTime();
