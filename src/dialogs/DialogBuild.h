@@ -12,6 +12,9 @@
 
 class QDialog;
 
+// Pixels between a dialog's edge and its controls, and between the main groups of controls.
+inline constexpr int kMargin = 10;
+
 // Starts a resizable dialog from template templateId: the id the automation reads, a title bar
 // with a close box and no size grip, the template's font, size and title. Returns the base units
 // the controls are placed with. A template that cannot be loaded leaves t empty: the controls then

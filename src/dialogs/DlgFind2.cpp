@@ -22,7 +22,6 @@
 
 namespace {
 
-constexpr int kMargin = 10;
 constexpr int kButtonGap = 5;       // between the hit buttons, and between the check boxes
 constexpr int kFirstCheckDrop = 15; // the first check box below the group box's top
 constexpr int kCheckIndent = 20;

@@ -27,7 +27,6 @@
 
 namespace {
 
-constexpr int kMargin = 10;
 // Room between a label's text and its field.
 constexpr int kLabelGap = 4;
 

@@ -27,7 +27,6 @@
 
 namespace {
 
-constexpr int kMargin = 10;
 constexpr int kIconButtonGap = 4;
 constexpr int kIconSize = 16;
 

@@ -1,6 +1,8 @@
 // Text, path and date helpers on UTF-8 byte strings.
 #include "TextHelpers.h"
 
+#include "CNumericScope.h"
+
 #include <QChar>
 #include <QDateTime>
 #include <QLocale>
@@ -262,8 +264,7 @@ int compareText(const std::string& a, const std::string& b)
 
 std::string formatText(const char* format, ...)
 {
-    static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", locale_t(nullptr));
-    const locale_t previous = cLocale ? uselocale(cLocale) : locale_t(nullptr);
+    const CNumericScope cLocale;
     va_list args;
     va_start(args, format);
     va_list again;
@@ -277,8 +278,6 @@ std::string formatText(const char* format, ...)
         out.resize(static_cast<std::size_t>(size));
     }
     va_end(again);
-    if (previous)
-        uselocale(previous);
     return out;
 }
 

@@ -1,6 +1,7 @@
 // cSysVar: value texts, parsing of typed and file texts, and reads and writes through the host.
 #include "cSysVar.h"
 
+#include "CNumericScope.h"
 #include "TextHelpers.h"
 #include "cSysVarList.h"
 
@@ -17,27 +18,6 @@ namespace {
 
 constexpr char kDefaultSeparator = ' ';
 constexpr int kDefaultPrecision = 4;
-
-// scanf of numbers in the "C" locale, whatever locale the process runs in: the texts
-// of values are stored in files and compared byte for byte, so "1.5" must never become "1,5".
-class CNumericScope {
-public:
-    CNumericScope()
-    {
-        static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", locale_t(nullptr));
-        previous_ = cLocale ? uselocale(cLocale) : locale_t(nullptr);
-    }
-    ~CNumericScope()
-    {
-        if (previous_)
-            uselocale(previous_);
-    }
-    CNumericScope(const CNumericScope&) = delete;
-    CNumericScope& operator=(const CNumericScope&) = delete;
-
-private:
-    locale_t previous_;
-};
 
 bool scanReal(const std::string& text, double& value)
 {

@@ -51,8 +51,7 @@ inline constexpr int kButtonCompare = 7018;
 inline constexpr int kIconCompareOff = 1075;
 inline constexpr int kIconCompareOn = 1109;
 
-// Layout, in pixels.
-inline constexpr int kMargin = 10;
+// Layout, in pixels; the margin is kMargin of DialogBuild.h.
 inline constexpr int kToolBarHeight = 16;
 inline constexpr int kToolBarIndent = 3;
 // The description shows 1 to 3 value-field heights; the list keeps at least 6 of them before
