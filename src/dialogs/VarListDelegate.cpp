@@ -1,10 +1,15 @@
 // VarListDelegate: paints the rows of a variable list from their records: colours, image, indent, clip.
 #include "VarListDelegate.h"
 
+#include "ModuleResources.h"
+
 #include <QAbstractItemView>
 #include <QPainter>
 
 namespace {
+
+// Row images in their order: drawing-specific, global, the two scope orders, letter, theme.
+constexpr int kRowIcons[rowimage::count] = {1074, 1102, 1110, 1111, 1072, 1073};
 
 constexpr int kMostCharacters = 255;
 constexpr int kRecordIndentLetterThemeOrders = 20;
@@ -33,6 +38,13 @@ QString firstCharacters(const QString& text, int count) {
 }
 
 } // namespace
+
+std::vector<QIcon> makeRowImages() {
+    std::vector<QIcon> images;
+    for (int icon : kRowIcons)
+        images.push_back(moduleIcon(icon));
+    return images;
+}
 
 QColor colourOfRef(std::uint32_t colourRef) {
     return QColor(colourRef & 0xFF, (colourRef >> 8) & 0xFF, (colourRef >> 16) & 0xFF);

@@ -16,6 +16,9 @@ class QAbstractItemView;
 inline constexpr std::uint32_t kReadOnlyBackground = 0xC0C0C0;
 inline constexpr std::uint32_t kGlobalNameColour = 0xFF0000; // blue
 
+// The row images of a list, in rowimage order.
+std::vector<QIcon> makeRowImages();
+
 // A 0x00BBGGRR colour as Qt's.
 QColor colourOfRef(std::uint32_t colourRef);
 

@@ -30,9 +30,6 @@ namespace {
 constexpr int kIconButtonGap = 4;
 constexpr int kIconSize = 16;
 
-// Row images in their order: drawing-specific, global, the two scope orders, letter, theme.
-constexpr int kRowIcons[rowimage::count] = {1074, 1102, 1110, 1111, 1072, 1073};
-
 } // namespace
 
 cDlgSlctSysVar::cDlgSlctSysVar(DocumentState& context, QWidget* parent)
@@ -123,14 +120,12 @@ void cDlgSlctSysVar::OnInitDialog() {
 }
 
 void cDlgSlctSysVar::SetupList() {
-    rowImages.clear();
-    for (int icon : kRowIcons)
-        rowImages.push_back(moduleIcon(icon));
+    rowImages = makeRowImages();
     if (!qobject_cast<VarListDelegate*>(listCtrl->itemDelegate()))
         listCtrl->setItemDelegate(new VarListDelegate(*listCtrl, rowImages, m_context.viewOrder, listCtrl));
 
-    m_context.listCtrl2FirstCol = std::clamp(m_context.listCtrl2FirstCol, kFirstColumnLeast, kColumnMost);
-    m_context.listCtrl2SecCol = std::clamp(m_context.listCtrl2SecCol, kSecondColumnLeast, kColumnMost);
+    m_context.listCtrl2FirstCol = VarListView::clampedStartWidth(0, m_context.listCtrl2FirstCol);
+    m_context.listCtrl2SecCol = VarListView::clampedStartWidth(1, m_context.listCtrl2SecCol);
     m_model->clearRows();
     m_model->setHeaderTexts({qs(gMsg.ClVariable), qs(gMsg.ClAcadValue)});
     listCtrl->setColumnWidth(0, m_context.listCtrl2FirstCol);
@@ -164,10 +159,10 @@ void cDlgSlctSysVar::SaveGeometry() {
                     m_context.selectionSizeY);
     const int first = listCtrl->isColumnHidden(0) ? 0 : listCtrl->columnWidth(0);
     if (first != 0)
-        m_context.listCtrl2FirstCol = std::clamp<std::int32_t>(first, kFirstColumnLeast, kColumnMost);
+        m_context.listCtrl2FirstCol = VarListView::clampedStartWidth(0, first);
     const int second = listCtrl->isColumnHidden(1) ? 0 : listCtrl->columnWidth(1);
     if (second != 0)
-        m_context.listCtrl2SecCol = std::clamp<std::int32_t>(second, kSecondColumnLeast, kColumnMost);
+        m_context.listCtrl2SecCol = VarListView::clampedStartWidth(1, second);
     // A second saving on the way out must find no menu.
     delete contextMenu;
     contextMenu = nullptr;

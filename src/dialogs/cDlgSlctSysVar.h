@@ -35,12 +35,6 @@ public:
     static constexpr int kIconMarkAll = 1084;
     static constexpr int kIconInvert = 1085;
 
-    // Column widths: read at start and stored at the end within these bounds. Column 0 keeps
-    // room for the image of a first-level header.
-    static constexpr std::int32_t kFirstColumnLeast = 46;
-    static constexpr std::int32_t kSecondColumnLeast = 20;
-    static constexpr std::int32_t kColumnMost = 1200;
-
     // Works on context's list and settings fields; context must outlive the dialog.
     explicit cDlgSlctSysVar(DocumentState& context, QWidget* parent = nullptr);
     ~cDlgSlctSysVar() override;

@@ -2,7 +2,6 @@
 #include "cDlgVarDesk.h"
 
 #include "dialogs/DialogBuild.h"
-#include "dialogs/ModuleResources.h"
 #include "settings/cMsgCatalog.h"
 #include "ValueEditing.h"
 #include "VarListDelegate.h"
@@ -19,17 +18,8 @@
 
 using namespace mainids;
 
-namespace {
-
-// Row images in their order: drawing-specific, global, the two scope orders, letter, theme.
-constexpr int kRowIcons[rowimage::count] = {1074, 1102, 1110, 1111, 1072, 1073};
-
-} // namespace
-
 void cDlgVarDesk::SetupList() {
-    rowImages.clear();
-    for (int icon : kRowIcons)
-        rowImages.push_back(moduleIcon(icon));
+    rowImages = makeRowImages();
     if (!qobject_cast<VarListDelegate*>(listCtrl->itemDelegate()))
         listCtrl->setItemDelegate(new VarListDelegate(*listCtrl, rowImages, m_context.viewOrder, listCtrl));
 
