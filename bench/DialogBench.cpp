@@ -220,13 +220,13 @@ void fillList(benchmark::State& state, int size, int order)
         return;
     cDlgVarDesk& dialog = w->shownDialog();
     cDocCntx& context = *w->context;
-    context.view = 0;
-    context.compareMode = 0;
-    context.viewOrder = order;
+    context.view = ListView::All;
+    context.compareMode = CompareMode::Off;
+    context.viewOrder = listOrderAt(order);
     for (auto _ : state)
         dialog.FillList();
     state.counters["rows"] = dialog.listCtrl->model()->rowCount();
-    context.viewOrder = 0;
+    context.viewOrder = ListOrder::Letter;
 }
 
 // The search dialog's Search over every record with all four fields, pattern "LIM" (matched as

@@ -17,11 +17,11 @@ constexpr int kRecordIndentScopeOrders = 40;
 constexpr int kSecondLevelHeaderIndent = 20;
 constexpr int kImageSize = 16;
 
-bool isScopeOrder(int order) {
-    return order == 2 || order == 3;
+bool isScopeOrder(ListOrder order) {
+    return order == ListOrder::ScopeLetter || order == ListOrder::ScopeTheme;
 }
 
-int imageIndentOf(const cSysVar* record, int image, int order) {
+int imageIndentOf(const cSysVar* record, int image, ListOrder order) {
     if (record)
         return isScopeOrder(order) ? kRecordIndentScopeOrders : kRecordIndentLetterThemeOrders;
     if (isScopeOrder(order) && (image == rowimage::letter || image == rowimage::theme))
@@ -56,7 +56,7 @@ RowPalette RowPalette::of(const QPalette& palette) {
             palette.color(QPalette::Active, QPalette::HighlightedText)};
 }
 
-RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, int order, bool selected,
+RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, ListOrder order, bool selected,
                   const RowPalette& palette) {
     RowLook look;
     look.texts[0] = firstCharacters(text0, kMostCharacters);
@@ -85,7 +85,7 @@ RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, int or
 }
 
 VarListDelegate::VarListDelegate(QAbstractItemView& view, const std::vector<QIcon>& images,
-                                 const std::int32_t& order, QObject* parent)
+                                 const ListOrder& order, QObject* parent)
     : QStyledItemDelegate(parent), m_view(view), m_images(images), m_order(order) {}
 
 RowLook VarListDelegate::lookAt(const QModelIndex& index, bool selected) const {

@@ -42,7 +42,7 @@ struct RowLook {
 // cells hold; a read-only record a grey background, a global one a blue name, the new value its
 // compareColour. Selected rows take the highlight colours over all of it. Column 0's text is cut
 // at 255 characters.
-RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, int order, bool selected,
+RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, ListOrder order, bool selected,
                   const RowPalette& palette);
 
 // Paints every cell itself, as the window system's owner-drawn list did: the background one pixel
@@ -53,7 +53,7 @@ class VarListDelegate : public QStyledItemDelegate {
 public:
     // images are the row images by index and order the view order the rows were built in; both
     // must outlive the delegate, which reads them at each paint.
-    VarListDelegate(QAbstractItemView& view, const std::vector<QIcon>& images, const std::int32_t& order,
+    VarListDelegate(QAbstractItemView& view, const std::vector<QIcon>& images, const ListOrder& order,
                     QObject* parent);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -72,5 +72,5 @@ private:
 
     QAbstractItemView& m_view;
     const std::vector<QIcon>& m_images;
-    const std::int32_t& m_order;
+    const ListOrder& m_order;
 };

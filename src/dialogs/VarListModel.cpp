@@ -7,11 +7,6 @@
 
 namespace {
 
-constexpr int kLetterOrder = 0;
-constexpr int kThemeOrder = 1;
-constexpr int kScopeLetterOrder = 2;
-constexpr int kScopeThemeOrder = 3;
-
 std::string indented(int level, const std::string& text) {
     return std::string(kIndentBlanks[level], ' ') + text;
 }
@@ -103,32 +98,32 @@ Groups groupRecords(const cSysVarList& list, const RowFilter& filter, int inScop
 } // namespace
 
 bool RowFilter::passes(const cSysVar& record) const {
-    if (compareMode == 1)
+    if (compareMode == CompareMode::On)
         return record.inUserList() && record.currentText != record.newText;
-    if (view == 1)
+    if (view == ListView::UserList)
         return record.inUserList();
     return true;
 }
 
-std::vector<ListRow> buildListRows(const cSysVarList& list, int order, const RowFilter& filter) {
+std::vector<ListRow> buildListRows(const cSysVarList& list, ListOrder order, const RowFilter& filter) {
     constexpr int kAllScopes = -1;
     std::vector<ListRow> rows;
     RowWriter writer(rows);
     switch (order) {
-    case kLetterOrder:
+    case ListOrder::Letter:
         writer.letters(0, groupRecords(list, filter, kAllScopes, false));
         break;
-    case kThemeOrder:
+    case ListOrder::Theme:
         writer.themes(0, list.themes, groupRecords(list, filter, kAllScopes, true));
         break;
-    case kScopeLetterOrder:
-    case kScopeThemeOrder:
+    case ListOrder::ScopeLetter:
+    case ListOrder::ScopeTheme:
         for (const bool drawing : {false, true}) {
             const ListRow scope{indented(0, drawing ? gMsg.TxDrawSpecific : gMsg.TxGlobal),
                                 drawing ? rowimage::drawing : rowimage::global, nullptr};
             writer.startScope(&scope);
-            const Groups groups = groupRecords(list, filter, drawing ? 1 : 0, order == kScopeThemeOrder);
-            if (order == kScopeLetterOrder)
+            const Groups groups = groupRecords(list, filter, drawing ? 1 : 0, order == ListOrder::ScopeTheme);
+            if (order == ListOrder::ScopeLetter)
                 writer.letters(1, groups);
             else
                 writer.themes(1, list.themes, groups);

@@ -1,6 +1,7 @@
 // VarListModel: the rows of a variable list by view, compare mode and order, with their header rows.
 #pragma once
 #include "vars/cSysVarList.h"
+#include "vars/ListModes.h"
 
 #include <QAbstractTableModel>
 #include <QStringList>
@@ -28,8 +29,8 @@ inline constexpr int kIndentBlanks[] = {7, 14, 21};
 
 // Which records get a row. Compare mode is tested first, so it narrows the user list too.
 struct RowFilter {
-    int view = 0;        // 0 all variables, 1 the user list
-    int compareMode = 0; // 1: only user-list records whose texts differ
+    ListView view = ListView::All;
+    CompareMode compareMode = CompareMode::Off;
     bool passes(const cSysVar& record) const;
 };
 
@@ -41,11 +42,10 @@ struct ListRow {
     cSysVar* record = nullptr;
 };
 
-// The rows of list in view order 0 to 3 (letters; themes; scope then letters; scope then themes)
-// for the records that pass filter. A header stands only ahead of a record that passed; an order
-// outside 0 to 3 gives no rows. Names that do not begin with "A" to "Z" have no row in the letter
-// orders; records of a theme that the list does not hold gather under TxDefaultTheme.
-std::vector<ListRow> buildListRows(const cSysVarList& list, int order, const RowFilter& filter);
+// The rows of list in order for the records that pass filter. A header stands only ahead of a
+// record that passed; an order outside the four gives no rows. Names that do not begin with "A" to "Z" have
+// no row in the letter orders; records of a theme that the list does not hold gather under TxDefaultTheme.
+std::vector<ListRow> buildListRows(const cSysVarList& list, ListOrder order, const RowFilter& filter);
 
 // The rows of a list control: three columns (or two, without the new value) whose cells are
 // written at insertion and by setData of a cell, and whose header texts are set by the owner.

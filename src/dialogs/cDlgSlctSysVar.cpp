@@ -134,7 +134,7 @@ void cDlgSlctSysVar::SetupList() {
 
 void cDlgSlctSysVar::FillList() {
     listCtrl->setUpdatesEnabled(false);
-    listCtrl->fillRows(buildListRows(m_context.varList, m_context.viewOrder, RowFilter{0, 0}));
+    listCtrl->fillRows(buildListRows(m_context.varList, m_context.viewOrder, RowFilter{}));
     listCtrl->setUpdatesEnabled(true);
     listCtrl->viewport()->repaint();
 }

@@ -2,6 +2,7 @@
 #pragma once
 #include "cSetup.h"
 #include "cSysVarList.h"
+#include "ListModes.h"
 
 #include <cstdint>
 #include <string>
@@ -46,9 +47,9 @@ public:
     std::string drawingAvlFilePath;
     std::string drawingEditorPath;
 
-    std::int32_t view = 0;        // 0 all variables, 1 user list only
-    std::int32_t compareMode = 0; // 0 off, 1 on
-    std::int32_t viewOrder = 0;   // 0 to 3
+    ListView view = ListView::All;
+    CompareMode compareMode = CompareMode::Off;
+    ListOrder viewOrder = ListOrder::Letter;
 
     cSysVarList varList;
 

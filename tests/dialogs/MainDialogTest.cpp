@@ -98,9 +98,9 @@ TEST_F(MainDialog, ToolBarButtonsPostTheirCommandsAfterTheClick) {
     open();
     auto pressed = [this](int id) { return d->toolAction(id)->isChecked(); };
     d->toolAction(kButtonSortLetter + 2)->trigger();
-    EXPECT_EQ(context->viewOrder, 0) << "the command waits for the click to end";
+    EXPECT_EQ(context->viewOrder, ListOrder::Letter) << "the command waits for the click to end";
     QCoreApplication::processEvents();
-    EXPECT_EQ(context->viewOrder, 2);
+    EXPECT_EQ(context->viewOrder, ListOrder::ScopeLetter);
     EXPECT_TRUE(pressed(kButtonSortLetter + 2));
     EXPECT_FALSE(pressed(kButtonSortLetter));
     d->toolAction(kButtonAdd)->trigger(); // indeterminate in view 0: no command
@@ -108,11 +108,11 @@ TEST_F(MainDialog, ToolBarButtonsPostTheirCommandsAfterTheClick) {
     EXPECT_TRUE(d->toolAction(kButtonAdd)->property("indeterminate").toBool());
     d->toolAction(kButtonShowList)->trigger();
     QCoreApplication::processEvents();
-    EXPECT_EQ(context->view, 1);
+    EXPECT_EQ(context->view, ListView::UserList);
     EXPECT_FALSE(d->toolAction(kButtonAdd)->property("indeterminate").toBool());
     d->toolAction(kButtonCompare)->trigger();
     QCoreApplication::processEvents();
-    EXPECT_EQ(context->compareMode, 1);
+    EXPECT_EQ(context->compareMode, CompareMode::On);
     EXPECT_EQ(d->toolBarImages[18].pixmap(16, 16).toImage(), moduleIconPixmap(kIconCompareOn).toImage());
 }
 

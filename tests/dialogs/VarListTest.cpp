@@ -74,18 +74,23 @@ TEST(VarListRows, FilterOfViewAndCompareModeLeavesOutEmptyGroups) {
     const std::vector<OrderCase> cases = {
         {"user list, drawing scope first",
          3,
-         {1, 0},
+         {ListView::UserList, CompareMode::Off},
          {"0 " + drawing, "1 [Anzeige] 5", "2 VIEWCTR 0", "1 [Einheiten] 5", "2 LUPREC 0"}},
-        {"compare narrows the user list; an empty new text differs", 0, {1, 1}, {"0 [V] 4", "1 VIEWCTR 0"}},
-        {"compare narrows view 0 too", 1, {0, 1}, {"0 [Anzeige] 5", "1 VIEWCTR 0"}},
+        {"compare narrows the user list; an empty new text differs",
+         0,
+         {ListView::UserList, CompareMode::On},
+         {"0 [V] 4", "1 VIEWCTR 0"}},
+        {"compare narrows view 0 too", 1, {ListView::All, CompareMode::On}, {"0 [Anzeige] 5", "1 VIEWCTR 0"}},
     };
     for (const OrderCase& c : cases)
-        EXPECT_EQ(render(buildListRows(f.list, c.order, c.filter)), c.rows) << c.name;
+        EXPECT_EQ(render(buildListRows(f.list, listOrderAt(c.order), c.filter)), c.rows) << c.name;
 
     f.at("VIEWCTR").clearInUserList();
-    EXPECT_TRUE(buildListRows(f.list, 0, {0, 1}).empty()) << "all new values equal the current ones";
+    EXPECT_TRUE(buildListRows(f.list, ListOrder::Letter, {ListView::All, CompareMode::On}).empty())
+        << "all new values equal the current ones";
     f.at("LUPREC").clearInUserList();
-    EXPECT_TRUE(buildListRows(f.list, 2, {1, 0}).empty()) << "an empty user list";
+    EXPECT_TRUE(buildListRows(f.list, ListOrder::ScopeLetter, {ListView::UserList, CompareMode::Off}).empty())
+        << "an empty user list";
 }
 
 // ---- the painted look ----
@@ -101,9 +106,11 @@ TEST(VarListLook, ImageIndentByOrderAndKind) {
         int indent;
     };
     // Records sit one level deeper in the scope orders; there a scope header stands at the left.
-    const Case cases[] = {{1, true, 1, 20}, {2, true, 0, 40}, {1, false, 5, 0}, {3, false, 5, 20}, {3, false, 0, 0}};
+    const Case cases[] = {
+        {1, true, 1, 20}, {2, true, 0, 40}, {1, false, 5, 0}, {3, false, 5, 20}, {3, false, 0, 0}};
     for (const Case& c : cases)
-        EXPECT_EQ(lookOfRow("x", c.image, c.record ? &f.at("LUPREC") : nullptr, c.order, false, kPalette)
+        EXPECT_EQ(lookOfRow("x", c.image, c.record ? &f.at("LUPREC") : nullptr, listOrderAt(c.order), false,
+                            kPalette)
                       .imageIndent,
                   c.indent)
             << "order " << c.order << (c.record ? " record" : " header") << " image " << c.image;
@@ -111,10 +118,10 @@ TEST(VarListLook, ImageIndentByOrderAndKind) {
 
 TEST(VarListLook, ColumnZeroIsCutAt255Characters) {
     const QString name = QString(14, ' ') + QString(300, QChar(0x00C4)); // "Ä", two bytes in UTF-8
-    const RowLook look = lookOfRow(name, 0, nullptr, 0, false, kPalette);
+    const RowLook look = lookOfRow(name, 0, nullptr, ListOrder::Letter, false, kPalette);
     EXPECT_EQ(look.texts[0].size(), 255);
     EXPECT_TRUE(look.texts[0].startsWith(QString(14, ' ')));
-    EXPECT_EQ(lookOfRow("short", 0, nullptr, 0, false, kPalette).texts[0], "short");
+    EXPECT_EQ(lookOfRow("short", 0, nullptr, ListOrder::Letter, false, kPalette).texts[0], "short");
 }
 
 // ---- the view ----
@@ -125,7 +132,7 @@ protected:
         view.setModel(&model);
         view.resize(400, 400);
         view.show();
-        model.setRows(buildListRows(f.list, 0, {}));
+        model.setRows(buildListRows(f.list, ListOrder::Letter, {}));
     }
     int current() const { return view.currentIndex().row(); }
     void key(Qt::Key k) { QTest::keyClick(&view, k); }

@@ -28,7 +28,7 @@ protected:
         addRecord("2", "OSMODE", "+-", "4133");
         addRecord("2", "VIEWCTR", "-+", "0 0 0");
         context->varList.findName("LUPREC")->setInUserList();
-        context->viewOrder = 0;
+        context->viewOrder = ListOrder::Letter;
         context->selectionPosX = 30;
         context->selectionPosY = 40;
         context->selectionSizeX = 600;
@@ -81,7 +81,7 @@ std::string blanks(int n) {
 // The letter order with current values is in the scenario dialogs_remember.
 // A record marked selected comes up selected when it has a row, and the mark is cleared.
 TEST_F(SelectionDialog, ShowsEveryVariableInTheMainDialogsOrder) {
-    context->viewOrder = 1;
+    context->viewOrder = ListOrder::Theme;
     context->varList.findName("OSMODE")->setSelected();
     auto d = open();
     // Unknown themes gather under the default theme; the user list's LUPREC is not selected.

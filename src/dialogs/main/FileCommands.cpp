@@ -60,12 +60,12 @@ bool writeWithBlankSeparator(cSysVarList& list, const std::string& directory, co
 bool cDlgVarDesk::NewList() {
     cSysVarList& list = m_context.varList;
     // The user sees the entries the question is about.
-    OnShowView(1);
+    OnShowView(ListView::UserList);
     if (list.hasUserEntries() && !askYesNo(gMsg.TxVarLoaded))
         return false;
     list.userFileName = gMsg.TxNewVarFile;
     list.clearAllNewValues();
-    OnShowView(1);
+    OnShowView(ListView::UserList);
     return true;
 }
 
@@ -86,7 +86,7 @@ void cDlgVarDesk::OpenList() {
     // After a failed read the title keeps its last name, though the next Save writes to the new one.
     if (result != 0)
         RefreshTitle();
-    m_context.view = 1;
+    m_context.view = ListView::UserList;
     applyMenuMarks();
     m_menuBar->update();
     applyToolMarks();
@@ -95,7 +95,7 @@ void cDlgVarDesk::OpenList() {
 
 void cDlgVarDesk::SaveList() {
     cSysVarList& list = m_context.varList;
-    if (m_context.view == 0) {
+    if (m_context.view == ListView::All) {
         SaveListAs();
         return;
     }
@@ -115,7 +115,7 @@ void cDlgVarDesk::SaveListAs() {
     cSysVarList& list = m_context.varList;
     const std::string initialFile = list.userDirectory + list.userFileName;
 
-    if (m_context.view == 0) {
+    if (m_context.view == ListView::All) {
         // The selected rows, headers included, decide; the file holds a list for later use and
         // changes neither the user list nor its file name.
         if (listCtrl->selectedCount() == 0) {
@@ -166,7 +166,7 @@ void cDlgVarDesk::AfterConfiguration() {
     if (m_context.avlFilePath == list.avlDirectory + list.avlFileName)
         return;
     if (list.hasUserEntries() && askYesNo(gMsg.TxNewAcadListSelected + " " + gMsg.TxSaveUserList)) {
-        m_context.view = 1;
+        m_context.view = ListView::UserList;
         SaveListAs();
     }
     // The rows and currentVar point at the records that clearAll deletes.
@@ -175,7 +175,7 @@ void cDlgVarDesk::AfterConfiguration() {
     list.clearAll();
     m_context.errorCount = 0;
     runLoadStep(m_context, errorLines, runCode);
-    OnShowView(0);
+    OnShowView(ListView::All);
 }
 
 void cDlgVarDesk::OnFileNew() {

@@ -181,7 +181,7 @@ void cDlgVarDesk::WriteMarkedVariables() {
 // ---- compare ----
 
 void cDlgVarDesk::OnCompare() {
-    m_context.compareMode = m_context.compareMode == 0 ? 1 : 0;
+    m_context.compareMode = m_context.compareMode == CompareMode::Off ? CompareMode::On : CompareMode::Off;
     applyMenuMarks();
     m_menuBar->update();
     applyToolMarks(); // also replaces image 18 by the icon of the new state
@@ -198,7 +198,7 @@ void cDlgVarDesk::OnFind() {
         return;
     MainFindOwner owner(*this);
     find->setOwner(&owner);
-    find->setLimitToUserList(m_context.view == 1);
+    find->setLimitToUserList(m_context.view == ListView::UserList);
     runDialog(*find);
     delete find;
 }

@@ -256,14 +256,14 @@ void cDlgVarDesk::applyMenuMarks() {
         if (QAction* a = menuAction(id))
             a->setChecked(on);
     };
-    check(kShowAll, m_context.view == 0);
-    check(kShowList, m_context.view == 1);
-    for (int n = 0; n < 4; ++n)
-        check(kSortLetter + n, m_context.viewOrder == n);
-    check(kCompare, m_context.compareMode == 1);
+    check(kShowAll, m_context.view == ListView::All);
+    check(kShowList, m_context.view == ListView::UserList);
+    for (int n = 0; n < kListOrderCount; ++n)
+        check(kSortLetter + n, m_context.viewOrder == listOrderAt(n));
+    check(kCompare, m_context.compareMode == CompareMode::On);
     for (int id : {kAdd, kDelete})
         if (QAction* a = menuAction(id))
-            a->setEnabled(m_context.view == 1);
+            a->setEnabled(m_context.view == ListView::UserList);
 }
 
 void cDlgVarDesk::applyToolMarks() {
@@ -280,20 +280,20 @@ void cDlgVarDesk::applyToolMarks() {
     for (int i = 0; i < kButtonCount; ++i)
         if (m_toolActions[i])
             m_toolActions[i]->setChecked(false);
-    const bool compare = m_context.compareMode == 1;
+    const bool compare = m_context.compareMode == CompareMode::On;
     toolBarImages[kButtonCompare - kFirstButton] = moduleIcon(compare ? kIconCompareOn : kIconCompareOff);
-    mark(kButtonShowAll, m_context.view == 0, false);
-    mark(kButtonShowList, m_context.view == 1, false);
-    mark(kButtonAdd, false, m_context.view == 0);
-    mark(kButtonDelete, false, m_context.view == 0);
-    for (int n = 0; n < 4; ++n)
-        mark(kButtonSortLetter + n, m_context.viewOrder == n, false);
+    mark(kButtonShowAll, m_context.view == ListView::All, false);
+    mark(kButtonShowList, m_context.view == ListView::UserList, false);
+    mark(kButtonAdd, false, m_context.view == ListView::All);
+    mark(kButtonDelete, false, m_context.view == ListView::All);
+    for (int n = 0; n < kListOrderCount; ++n)
+        mark(kButtonSortLetter + n, m_context.viewOrder == listOrderAt(n), false);
     mark(kButtonCompare, compare, false);
 }
 
 void cDlgVarDesk::RefreshTitle() {
     std::string title;
-    if (m_context.view == 1)
+    if (m_context.view == ListView::UserList)
         title = formatText("%s - %s - [%s]", gMsg.TiVarDesk.c_str(), m_context.drawingFileName.c_str(),
                            m_context.varList.userFileName.c_str());
     else
@@ -551,16 +551,16 @@ void cDlgVarDesk::OnCommand(int id) {
         OnFind();
         break;
     case kShowAll:
-        OnShowView(0);
+        OnShowView(ListView::All);
         break;
     case kShowList:
-        OnShowView(1);
+        OnShowView(ListView::UserList);
         break;
     case kSortLetter:
     case kSortTheme:
     case kSortGlobeA:
     case kSortGlobeT:
-        OnSortOrder(id - kSortLetter);
+        OnSortOrder(listOrderAt(id - kSortLetter));
         break;
     case kShowErrorLog:
         OnShowErrorLog();

@@ -134,8 +134,8 @@ private:
     void onToolButton(int buttonId);
 
     // View and order commands.
-    void OnShowView(int view);
-    void OnSortOrder(int order);
+    void OnShowView(ListView view);
+    void OnSortOrder(ListOrder order);
     void OnInfo();
     // Commands of the file and variable command sets; see cDlgVarDeskCommands.cpp.
     void OnFileNew();

@@ -99,7 +99,7 @@ void cDlgVarDesk::OnListStep(cSysVar* record, bool single) {
     }
 }
 
-void cDlgVarDesk::OnShowView(int view) {
+void cDlgVarDesk::OnShowView(ListView view) {
     m_context.view = view;
     RefreshTitle();
     applyMenuMarks();
@@ -109,7 +109,7 @@ void cDlgVarDesk::OnShowView(int view) {
     listCtrl->setFocus(Qt::OtherFocusReason);
 }
 
-void cDlgVarDesk::OnSortOrder(int order) {
+void cDlgVarDesk::OnSortOrder(ListOrder order) {
     if (m_context.viewOrder == order)
         return;
     m_context.viewOrder = order;
