@@ -62,7 +62,7 @@ RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, ListOr
     look.texts[0] = firstCharacters(text0, kMostCharacters);
     look.image = image;
     look.imageIndent = imageIndentOf(record, image, order);
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < kListColumns; ++i) {
         look.backgrounds[i] = palette.window;
         look.foregrounds[i] = palette.windowText;
     }
@@ -77,7 +77,7 @@ RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, ListOr
         look.foregrounds[2] = colourOfRef(record->compareColour);
     }
     if (selected)
-        for (int i = 0; i < 3; ++i) {
+        for (int i = 0; i < kListColumns; ++i) {
             look.backgrounds[i] = palette.highlight;
             look.foregrounds[i] = palette.highlightText;
         }

@@ -30,9 +30,9 @@ struct RowPalette {
 
 // What one row shows, column by column, and where its image stands.
 struct RowLook {
-    QString texts[3];
-    QColor backgrounds[3];
-    QColor foregrounds[3];
+    QString texts[kListColumns];
+    QColor backgrounds[kListColumns];
+    QColor foregrounds[kListColumns];
     int image = 0;
     int imageIndent = 0; // pixels right of the cell margin of column 0
 };

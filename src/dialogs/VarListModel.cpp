@@ -3,6 +3,7 @@
 
 #include "settings/cMsgCatalog.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace {
@@ -138,9 +139,7 @@ std::vector<ListRow> buildListRows(const cSysVarList& list, ListOrder order, con
 // ---- VarListModel ----
 
 VarListModel::VarListModel(int columns, QObject* parent)
-    : QAbstractTableModel(parent), m_columns(columns < 1   ? 1
-                                             : columns > 3 ? 3
-                                                           : columns) {}
+    : QAbstractTableModel(parent), m_columns(std::clamp(columns, 1, kListColumns)) {}
 
 void VarListModel::setRows(std::vector<ListRow> rows) {
     beginResetModel();

@@ -9,6 +9,9 @@
 #include <string>
 #include <vector>
 
+// The columns of a variable list: name, current value, new value. A list may show fewer.
+inline constexpr int kListColumns = 3;
+
 // Roles of column 0 of a list row: the row image's index and the record (a cSysVar*, null for a
 // header row).
 inline constexpr int kRowImageRole = Qt::UserRole + 1;
@@ -76,7 +79,7 @@ public:
 
 private:
     struct Row {
-        std::string texts[3]; // UTF-8
+        std::string texts[kListColumns]; // UTF-8
         int image = 0;
         cSysVar* record = nullptr;
     };

@@ -113,7 +113,7 @@ cDlgVarDesk::cDlgVarDesk(DocumentState& context, QWidget* parent) : QDialog(pare
     placeControl(listCtrl, kList);
     // Columns narrow down to nothing, as the window system's do; a width of 0 is never stored.
     listCtrl->header()->setMinimumSectionSize(0);
-    m_model = new VarListModel(3, this);
+    m_model = new VarListModel(kListColumns, this);
     listCtrl->setModel(m_model);
     connect(listCtrl, &VarListView::rowClicked, this, &cDlgVarDesk::OnListClick);
     connect(listCtrl, &VarListView::rowStepping, this, &cDlgVarDesk::OnListStep);
@@ -434,9 +434,9 @@ void cDlgVarDesk::OnInitDialog() {
 
 void cDlgVarDesk::SaveGeometry() {
     storeWindowRect(*this, m_context.mainPosX, m_context.mainPosY, m_context.mainSizeX, m_context.mainSizeY);
-    const std::array<std::int32_t*, 3> stored = {&m_context.listCtrlFirstCol, &m_context.listCtrlSecCol,
+    const std::array<std::int32_t*, kListColumns> stored = {&m_context.listCtrlFirstCol, &m_context.listCtrlSecCol,
                                                  &m_context.listCtrlThirdCol};
-    for (int column = 0; column < 3; ++column) {
+    for (int column = 0; column < kListColumns; ++column) {
         const int width = listCtrl->isColumnHidden(column) ? 0 : listCtrl->columnWidth(column);
         VarListView::storedWidth(width, *stored[column]);
     }

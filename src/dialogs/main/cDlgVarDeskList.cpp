@@ -24,13 +24,13 @@ void cDlgVarDesk::SetupList() {
         listCtrl->setItemDelegate(new VarListDelegate(*listCtrl, rowImages, m_context.viewOrder, listCtrl));
 
     // The clamped widths stay in the context.
-    std::int32_t* widths[3] = {&m_context.listCtrlFirstCol, &m_context.listCtrlSecCol,
-                               &m_context.listCtrlThirdCol};
-    for (int column = 0; column < 3; ++column)
+    std::int32_t* widths[kListColumns] = {&m_context.listCtrlFirstCol, &m_context.listCtrlSecCol,
+                                          &m_context.listCtrlThirdCol};
+    for (int column = 0; column < kListColumns; ++column)
         *widths[column] = VarListView::clampedStartWidth(column, *widths[column]);
     m_model->clearRows();
     m_model->setHeaderTexts({qs(gMsg.ClVariable), qs(gMsg.ClAcadValue), qs(gMsg.ClNewValue)});
-    for (int column = 0; column < 3; ++column)
+    for (int column = 0; column < kListColumns; ++column)
         listCtrl->setColumnWidth(column, *widths[column]);
 }
 
