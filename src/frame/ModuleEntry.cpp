@@ -8,7 +8,7 @@
 #include "cMsgCatalog.h"
 #include "cResourceScope.h"
 #include "HostLookup.h"
-#include "platform/ModulePath.h"
+#include "ModulePath.h"
 #include "Reactors.h"
 #include "vars/TextHelpers.h"
 

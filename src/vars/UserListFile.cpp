@@ -2,10 +2,10 @@
 #include "UserListFile.h"
 
 #include "AvlFile.h"
-#include "TextHelpers.h"
-#include "platform/RegularFile.h"
-#include "platform/ReplacementFile.h"
+#include "RegularFile.h"
+#include "ReplacementFile.h"
 #include "settings/cMsgCatalog.h"
+#include "TextHelpers.h"
 
 #include <cstdio>
 

@@ -3,7 +3,7 @@
 
 #include "cContext.h"
 #include "cDocCntx.h"
-#include "platform/ProfileFile.h"
+#include "ProfileFile.h"
 #include "settings/cMsgCatalog.h"
 #include "vars/ErrorLog.h"
 
