@@ -134,6 +134,9 @@ struct SessionState {
     QWidget* frame = nullptr;
 
     std::vector<std::unique_ptr<Document>> documents;
+    // Closed documents without their databases: a module may know a document by its address
+    // until it leaves, so no later document may take that address while the session lasts.
+    std::vector<std::unique_ptr<Document>> closedDocuments;
     Document* current = nullptr;
     Document* mdiActive = nullptr;
     int nextDrawingNumber = 1;
@@ -301,7 +304,10 @@ struct SessionState {
         documents.erase(it);
         current = nullptr;
         mdiActive = nullptr;
-        owned.reset(); // the database says goodbye to its reactors
+        owned->db.reset(); // the database says goodbye to its reactors
+        owned->lockModes.clear();
+        owned->definitions.clear();
+        closedDocuments.push_back(std::move(owned));
         tellDocReactors([&](AcApDocManagerReactor* r) { r->documentDestroyed(name.c_str()); });
         if (!documents.empty() && !current)
             activate(documents.back().get());
