@@ -35,6 +35,8 @@ using namespace mainids;
 
 namespace {
 
+constexpr int kPaneIndent = 3; // room between a status pane's frame and its text
+
 struct ToolButton {
     int icon;
     std::string cMsgCatalog::*tip;
@@ -226,6 +228,7 @@ void cDlgVarDesk::CreateStatusBar() {
         pane = new QLabel(statusBar);
         pane->setFrameStyle(QFrame::Panel | QFrame::Raised);
         pane->setTextFormat(Qt::PlainText);
+        pane->setIndent(kPaneIndent);
     }
     statusBar->setGeometry(0, m_client->height(), m_client->width(), 0);
     setStatusParts();
@@ -332,8 +335,10 @@ void cDlgVarDesk::placeFrameParts() {
 void cDlgVarDesk::setStatusParts() {
     const QFontMetrics metrics(statusBar->font());
     auto widthOf = [&metrics](const std::string& text) { return metrics.horizontalAdvance(qs(text)); };
-    const int scopeW = std::max(widthOf(gMsg.StDrawSpecific), widthOf(gMsg.StGlobal));
-    const int modeW = std::max(widthOf(gMsg.StProtected), widthOf(gMsg.StChangeable));
+    // A pane holds its text, its frame on both sides and the indent of the text on both sides.
+    const int frame = 2 * (m_panes[1]->frameWidth() + kPaneIndent);
+    const int scopeW = std::max(widthOf(gMsg.StDrawSpecific), widthOf(gMsg.StGlobal)) + frame;
+    const int modeW = std::max(widthOf(gMsg.StProtected), widthOf(gMsg.StChangeable)) + frame;
     const int right = statusBar->width();
     const std::array<int, 3> edges = {right - modeW - scopeW, right - scopeW, right};
     int left = 0;
