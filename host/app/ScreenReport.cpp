@@ -78,8 +78,10 @@ QJsonObject controlOf(const QWidget* widget, const QWidget* window) {
             for (int row = 0; row < std::min(kRowsReported, view->model()->rowCount()); ++row)
                 rows.append(rectOf(view->visualRect(view->model()->index(row, 0))));
         control["rows"] = rows;
-        if (const auto* tree = qobject_cast<const QTreeView*>(view))
+        if (const auto* tree = qobject_cast<const QTreeView*>(view)) {
             control["current"] = tree->currentIndex().row();
+            control["currentText"] = tree->currentIndex().siblingAtColumn(0).data().toString().trimmed();
+        }
     }
     return control;
 }
