@@ -75,8 +75,10 @@ QString idName(int id) {
 
 // A button that cannot be clicked, drawn grey, while it stays enabled for its state.
 QIcon greyedIcon(const QIcon& icon) {
+    // The sizes of the module's icons, so that a screen at twice the pixels gets a sharp one.
     QIcon grey;
-    grey.addPixmap(icon.pixmap(16, 16, QIcon::Disabled));
+    for (int size : {16, 32, 48})
+        grey.addPixmap(icon.pixmap(QSize(size, size), 1.0, QIcon::Disabled));
     return grey;
 }
 
