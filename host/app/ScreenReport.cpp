@@ -2,8 +2,8 @@
 #include "ScreenReport.h"
 
 #include <QAbstractButton>
-#include <QAction>
 #include <QAbstractItemView>
+#include <QAction>
 #include <QApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -110,14 +110,15 @@ void ScreenReport::writeNow() {
         for (const QWidget* child : window->findChildren<QWidget*>())
             if (child->window() == window && child->isVisibleTo(window))
                 controls.append(controlOf(child, window));
-        windows.append(QJsonObject{{"title", window->windowTitle()},
-                                   {"class", QString::fromLatin1(window->metaObject()->className())},
-                                   {"xid", QString::number(window->winId())},
-                                   {"geometry", rectOf(window->geometry())},
-                                   {"owner", owner ? owner->windowTitle() : QString()},
-                                   {"modal", window->isModal() || window == QApplication::activeModalWidget()},
-                                   {"ratio", window->devicePixelRatio()},
-                                   {"controls", controls}});
+        windows.append(
+            QJsonObject{{"title", window->windowTitle()},
+                        {"class", QString::fromLatin1(window->metaObject()->className())},
+                        {"xid", QString::number(window->winId())},
+                        {"geometry", rectOf(window->geometry())},
+                        {"owner", owner ? owner->windowTitle() : QString()},
+                        {"modal", window->isModal() || window == QApplication::activeModalWidget()},
+                        {"ratio", window->devicePixelRatio()},
+                        {"controls", controls}});
     }
     QSaveFile file(m_path);
     if (!file.open(QIODevice::WriteOnly))

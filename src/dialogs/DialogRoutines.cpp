@@ -79,6 +79,7 @@ int fittedButtonWidth(int templateWidth, std::initializer_list<const QAbstractBu
     int needed = 0;
     for (const QAbstractButton* button : buttons)
         if (button)
-            needed = std::max(needed, button->fontMetrics().horizontalAdvance(button->text()) + 2 * kCaptionMargin);
+            needed = std::max(needed,
+                              button->fontMetrics().horizontalAdvance(button->text()) + 2 * kCaptionMargin);
     return needed > 0 ? std::min(templateWidth, needed) : templateWidth;
 }

@@ -104,7 +104,8 @@ TEST_F(DlgFind2Test, KeepsItsSizeLimitsAndLaysOutTheControls) {
         EXPECT_LE(help.right(), W - 1);
         for (int id : {DlgFind2::kIdSearch, DlgFind2::kIdCancel, DlgFind2::kIdHelp}) {
             const QPushButton* b = control<QPushButton>(d, id);
-            EXPECT_LE(b->fontMetrics().horizontalAdvance(b->text()) + 8, b->width()) << b->text().toStdString();
+            EXPECT_LE(b->fontMetrics().horizontalAdvance(b->text()) + 8, b->width())
+                << b->text().toStdString();
         }
         EXPECT_LT(group.right(), control<QPushButton>(d, DlgFind2::kIdAll)->x());
     }

@@ -1,8 +1,8 @@
 // Tests of the host's system variables through the module's resbuf path, the table file and the
 // globals file. The value rules of the text path (ranges, rounding, clamping, points, read-only,
 // unknown names, scopes) run end to end in host_values.scr and bad_setvar.scr; both paths share them.
-#include "SdkTestSupport.h"
 #include "VariableTable.h"
+#include "SdkTestSupport.h"
 
 #include <cmath>
 #include <fstream>
