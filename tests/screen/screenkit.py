@@ -97,7 +97,8 @@ def dark(rgb, limit=110):
 
 
 class Cadhost:
-    """cadhost in its window mode on the given X server, with a profile folder of its own."""
+    """cadhost in its window mode on the given X server, with a profile folder of its own. Keeps
+    its shots (Cadhost.shot with keep) in its work folder."""
 
     def __init__(self, screen, args=(), env=None, workdir=None):
         self.screen = screen
@@ -206,6 +207,11 @@ class Cadhost:
                 self.process.kill()
                 self.process.wait()
         self.out.close()
+        # The screenshots and the report stay for a look when VARDESK_SCREEN_KEEP is set.
+        if os.environ.get("VARDESK_SCREEN_KEEP"):
+            print(f"screenshots and report kept in {self.work}")
+        else:
+            shutil.rmtree(self.work, ignore_errors=True)
 
 
 def controls(window, path_part, cls=None):

@@ -53,19 +53,17 @@ class ScreenSession(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
+        # Class cleanups run even when this set-up fails half-way, unlike tearDownClass.
         cls.x = kit.Xvfb(cls.screen_size)
+        cls.addClassCleanup(cls.x.stop)
         env = {"QT_SCALE_FACTOR": str(cls.scale)} if cls.scale else {}
         cls.host = kit.Cadhost(cls.x, args=[DRAWING], env=env)
+        cls.addClassCleanup(cls.host.stop)
         cls.host.window("cadhost")
         cls.host.settle(0.5)
         cls.host.command("KOVA_VARDESK")
         cls.host.wait_window(is_main, "of VarDesk")
         cls.host.settle()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.host.stop()
-        cls.x.stop()
 
     def main(self):
         return self.host.wait_window(is_main, "of VarDesk")
