@@ -634,7 +634,7 @@ AcApDocument* HostSession::openDocument(const std::string& path, std::string* me
         }
     auto fail = [&](const std::string& why) -> AcApDocument* {
         if (message)
-            *message = "Cannot open drawing " + path + ": " + why + ".";
+            *message = "Cannot open drawing " + path + ": " + why + (why.ends_with('.') ? "" : ".");
         return nullptr;
     };
     std::error_code ec;
