@@ -143,7 +143,7 @@ TEST_F(SysVars, DamagedGlobalsFileKeepsWhatCanBeReadAndIsMovedAside) {
          "txt.shx", "35"},
         {"{ not json", "are damaged", "simplex.shx", "4133"},
         {R"({"variables": {"OSMODE": 35, "SAVETIME": 9999}})",
-         "are ignored: SAVETIME (SAVETIME: Value must be", "simplex.shx", "35"},
+         "are ignored: SAVETIME (Value must be", "simplex.shx", "35"},
     };
     for (const Case& c : cases) {
         host().shutdown();
