@@ -10,6 +10,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <optional>
 #include <span>
@@ -32,40 +33,27 @@ constexpr std::size_t kMaxExpansions = 200'000;
 constexpr double kTextWidthPerChar = 0.7;
 constexpr double kMTextLineSpacing = 5.0 / 3.0;
 
-std::string_view trim(std::string_view v) {
-    while (!v.empty() && (v.front() == ' ' || v.front() == '\t'))
-        v.remove_prefix(1);
-    while (!v.empty() && (v.back() == ' ' || v.back() == '\t' || v.back() == '\r'))
-        v.remove_suffix(1);
-    return v;
-}
+using dxf::trimmed;
 
+// Coordinates and sizes: finite numbers only.
 bool toDouble(std::string_view v, double& out) {
-    v = trim(v);
-    if (!v.empty() && v.front() == '+')
-        v.remove_prefix(1);
     double d = 0;
-    auto [end, ec] = std::from_chars(v.data(), v.data() + v.size(), d);
-    if (ec != std::errc() || end != v.data() + v.size() || !std::isfinite(d))
+    if (!dxf::parseReal(v, d) || !std::isfinite(d))
         return false;
     out = d;
     return true;
 }
 
 bool toInt(std::string_view v, long& out) {
-    v = trim(v);
-    if (!v.empty() && v.front() == '+')
-        v.remove_prefix(1);
-    long n = 0;
-    auto [end, ec] = std::from_chars(v.data(), v.data() + v.size(), n);
-    if (ec != std::errc() || end != v.data() + v.size())
+    long long n = 0;
+    if (!dxf::parseInteger(v, n) || n < std::numeric_limits<long>::min() || n > std::numeric_limits<long>::max())
         return false;
-    out = n;
+    out = static_cast<long>(n);
     return true;
 }
 
 std::string upperKey(std::string_view v) {
-    std::string key(trim(v));
+    std::string key(trimmed(v));
     for (char& c : key)
         if (c >= 'a' && c <= 'z')
             c = char(c - 'a' + 'A');
@@ -383,7 +371,7 @@ private:
     void readLayers() {
         std::span<const Tag> tables = m_drawing.section("TABLES");
         for (size_t i = 0; i < tables.size(); ++i) {
-            if (tables[i].code != 0 || trim(tables[i].value) != "LAYER")
+            if (tables[i].code != 0 || trimmed(tables[i].value) != "LAYER")
                 continue;
             size_t end = i + 1;
             while (end < tables.size() && tables[end].code != 0)
@@ -407,7 +395,7 @@ private:
         std::span<const Tag> blocks = m_drawing.section("BLOCKS");
         size_t i = 0;
         while (i < blocks.size()) {
-            if (blocks[i].code != 0 || trim(blocks[i].value) != "BLOCK") {
+            if (blocks[i].code != 0 || trimmed(blocks[i].value) != "BLOCK") {
                 ++i;
                 continue;
             }
@@ -415,7 +403,7 @@ private:
             while (headerEnd < blocks.size() && blocks[headerEnd].code != 0)
                 ++headerEnd;
             size_t end = headerEnd;
-            while (end < blocks.size() && !(blocks[end].code == 0 && trim(blocks[end].value) == "ENDBLK"))
+            while (end < blocks.size() && !(blocks[end].code == 0 && trimmed(blocks[end].value) == "ENDBLK"))
                 ++end;
             Groups g(entityGroups(blocks.subspan(i, headerEnd - i)));
             BlockDef def;
@@ -436,12 +424,12 @@ private:
             size_t end = i + 1;
             while (end < tags.size() && tags[end].code != 0)
                 ++end;
-            const std::string_view type = trim(tags[i].value);
+            const std::string_view type = trimmed(tags[i].value);
             std::span<const Tag> entity = tags.subspan(i, end - i);
             if (type == "POLYLINE") {
                 // Its vertices follow as entities of their own, up to SEQEND.
                 std::vector<std::span<const Tag>> vertices;
-                while (end < tags.size() && trim(tags[end].value) == "VERTEX") {
+                while (end < tags.size() && trimmed(tags[end].value) == "VERTEX") {
                     size_t vend = end + 1;
                     while (vend < tags.size() && tags[vend].code != 0)
                         ++vend;
