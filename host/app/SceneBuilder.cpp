@@ -1,43 +1,33 @@
 // SceneBuilder: the walk through the entities and blocks, and the polylines and texts it adds.
 #include "SceneBuilder.h"
 
+#include "DxfTags.h"
+
 #include <algorithm>
-#include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace cadhost {
 
 namespace modelspace {
 
 std::string_view trim(std::string_view v) {
-    while (!v.empty() && (v.front() == ' ' || v.front() == '\t'))
-        v.remove_prefix(1);
-    while (!v.empty() && (v.back() == ' ' || v.back() == '\t' || v.back() == '\r'))
-        v.remove_suffix(1);
-    return v;
+    return dxf::trimmed(v);
 }
 
 bool toDouble(std::string_view v, double& out) {
-    v = trim(v);
-    if (!v.empty() && v.front() == '+')
-        v.remove_prefix(1);
     double d = 0;
-    auto [end, ec] = std::from_chars(v.data(), v.data() + v.size(), d);
-    if (ec != std::errc() || end != v.data() + v.size() || !std::isfinite(d))
+    if (!dxf::parseReal(v, d) || !std::isfinite(d))
         return false;
     out = d;
     return true;
 }
 
 bool toInt(std::string_view v, long& out) {
-    v = trim(v);
-    if (!v.empty() && v.front() == '+')
-        v.remove_prefix(1);
-    long n = 0;
-    auto [end, ec] = std::from_chars(v.data(), v.data() + v.size(), n);
-    if (ec != std::errc() || end != v.data() + v.size())
+    long long n = 0;
+    if (!dxf::parseInteger(v, n) || n < std::numeric_limits<long>::min() || n > std::numeric_limits<long>::max())
         return false;
-    out = n;
+    out = static_cast<long>(n);
     return true;
 }
 

@@ -66,7 +66,10 @@ void SessionState::close(Document* doc) {
     documents.erase(it);
     current = nullptr;
     mdiActive = nullptr;
-    owned.reset(); // the database says goodbye to its reactors
+    owned->db.reset(); // the database says goodbye to its reactors
+    owned->lockModes.clear();
+    owned->definitions.clear();
+    closedDocuments.push_back(std::move(owned));
     tellDocReactors([&](AcApDocManagerReactor* r) { r->documentDestroyed(name.c_str()); });
     if (!documents.empty() && !current)
         activate(documents.back().get());
@@ -137,7 +140,7 @@ AcApDocument* HostSession::openDocument(const std::string& path, std::string* me
         }
     auto fail = [&](const std::string& why) -> AcApDocument* {
         if (message)
-            *message = "Cannot open drawing " + path + ": " + why + ".";
+            *message = "Cannot open drawing " + path + ": " + why + (why.ends_with('.') ? "" : ".");
         return nullptr;
     };
     std::error_code ec;

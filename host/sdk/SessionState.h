@@ -106,6 +106,9 @@ struct SessionState {
     QWidget* frame = nullptr;
 
     std::vector<std::unique_ptr<Document>> documents;
+    // Closed documents without their databases: a module may know a document by its address
+    // until it leaves, so no later document may take that address while the session lasts.
+    std::vector<std::unique_ptr<Document>> closedDocuments;
     Document* current = nullptr;
     Document* mdiActive = nullptr;
     int nextDrawingNumber = 1;

@@ -280,12 +280,13 @@ bool valueFromJson(const VarDef& def, const nlohmann::json& json, VarValue& valu
         break;
     }
     }
+    // The callers name the variable; the message is the sentence behind the name.
     if (!ok) {
-        message = requiresMessage(def);
+        message = std::string("Value must be ") + typeWord(def.type) + ".";
         return false;
     }
     if (std::string why = admitValue(def, v); !why.empty()) {
-        message = def.name + ": " + why;
+        message = why;
         return false;
     }
     value = std::move(v);
