@@ -6,6 +6,7 @@
 
 #include <dlfcn.h>
 
+#include <exception>
 #include <filesystem>
 
 namespace fs = std::filesystem;
@@ -210,10 +211,20 @@ HostResult HostSession::runCommand(const std::string& name) {
     d->tellEditorReactors([&](AcEditorReactor* r) { r->commandWillStart(upper.c_str()); });
     int previous = d->funCode;
     d->funCode = def.code;
-    d->send(*m, AcRx::kInvkSubrMsg);
+    // Whatever a module lets escape ends its command, not the host with its open drawings.
+    std::string escaped;
+    try {
+        d->send(*m, AcRx::kInvkSubrMsg);
+    } catch (const std::exception& e) {
+        escaped = e.what();
+    } catch (...) {
+        escaped = "an unknown exception";
+    }
     d->funCode = previous;
     d->tellEditorReactors([&](AcEditorReactor* r) { r->commandEnded(upper.c_str()); });
     d->flushGlobals();
+    if (!escaped.empty())
+        return HostResult::failure("Command " + upper + " ended with an error: " + escaped + ".");
     return {};
 }
 
