@@ -2,7 +2,7 @@
 #pragma once
 #include "BenchData.h"
 
-#include "platform/ScriptedUiServices.h"
+#include "ScriptedUiServices.h"
 
 #include <benchmark/benchmark.h>
 

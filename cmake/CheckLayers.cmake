@@ -1,30 +1,79 @@
-# Fails when a folder of the module includes a header of a folder above it.
-# Run as: cmake -DSOURCE_DIR=<root> -P CheckLayers.cmake
+# Checks that the folders depend one way: platform/ on nothing of the project, host/ on platform/
+# only, and neither on the module in src/. Run as a test: cmake -DROOT=<source dir> -P CheckLayers.cmake
 #
-# The layers from the bottom up; a folder may include its own headers and those of lower layers.
-# The window-system stand-ins (platform) lie below all of them.
-set(layers settings vars dialogs dialogs/main frame)
+# An include line breaks the order when what it names is a file of a higher layer and not one of
+# the folder's own or of a layer below: by path ("src/..." or "../"), or by a header name that only
+# a higher layer has. The CMake files of the lower layers must not name src/ or a module library.
 
-set(faults "")
-list(LENGTH layers layerCount)
-math(EXPR last "${layerCount} - 1")
-foreach(rank RANGE ${last})
-    list(GET layers ${rank} folder)
-    file(GLOB sources ${SOURCE_DIR}/src/${folder}/*.h ${SOURCE_DIR}/src/${folder}/*.cpp)
+cmake_minimum_required(VERSION 3.22)
+
+if(NOT ROOT)
+    message(FATAL_ERROR "CheckLayers: give -DROOT=<source dir>")
+endif()
+
+set(module_libraries vardesk_vars vardesk_settings vardesk_frame vardesk_dialogs vardesk_main VarDesk)
+
+# The file names (and paths relative to the folder) of every header under the given folders.
+function(headers_of out)
+    set(names)
+    foreach(dir ${ARGN})
+        file(GLOB_RECURSE files RELATIVE ${ROOT}/${dir} ${ROOT}/${dir}/*.h ${ROOT}/${dir}/*.hpp)
+        foreach(f ${files})
+            get_filename_component(name ${f} NAME)
+            list(APPEND names ${name} ${f})
+        endforeach()
+    endforeach()
+    list(REMOVE_DUPLICATES names)
+    set(${out} ${names} PARENT_SCOPE)
+endfunction()
+
+set(failures)
+
+# check_layer(<folder> <folders it may use> ...): every include of <folder> names its own headers,
+# those of the given lower folders, or no header of the project at all.
+function(check_layer folder)
+    headers_of(allowed ${folder} ${ARGN})
+    headers_of(higher src host)
+    file(GLOB_RECURSE sources ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.cpp ${ROOT}/${folder}/*.cpp.in)
     foreach(source ${sources})
-        file(STRINGS ${source} includes REGEX "^[ \t]*#[ \t]*include[ \t]*[\"<][a-z/]+/[^\"<>]*[\">]")
-        foreach(line ${includes})
-            string(REGEX REPLACE "^[^\"<]*[\"<]([^\">]*)[\">].*$" "\\1" header "${line}")
-            get_filename_component(target ${header} DIRECTORY)
-            list(FIND layers ${target} targetRank)
-            if(targetRank GREATER rank)
-                file(RELATIVE_PATH shown ${SOURCE_DIR} ${source})
-                string(APPEND faults "  ${shown} (${folder}) includes ${header} (${target})\n")
+        file(STRINGS ${source} lines REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"]")
+        foreach(line ${lines})
+            string(REGEX REPLACE "^[ \t]*#[ \t]*include[ \t]*[<\"]([^>\"]*)[>\"].*$" "\\1" named "${line}")
+            get_filename_component(name "${named}" NAME)
+            set(bad FALSE)
+            if(named MATCHES "^src/" OR named MATCHES "(^|/)\\.\\./")
+                set(bad TRUE)
+            elseif(NOT named IN_LIST allowed AND NOT name IN_LIST allowed
+                   AND (named IN_LIST higher OR name IN_LIST higher))
+                set(bad TRUE)
+            endif()
+            if(bad)
+                file(RELATIVE_PATH where ${ROOT} ${source})
+                list(APPEND failures "${where}: ${line}")
             endif()
         endforeach()
     endforeach()
-endforeach()
+    file(GLOB_RECURSE cmake_files ${ROOT}/${folder}/CMakeLists.txt ${ROOT}/${folder}/*.cmake)
+    foreach(cmake_file ${cmake_files})
+        file(READ ${cmake_file} text)
+        file(RELATIVE_PATH where ${ROOT} ${cmake_file})
+        if(text MATCHES "CMAKE_SOURCE_DIR}/src")
+            list(APPEND failures "${where}: names the module's folder src/")
+        endif()
+        foreach(library ${module_libraries})
+            if(text MATCHES "[ \t\n(]${library}[ \t\n)]")
+                list(APPEND failures "${where}: links the module's library ${library}")
+            endif()
+        endforeach()
+    endforeach()
+    set(failures ${failures} PARENT_SCOPE)
+endfunction()
 
-if(faults)
-    message(FATAL_ERROR "A folder includes one above it:\n${faults}")
+check_layer(platform)
+check_layer(host platform)
+
+if(failures)
+    list(JOIN failures "\n  " text)
+    message(FATAL_ERROR "A lower layer reaches up:\n  ${text}")
 endif()
+message(STATUS "Layers: platform/ and host/ include nothing from the layers above them")

@@ -2,6 +2,7 @@
 #include "UiAutomation.h"
 
 #include "CommandWords.h"
+#include "UiAutomationControls.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -36,29 +37,7 @@
 
 namespace cadhost {
 
-namespace {
-
-using Print = std::function<void(const std::string&)>;
-
-UiAutomation::PopupHandler& popupHandler() {
-    static UiAutomation::PopupHandler handler;
-    return handler;
-}
-
-// Runs the popup handler once a menu is open: from the menu's own loop when the control runs it
-// with exec(), or from the events flushed after the line when it uses popup().
-void armPopupHandler() {
-    QTimer::singleShot(0, [] {
-        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        if (menu && popupHandler())
-            popupHandler()(*menu);
-    });
-}
-using Outcome = UiAutomation::Outcome;
-
-Outcome stop(std::string message) {
-    return {false, std::move(message)};
-}
+namespace automation {
 
 // The numeric id of an object, or -1 when its name is not a number.
 int numericId(const QObject* object) {
@@ -70,41 +49,8 @@ int numericId(const QObject* object) {
     return ok && id >= 0 ? id : -1;
 }
 
-bool parseInt(const std::string& text, int& value) {
-    bool ok = false;
-    value = QString::fromStdString(text).toInt(&ok);
-    return ok;
-}
-
 std::string str(const QString& text) {
     return text.toStdString();
-}
-
-// A dump text: quoted, and a line end kept on the line as \n.
-std::string dumpText(const QString& text) {
-    QString flat = text;
-    flat.remove(QLatin1Char('\r'));
-    std::string q = quoted(str(flat));
-    std::string out;
-    for (char c : q) {
-        if (c == '\n')
-            out += "\\n";
-        else
-            out += c;
-    }
-    return out;
-}
-
-std::string colourText(const QColor& colour) {
-    return str(colour.name(QColor::HexRgb).toUpper());
-}
-
-QColor colourOf(const QVariant& value, const QColor& fallback) {
-    if (value.canConvert<QBrush>() && value.userType() == QMetaType::QBrush)
-        return value.value<QBrush>().color();
-    if (value.userType() == QMetaType::QColor)
-        return value.value<QColor>();
-    return fallback;
 }
 
 // The widget belongs to window itself, not to a dialog or window opened below it.
@@ -143,16 +89,51 @@ std::vector<QAction*> allActions(QWidget& window) {
     return out;
 }
 
+void flushEvents() {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+}
+
+} // namespace automation
+
+using namespace automation;
+
+namespace {
+
+using Print = std::function<void(const std::string&)>;
+using Words = std::vector<std::string>;
+
+UiAutomation::PopupHandler& popupHandler() {
+    static UiAutomation::PopupHandler handler;
+    return handler;
+}
+
+// Runs the popup handler once a menu is open: from the menu's own loop when the control runs it
+// with exec(), or from the events flushed after the line when it uses popup().
+void armPopupHandler() {
+    QTimer::singleShot(0, [] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (menu && popupHandler())
+            popupHandler()(*menu);
+    });
+}
+using Outcome = UiAutomation::Outcome;
+
+Outcome stop(std::string message) {
+    return {false, std::move(message)};
+}
+
+bool parseInt(const std::string& text, int& value) {
+    bool ok = false;
+    value = QString::fromStdString(text).toInt(&ok);
+    return ok;
+}
+
 QAction* findAction(QWidget& window, int id) {
     for (QAction* a : allActions(window))
         if (numericId(a) == id)
             return a;
     return nullptr;
-}
-
-void flushEvents() {
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
 }
 
 void giveFocus(QWidget* control) {
@@ -242,126 +223,6 @@ bool replaceText(QWidget* control, const QString& text) {
     return false;
 }
 
-// ---- dump helpers ----
-
-QString fieldText(QWidget* w, bool& readOnly) {
-    readOnly = !w->isEnabled();
-    if (auto* e = qobject_cast<QLineEdit*>(w)) {
-        readOnly = readOnly || e->isReadOnly();
-        return e->text();
-    }
-    if (auto* e = qobject_cast<QTextEdit*>(w)) {
-        readOnly = readOnly || e->isReadOnly();
-        return e->toPlainText();
-    }
-    if (auto* e = qobject_cast<QPlainTextEdit*>(w)) {
-        readOnly = readOnly || e->isReadOnly();
-        return e->toPlainText();
-    }
-    if (auto* c = qobject_cast<QComboBox*>(w)) {
-        readOnly = readOnly || !c->isEditable();
-        return c->currentText();
-    }
-    if (auto* s = qobject_cast<QAbstractSpinBox*>(w)) {
-        readOnly = readOnly || s->isReadOnly();
-        return s->text();
-    }
-    if (auto* l = qobject_cast<QLabel*>(w)) {
-        readOnly = true;
-        return l->text();
-    }
-    return {};
-}
-
-bool isField(QWidget* w) {
-    return qobject_cast<QLineEdit*>(w) || qobject_cast<QTextEdit*>(w) || qobject_cast<QPlainTextEdit*>(w) ||
-           qobject_cast<QComboBox*>(w) || qobject_cast<QAbstractSpinBox*>(w) || qobject_cast<QLabel*>(w);
-}
-
-bool insideStatusBar(QWidget* w, QWidget* window) {
-    for (QWidget* p = w->parentWidget(); p && p != window; p = p->parentWidget())
-        if (qobject_cast<QStatusBar*>(p))
-            return true;
-    return false;
-}
-
-// A line edit inside a combo or spin box is part of that control, not a field of its own.
-bool insideCompositeControl(QWidget* w, QWidget* window) {
-    for (QWidget* p = w->parentWidget(); p && p != window; p = p->parentWidget())
-        if (qobject_cast<QComboBox*>(p) || qobject_cast<QAbstractSpinBox*>(p))
-            return true;
-    return false;
-}
-
-int columnWidth(QAbstractItemView* view, int column) {
-    if (auto* t = qobject_cast<QTableView*>(view))
-        return t->isColumnHidden(column) ? 0 : t->columnWidth(column);
-    if (auto* t = qobject_cast<QTreeView*>(view))
-        return t->isColumnHidden(column) ? 0 : t->columnWidth(column);
-    return view->viewport()->width();
-}
-
-QVariantMap paintedCell(QAbstractItemView* view, const QModelIndex& index) {
-    QVariantMap painted;
-    QAbstractItemDelegate* delegate = view->itemDelegateForIndex(index);
-    if (!delegate)
-        return painted;
-    const QMetaObject* meta = delegate->metaObject();
-    if (meta->indexOfMethod("automationCell(QModelIndex)") < 0)
-        return painted;
-    QMetaObject::invokeMethod(delegate, "automationCell", Qt::DirectConnection,
-                              Q_RETURN_ARG(QVariantMap, painted), Q_ARG(QModelIndex, index));
-    return painted;
-}
-
-QString cellText(QAbstractItemView* view, const QModelIndex& index, const QVariantMap& painted) {
-    return painted.contains("text") ? painted.value("text").toString()
-                                    : view->model()->data(index, Qt::DisplayRole).toString();
-}
-
-void dumpList(QAbstractItemView* view, int id, std::vector<std::string>& out) {
-    QAbstractItemModel* model = view->model();
-    if (!model)
-        return;
-    const int columns = model->columnCount();
-    for (int c = 0; c < columns; ++c)
-        out.push_back("COLUMN " + std::to_string(id) + " " + std::to_string(c) + " " +
-                      dumpText(model->headerData(c, Qt::Horizontal, Qt::DisplayRole).toString()) + " " +
-                      std::to_string(columnWidth(view, c)));
-    const QColor base = view->palette().color(QPalette::Base);
-    const QColor textColour = view->palette().color(QPalette::Text);
-    QItemSelectionModel* selection = view->selectionModel();
-    const int rows = model->rowCount();
-    for (int r = 0; r < rows; ++r) {
-        std::string texts, colours;
-        QColor background = base;
-        int image = -1;
-        for (int c = 0; c < columns; ++c) {
-            const QModelIndex index = model->index(r, c);
-            const QVariantMap painted = paintedCell(view, index);
-            const QString text = cellText(view, index, painted);
-            QColor fg = painted.contains("foreground")
-                            ? painted.value("foreground").value<QColor>()
-                            : colourOf(model->data(index, Qt::ForegroundRole), textColour);
-            if (c == 0) {
-                background = painted.contains("background")
-                                 ? painted.value("background").value<QColor>()
-                                 : colourOf(model->data(index, Qt::BackgroundRole), base);
-                QVariant img =
-                    painted.contains("image") ? painted.value("image") : model->data(index, Qt::UserRole + 1);
-                bool ok = false;
-                int value = img.toInt(&ok);
-                image = img.isValid() && ok ? value : -1;
-            }
-            texts += " " + dumpText(text);
-            colours += " " + colourText(fg);
-        }
-        const bool selected = selection && selection->isSelected(model->index(r, 0));
-        out.push_back("ROW " + std::to_string(id) + " " + std::to_string(r) + " " + std::to_string(image) +
-                      (selected ? " selected" : " -") + texts + " " + colourText(background) + colours);
-    }
-}
-
 // ---- the lines ----
 
 Outcome needArgs(const std::vector<std::string>& words, size_t min, size_t max, const char* usage) {
@@ -381,7 +242,7 @@ Outcome controlArg(QWidget& window, const std::string& word, QWidget*& control) 
     return {};
 }
 
-Outcome doCmd(QDialog& window, const std::vector<std::string>& words) {
+Outcome doCmd(QDialog& window, const Words& words, const Print&) {
     int id = 0;
     if (!parseInt(words[1], id))
         return stop("\"" + words[1] + "\" is no command id");
@@ -396,7 +257,7 @@ Outcome doCmd(QDialog& window, const std::vector<std::string>& words) {
     return stop("the window has no command " + words[1]);
 }
 
-Outcome doClick(QDialog& window, const std::vector<std::string>& words) {
+Outcome doClick(QDialog& window, const Words& words, const Print&) {
     QWidget* control = nullptr;
     if (Outcome o = controlArg(window, words[1], control); !o.ok)
         return o;
@@ -411,8 +272,8 @@ Outcome doClick(QDialog& window, const std::vector<std::string>& words) {
     return {};
 }
 
-Outcome doRightClick(QDialog& window, const std::vector<std::string>& words) {
-    if (words.size() != 2 && words.size() != 4)
+Outcome doRightClick(QDialog& window, const Words& words, const Print&) {
+    if (words.size() == 3)
         return stop("usage: > rclick ID [X Y]");
     QWidget* control = nullptr;
     if (Outcome o = controlArg(window, words[1], control); !o.ok)
@@ -436,7 +297,7 @@ Outcome doRightClick(QDialog& window, const std::vector<std::string>& words) {
     return {};
 }
 
-Outcome doText(QDialog& window, const std::vector<std::string>& words) {
+Outcome doText(QDialog& window, const Words& words, const Print&) {
     QWidget* control = nullptr;
     if (Outcome o = controlArg(window, words[1], control); !o.ok)
         return o;
@@ -446,7 +307,7 @@ Outcome doText(QDialog& window, const std::vector<std::string>& words) {
     return {};
 }
 
-Outcome doKey(QDialog& window, const std::vector<std::string>& words) {
+Outcome doKey(QDialog& window, const Words& words, const Print&) {
     QWidget* control = nullptr;
     if (Outcome o = controlArg(window, words[1], control); !o.ok)
         return o;
@@ -465,7 +326,7 @@ Outcome doKey(QDialog& window, const std::vector<std::string>& words) {
     return {};
 }
 
-Outcome doSelect(QDialog& window, const std::vector<std::string>& words) {
+Outcome doSelect(QDialog& window, const Words& words, const Print&) {
     QWidget* control = nullptr;
     if (Outcome o = controlArg(window, words[1], control); !o.ok)
         return o;
@@ -508,7 +369,7 @@ Outcome doSelect(QDialog& window, const std::vector<std::string>& words) {
 }
 
 // A column's width set as a drag of its header's divider sets it: the header tells the view.
-Outcome doWidth(QDialog& window, const std::vector<std::string>& words) {
+Outcome doWidth(QDialog& window, const Words& words, const Print&) {
     QWidget* control = nullptr;
     if (Outcome o = controlArg(window, words[1], control); !o.ok)
         return o;
@@ -528,18 +389,79 @@ Outcome doWidth(QDialog& window, const std::vector<std::string>& words) {
     return {};
 }
 
-Outcome doResizeMove(QDialog& window, const std::vector<std::string>& words, bool resize) {
-    int a = 0, b = 0;
-    if (!parseInt(words[1], a) || !parseInt(words[2], b))
-        return stop(std::string(resize ? "resize" : "move") + " needs two whole numbers");
-    if (resize) {
-        const QSize frameExtra = window.frameGeometry().size() - window.size();
-        window.resize(a - frameExtra.width(), b - frameExtra.height());
-    } else {
-        window.move(a, b);
-    }
+Outcome doResize(QDialog& window, const Words& words, const Print&) {
+    int width = 0, height = 0;
+    if (!parseInt(words[1], width) || !parseInt(words[2], height))
+        return stop("resize needs two whole numbers");
+    const QSize frameExtra = window.frameGeometry().size() - window.size();
+    window.resize(width - frameExtra.width(), height - frameExtra.height());
     return {};
 }
+
+Outcome doMove(QDialog& window, const Words& words, const Print&) {
+    int x = 0, y = 0;
+    if (!parseInt(words[1], x) || !parseInt(words[2], y))
+        return stop("move needs two whole numbers");
+    window.move(x, y);
+    return {};
+}
+
+Outcome doDump(QDialog& window, const Words&, const Print& print) {
+    flushEvents();
+    for (const auto& line : UiAutomation::dump(window))
+        print(line);
+    return {};
+}
+
+Outcome doShot(QDialog& window, const Words& words, const Print&) {
+    flushEvents();
+    if (!window.grab().save(QString::fromStdString(words[1]), "PNG"))
+        return stop("cannot write the picture \"" + words[1] + "\"");
+    return {};
+}
+
+Outcome doClose(QDialog& window, const Words&, const Print&) {
+    window.close();
+    return {};
+}
+
+// Boxes and file dialogs take these lines when they ask; a window line has none to answer.
+Outcome noBox(QDialog&, const Words&, const Print&) {
+    return stop("no message box asks for an answer");
+}
+
+Outcome noFileDialog(QDialog&, const Words&, const Print&) {
+    return stop("no file dialog asks for a file");
+}
+
+// A verb of the window lines: its name (upper case), how many words may follow it, the usage
+// shown when their count is wrong, and what it does.
+struct Verb {
+    const char* name;
+    size_t minArgs;
+    size_t maxArgs;
+    const char* usage;
+    Outcome (*handler)(QDialog& window, const Words& words, const Print& print);
+};
+
+constexpr size_t kAnyCount = static_cast<size_t>(-1);
+
+constexpr Verb kVerbs[] = {
+    {"CMD", 1, 1, "cmd ID", doCmd},
+    {"CLICK", 1, 1, "click ID", doClick},
+    {"RCLICK", 1, 3, "rclick ID [X Y]", doRightClick},
+    {"TEXT", 2, 2, "text ID \"...\"", doText},
+    {"KEY", 2, 2, "key ID KEY", doKey},
+    {"SELECT", 2, 1000, "select ID ROW...", doSelect},
+    {"RESIZE", 2, 2, "resize W H", doResize},
+    {"MOVE", 2, 2, "move X Y", doMove},
+    {"WIDTH", 3, 3, "width ID COLUMN PIXELS", doWidth},
+    {"DUMP", 0, 0, "dump", doDump},
+    {"SHOT", 1, 1, "shot PATH", doShot},
+    {"CLOSE", 0, 0, "close", doClose},
+    {"ANSWER", 0, kAnyCount, "answer ...", noBox},
+    {"FILE", 0, kAnyCount, "file ...", noFileDialog},
+};
 
 } // namespace
 
@@ -573,142 +495,16 @@ Outcome UiAutomation::apply(QDialog& window, const std::vector<std::string>& wor
     if (words.empty())
         return stop("a window line needs a verb after '>'");
     const std::string verb = upperCase(words[0]);
-    Outcome result;
-    if (verb == "CMD") {
-        if (result = needArgs(words, 1, 1, "cmd ID"); result.ok)
-            result = doCmd(window, words);
-    } else if (verb == "CLICK") {
-        if (result = needArgs(words, 1, 1, "click ID"); result.ok)
-            result = doClick(window, words);
-    } else if (verb == "RCLICK") {
-        result = doRightClick(window, words);
-    } else if (verb == "TEXT") {
-        if (result = needArgs(words, 2, 2, "text ID \"...\""); result.ok)
-            result = doText(window, words);
-    } else if (verb == "KEY") {
-        if (result = needArgs(words, 2, 2, "key ID KEY"); result.ok)
-            result = doKey(window, words);
-    } else if (verb == "SELECT") {
-        if (result = needArgs(words, 2, 1000, "select ID ROW..."); result.ok)
-            result = doSelect(window, words);
-    } else if (verb == "RESIZE" || verb == "MOVE") {
-        if (result = needArgs(words, 2, 2, verb == "RESIZE" ? "resize W H" : "move X Y"); result.ok)
-            result = doResizeMove(window, words, verb == "RESIZE");
-    } else if (verb == "WIDTH") {
-        if (result = needArgs(words, 3, 3, "width ID COLUMN PIXELS"); result.ok)
-            result = doWidth(window, words);
-    } else if (verb == "DUMP") {
-        if (result = needArgs(words, 0, 0, "dump"); result.ok) {
-            flushEvents();
-            for (const auto& line : dump(window))
-                print(line);
-        }
-    } else if (verb == "SHOT") {
-        if (result = needArgs(words, 1, 1, "shot PATH"); result.ok) {
-            flushEvents();
-            if (!window.grab().save(QString::fromStdString(words[1]), "PNG"))
-                result = stop("cannot write the picture \"" + words[1] + "\"");
-        }
-    } else if (verb == "CLOSE") {
-        if (result = needArgs(words, 0, 0, "close"); result.ok)
-            window.close();
-    } else if (verb == "ANSWER") {
-        result = stop("no message box asks for an answer");
-    } else if (verb == "FILE") {
-        result = stop("no file dialog asks for a file");
-    } else {
-        result = stop("unknown window line \"" + words[0] + "\"");
-    }
+    const auto known =
+        std::find_if(std::begin(kVerbs), std::end(kVerbs), [&](const Verb& v) { return verb == v.name; });
+    if (known == std::end(kVerbs))
+        return stop("unknown window line \"" + words[0] + "\"");
+    Outcome result = needArgs(words, known->minArgs, known->maxArgs, known->usage);
+    if (result.ok)
+        result = known->handler(window, words, print);
     if (result.ok)
         flushEvents();
     return result;
-}
-
-std::vector<std::vector<std::string>> UiAutomation::listTexts(QWidget& window, int id) {
-    std::vector<std::vector<std::string>> rows;
-    auto* view = qobject_cast<QAbstractItemView*>(findControl(window, id));
-    QAbstractItemModel* model = view ? view->model() : nullptr;
-    if (!model)
-        return rows;
-    flushEvents();
-    const int columns = model->columnCount();
-    for (int r = 0; r < model->rowCount(); ++r) {
-        std::vector<std::string> texts;
-        for (int c = 0; c < columns; ++c) {
-            const QModelIndex index = model->index(r, c);
-            texts.push_back(str(cellText(view, index, paintedCell(view, index))));
-        }
-        rows.push_back(std::move(texts));
-    }
-    return rows;
-}
-
-std::vector<std::string> UiAutomation::dump(QWidget& window) {
-    std::vector<std::string> out;
-    const QRect frame = window.frameGeometry();
-    out.push_back("WINDOW " + std::to_string(window.property("templateId").toInt()) + " " +
-                  dumpText(window.windowTitle()) + " " + std::to_string(frame.x()) + " " +
-                  std::to_string(frame.y()) + " " + std::to_string(frame.width()) + " " +
-                  std::to_string(frame.height()));
-
-    std::map<int, QWidget*> fields;
-    std::map<int, QAbstractItemView*> lists;
-    for (QWidget* w : window.findChildren<QWidget*>()) {
-        const int id = numericId(w);
-        if (id < 0 || !ownedBy(w, &window) || !w->isVisibleTo(&window))
-            continue;
-        if (auto* view = qobject_cast<QAbstractItemView*>(w)) {
-            lists.emplace(id, view);
-            continue;
-        }
-        if (isField(w) && !insideStatusBar(w, &window) && !insideCompositeControl(w, &window))
-            fields.emplace(id, w);
-    }
-    for (const auto& [id, w] : fields) {
-        bool readOnly = false;
-        const QString text = fieldText(w, readOnly);
-        out.push_back("FIELD " + std::to_string(id) + " " + dumpText(text) +
-                      (readOnly ? " readonly" : " writable"));
-    }
-
-    for (QStatusBar* bar : window.findChildren<QStatusBar*>()) {
-        if (!ownedBy(bar, &window))
-            continue;
-        std::string line = "STATUS";
-        for (QLabel* pane : bar->findChildren<QLabel*>(Qt::FindDirectChildrenOnly))
-            line += " " + dumpText(pane->text());
-        // Panes added with addWidget are re-parented inside the bar's own layout holder.
-        if (line == "STATUS")
-            for (QLabel* pane : bar->findChildren<QLabel*>())
-                line += " " + dumpText(pane->text());
-        out.push_back(line);
-        break;
-    }
-
-    std::map<int, QAction*> menu;
-    std::vector<QAction*> tools;
-    for (QToolBar* bar : window.findChildren<QToolBar*>())
-        if (ownedBy(bar, &window))
-            for (QAction* a : bar->actions())
-                if (numericId(a) >= 0 && !a->isSeparator())
-                    tools.push_back(a);
-    for (QAction* a : allActions(window))
-        if (numericId(a) >= 0 && !a->isSeparator() && !isToolBarAction(a))
-            menu.emplace(numericId(a), a);
-    for (const auto& [id, a] : menu)
-        out.push_back("MENU " + std::to_string(id) + (a->isChecked() ? " checked" : " -") +
-                      (a->isEnabled() ? " -" : " grayed"));
-    for (QAction* a : tools) {
-        const char* state = !a->isEnabled()                         ? "disabled"
-                            : a->property("indeterminate").toBool() ? "indeterminate"
-                            : a->isChecked()                        ? "pressed"
-                                                                    : "enabled";
-        out.push_back("TOOL " + std::to_string(numericId(a)) + " " + state);
-    }
-
-    for (const auto& [id, view] : lists)
-        dumpList(view, id, out);
-    return out;
 }
 
 } // namespace cadhost

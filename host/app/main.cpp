@@ -7,7 +7,9 @@
 #include "HostStartup.h"
 #include "MainWindow.h"
 #include "QtUiServices.h"
+#include "ScreenReport.h"
 #include "ScriptedUiServices.h"
+#include "ToolkitMessages.h"
 
 #include <QApplication>
 #include <QDir>
@@ -68,6 +70,7 @@ int runWindow(QApplication& app, cadhost::HostSession& host, const cadhost::Opti
         host.newDocument();
     window.refresh();
     window.show();
+    cadhost::ScreenReport::startIfAsked(&window);
     const int code = app.exec();
     host.shutdown();
     host.setMainFrame(nullptr);
@@ -95,6 +98,7 @@ int main(int argc, char** argv) {
     if (batch && !std::getenv("QT_QPA_PLATFORM"))
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
 
+    cadhost::quietToolkitMessages();
     QApplication app(argc, argv);
     QApplication::setApplicationName("cadhost");
     QApplication::setDesktopFileName("cadhost");

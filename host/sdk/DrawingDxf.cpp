@@ -14,35 +14,15 @@ namespace cadhost {
 
 extern const char* const kDrawingTemplate; // the R2018 template, built in from data/template
 
+using dxf::parseInteger;
+using dxf::parseReal;
+using dxf::trimmed;
+
 namespace {
 
 // The host's own record of the drawing variables that have no header variable in the file.
 constexpr const char* kHostRecordKey = "CADHOST_VARIABLES";
 constexpr int kMaxDepth = 64;
-
-std::string_view trimmed(std::string_view s) {
-    while (!s.empty() && (s.front() == ' ' || s.front() == '\t' || s.front() == '\r'))
-        s.remove_prefix(1);
-    while (!s.empty() && (s.back() == ' ' || s.back() == '\t' || s.back() == '\r'))
-        s.remove_suffix(1);
-    return s;
-}
-
-bool parseReal(std::string_view text, double& value) {
-    text = trimmed(text);
-    if (!text.empty() && text.front() == '+')
-        text.remove_prefix(1);
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return !text.empty() && error == std::errc() && end == text.data() + text.size();
-}
-
-bool parseInteger(std::string_view text, long long& value) {
-    text = trimmed(text);
-    if (!text.empty() && text.front() == '+')
-        text.remove_prefix(1);
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return !text.empty() && error == std::errc() && end == text.data() + text.size();
-}
 
 // The code point of the text's first character; its first byte where that is no UTF-8.
 long firstCodePoint(std::string_view text) {

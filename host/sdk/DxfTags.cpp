@@ -115,14 +115,6 @@ bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r';
 }
 
-std::string_view trimmed(std::string_view s) {
-    while (!s.empty() && isBlank(s.front()))
-        s.remove_prefix(1);
-    while (!s.empty() && isBlank(s.back()))
-        s.remove_suffix(1);
-    return s;
-}
-
 std::string codeLineFor(int code) {
     char buffer[16];
     std::snprintf(buffer, sizeof buffer, "%3d", code);
@@ -143,6 +135,36 @@ bool looksLikeDwg(std::string_view bytes) {
 }
 
 } // namespace
+
+std::string_view trimmed(std::string_view s) {
+    while (!s.empty() && isBlank(s.front()))
+        s.remove_prefix(1);
+    while (!s.empty() && isBlank(s.back()))
+        s.remove_suffix(1);
+    return s;
+}
+
+namespace {
+template <class Number> bool parseNumber(std::string_view text, Number& out) {
+    text = trimmed(text);
+    if (!text.empty() && text.front() == '+')
+        text.remove_prefix(1);
+    Number value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size())
+        return false;
+    out = value;
+    return true;
+}
+} // namespace
+
+bool parseReal(std::string_view value, double& out) {
+    return parseNumber(value, out);
+}
+
+bool parseInteger(std::string_view value, long long& out) {
+    return parseNumber(value, out);
+}
 
 std::string decodeText(std::string_view raw, CodePage page) {
     std::string out;

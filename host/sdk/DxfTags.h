@@ -35,6 +35,12 @@ std::string decodeText(std::string_view raw, CodePage page);
 // written as "^J", "^@" (a caret escape, as CAD programs do) -- callers refuse such text before.
 std::string encodeText(std::string_view utf8, CodePage page);
 
+// A value without the blanks, tabs and CRs around it, as numbers and names are compared.
+std::string_view trimmed(std::string_view value);
+// A group's value as a number: blanks around it and a leading "+" are allowed, nothing else.
+bool parseReal(std::string_view value, double& out);
+bool parseInteger(std::string_view value, long long& out);
+
 // The file's version from $ACADVER ("AC1009" .. "AC1032"): 0 when unknown.
 int versionNumber(std::string_view acadver);
 

@@ -89,6 +89,7 @@ std::string valueToText(const VarValue& value, int precision, char separator);
 
 // JSON form in drawing and profile files: number, integer, string or array of coordinates.
 nlohmann::json valueToJson(const VarValue& value);
+// False with the refusal as a sentence without the variable's name, which the caller puts before it.
 bool valueFromJson(const VarDef& def, const nlohmann::json& json, VarValue& value, std::string& message);
 
 std::string upperCase(std::string text);

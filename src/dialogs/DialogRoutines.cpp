@@ -3,9 +3,12 @@
 
 #include "ModuleResources.h"
 
+#include <QAbstractButton>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
+
+#include <algorithm>
 
 QRect correctWindowRect(const QRect& stored, const QSize& screen) {
     int left = stored.x();
@@ -69,4 +72,14 @@ std::string MakeFilterEntry(const std::string& displayName, const std::string& e
     if (closing)
         entry += "|";
     return entry;
+}
+
+int fittedButtonWidth(int templateWidth, std::initializer_list<const QAbstractButton*> buttons) {
+    constexpr int kCaptionMargin = 8; // on each side of a caption, inside the button's frame
+    int needed = 0;
+    for (const QAbstractButton* button : buttons)
+        if (button)
+            needed = std::max(needed,
+                              button->fontMetrics().horizontalAdvance(button->text()) + 2 * kCaptionMargin);
+    return needed > 0 ? std::min(templateWidth, needed) : templateWidth;
 }

@@ -4,8 +4,10 @@
 #include <QSize>
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 
+class QAbstractButton;
 class QWidget;
 
 // Resource number of the window icon of every dialog.
@@ -30,6 +32,11 @@ void storeWindowRect(const QWidget& window, std::int32_t& left, std::int32_t& to
 // How much the window's frame adds to its inner size. The window is made native first: the
 // frame is the window system's, and unknown before that.
 QSize windowFrameExtra(QWidget& window);
+
+// The width of the buttons of a row: the template's width, narrowed to what the widest caption
+// needs with its margins. Templates were made for a narrower font than the desktop's; so a row
+// of buttons keeps within the dialog's size.
+int fittedButtonWidth(int templateWidth, std::initializer_list<const QAbstractButton*> buttons);
 
 // Gives window the module's icon 1113. Always true.
 bool SetDialogIcon(QWidget* window);

@@ -18,6 +18,7 @@
 #include <QPushButton>
 #include <QResizeEvent>
 
+#include <algorithm>
 #include <type_traits>
 
 namespace {
@@ -48,6 +49,8 @@ DlgFind2::DlgFind2(DocumentState& context, QWidget* parent) : QDialog(parent), m
     m_checkValueNew = makeControl<QCheckBox>(this, t, kIdCheckValueNew, base);
     m_cancel = makeControl<QPushButton>(this, t, kIdCancel, base);
     m_help = makeControl<QPushButton>(this, t, kIdHelp, base);
+    m_buttonWidth = m_search->width();
+    m_optionsWidth = m_options->width();
 
     connect(m_search, &QPushButton::clicked, this, &DlgFind2::OnSearch);
     connect(m_next, &QPushButton::clicked, this, &DlgFind2::OnNext);
@@ -258,8 +261,10 @@ void DlgFind2::LayoutControls() {
     const int fieldLeft = rightOf(m_patternLabel) + kMargin;
     m_pattern->setGeometry(fieldLeft, kMargin, W - kMargin - fieldLeft, m_pattern->height());
 
-    // The row of Search, Cancel and Help, centred.
-    const int bw = m_search->width();
+    // The row of Search, Cancel and Help, centred, as wide as their captions need but within
+    // the dialog.
+    const int bw = std::min(fittedButtonWidth(m_buttonWidth, {m_search, m_cancel, m_help}),
+                            std::max(0, (W - 4 * kMargin) / 3));
     const int bh = m_search->height();
     const int rowTop = H - kMargin - bh;
     int x = (W - 3 * bw - 40) / 2 + kMargin;
@@ -276,8 +281,10 @@ void DlgFind2::LayoutControls() {
         top += hitSize.height() + kButtonGap;
     }
 
+    // The group box ends before the hit buttons.
     const int groupTop = bottomOf(m_patternLabel) + kMargin;
-    m_options->setGeometry(kMargin, groupTop, m_options->width(), rowTop - kMargin - groupTop);
+    const int groupWidth = std::min(m_optionsWidth, W - 3 * kMargin - hitSize.width());
+    m_options->setGeometry(kMargin, groupTop, std::max(0, groupWidth), rowTop - kMargin - groupTop);
 
     const int checkHeight = m_checkDescription->height();
     const int checkRight = rightOf(m_options) - kMargin;

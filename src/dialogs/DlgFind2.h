@@ -130,6 +130,8 @@ private:
     QPushButton* m_all = nullptr;
     QPushButton* m_cancel = nullptr;
     QPushButton* m_help = nullptr;
+    int m_buttonWidth = 0;  // Search, Cancel and Help as the template has them
+    int m_optionsWidth = 0; // the group box as the template has it
     CEditEx* m_pattern = nullptr;
     QLabel* m_patternLabel = nullptr;
     QGroupBox* m_options = nullptr;

@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QHash>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -12,13 +13,21 @@ QString iconPath(int id) {
     return QStringLiteral(":/vardesk/icons/%1.svg").arg(id);
 }
 
-QPixmap render(const QString& path, const QSize& size) {
+// The screen's pixels per logical pixel: 2 at a scale factor of 2, where a picture drawn at its
+// logical size would be blown up and blurred.
+qreal screenRatio() {
+    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) ? qGuiApp->devicePixelRatio() : 1.0;
+}
+
+// The picture at path in size logical pixels, drawn with ratio device pixels to each.
+QPixmap render(const QString& path, const QSize& size, qreal ratio = 1.0) {
     if (!QFile::exists(path) || size.isEmpty())
         return {};
     QSvgRenderer renderer(path);
     if (!renderer.isValid())
         return {};
-    QPixmap pixmap(size);
+    QPixmap pixmap(size * ratio);
+    pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     renderer.render(&painter);
@@ -53,9 +62,9 @@ QIcon moduleIcon(int id) {
 }
 
 QPixmap moduleIconPixmap(int id, int size) {
-    return render(iconPath(id), QSize(size, size));
+    return render(iconPath(id), QSize(size, size), screenRatio());
 }
 
 QPixmap moduleBitmap(int id, const QSize& size) {
-    return render(QStringLiteral(":/vardesk/bitmaps/%1.svg").arg(id), size);
+    return render(QStringLiteral(":/vardesk/bitmaps/%1.svg").arg(id), size, screenRatio());
 }

@@ -4,7 +4,10 @@
 #include "ModuleResources.h"
 
 #include <QAbstractItemView>
+#include <QFontMetrics>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace {
 
@@ -15,7 +18,6 @@ constexpr int kMostCharacters = 255;
 constexpr int kRecordIndentLetterThemeOrders = 20;
 constexpr int kRecordIndentScopeOrders = 40;
 constexpr int kSecondLevelHeaderIndent = 20;
-constexpr int kImageSize = 16;
 
 bool isScopeOrder(ListOrder order) {
     return order == ListOrder::ScopeLetter || order == ListOrder::ScopeTheme;
@@ -118,7 +120,24 @@ void VarListDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     painter->setPen(look.foregrounds[column]);
     painter->drawText(QRect(left + kCellMargin, top + kTextDrop, 1 << 20, height),
                       Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, look.texts[column]);
+    // Grid lines in the button face colour, as the window system's list draws them: one below
+    // the row, one at the column's left edge (which the fill of the column before reached), and
+    // one after the last column.
+    painter->setClipping(false);
+    painter->setPen(m_view.palette().color(QPalette::Active, QPalette::Button));
+    const int bottom = top + height - 1;
+    painter->drawLine(left, bottom, right, bottom);
+    if (column > 0)
+        painter->drawLine(left, top, left, bottom);
+    if (index.model() && column == index.model()->columnCount(index.parent()) - 1)
+        painter->drawLine(right, top, right, bottom);
     painter->restore();
+}
+
+QSize VarListDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const QSize text = QStyledItemDelegate::sizeHint(option, index);
+    const int lineHeight = QFontMetrics(option.font).height() + kTextDrop;
+    return {text.width(), std::max(kImageSize, lineHeight) + kGridLine};
 }
 
 QVariantMap VarListDelegate::automationCell(const QModelIndex& index) const {

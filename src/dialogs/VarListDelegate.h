@@ -47,7 +47,8 @@ RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, ListOr
 
 // Paints every cell itself, as the window system's owner-drawn list did: the background one pixel
 // wider than the cell, the image of column 0 over the leading blanks of its text, each text
-// clipped to its cell less a margin of 6. Serves three-column and two-column lists alike.
+// clipped to its cell less a margin of 6, and the grid lines. Serves three-column and two-column
+// lists alike. A row is as high as its image or its text, whichever is higher, and its grid line.
 class VarListDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
@@ -58,6 +59,7 @@ public:
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
     // What paint draws for index, for the UI automation: keys text, background, foreground, image.
     Q_INVOKABLE QVariantMap automationCell(const QModelIndex& index) const;
@@ -66,6 +68,8 @@ public:
     static constexpr int kFirstEdge = -1;
     static constexpr int kCellMargin = 6;
     static constexpr int kTextDrop = 1;
+    static constexpr int kImageSize = 16;
+    static constexpr int kGridLine = 1; // the grid line below each row and right of each cell
 
 private:
     RowLook lookAt(const QModelIndex& index, bool selected) const;

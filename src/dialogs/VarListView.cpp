@@ -19,7 +19,8 @@ VarListView::VarListView(QWidget* parent) : QTreeView(parent) {
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     setItemsExpandable(false);
-    setAllColumnsShowFocus(true);
+    // The rows are painted by the delegate alone: no focus frame of the style over the row.
+    setAllColumnsShowFocus(false);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -84,6 +85,15 @@ bool VarListView::storedWidth(int width, std::int32_t& stored) {
         return false;
     stored = std::clamp<std::int32_t>(width, kColumnLeast, kColumnMost);
     return true;
+}
+
+void VarListView::focusInEvent(QFocusEvent* event) {
+    // The list starts without a current row, so that the first Down selects the first row; Qt
+    // would make the first row current on focus without selecting it.
+    const bool hadCurrent = currentIndex().isValid();
+    QTreeView::focusInEvent(event);
+    if (!hadCurrent && currentIndex().isValid() && selectionModel())
+        selectionModel()->setCurrentIndex(QModelIndex(), QItemSelectionModel::NoUpdate);
 }
 
 void VarListView::mouseReleaseEvent(QMouseEvent* event) {

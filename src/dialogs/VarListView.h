@@ -38,6 +38,7 @@ signals:
     void rowStepping(cSysVar* record, bool single);
 
 protected:
+    void focusInEvent(QFocusEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 

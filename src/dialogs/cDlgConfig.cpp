@@ -27,8 +27,6 @@
 
 namespace {
 
-// Room between a label's text and its field.
-constexpr int kLabelGap = 4;
 
 // Whether the platform can give the file's status: the one test of a path here.
 bool hasFileStatus(const std::string& path) {
@@ -92,14 +90,14 @@ void cDlgConfig::OnInitDialog() {
     m_avlField->setText(qs(avlPath));
     m_editorField->setText(qs(editorPath));
 
-    // The fields of both rows begin at the wider of the two labels; a label's room is its text
-    // behind the left margin, and a small gap before the field.
+    // The fields of both rows begin where the wider of the two labels ends; a label's room is its
+    // text behind the left margin.
     m_avlLabel->setText(qs(gMsg.RsStcAVL));
     m_editorLabel->setText(qs(gMsg.RsStcEditor));
     const QFontMetrics metrics(m_avlLabel->font());
     const int avlWidth = metrics.horizontalAdvance(m_avlLabel->text());
     const int editorWidth = metrics.horizontalAdvance(m_editorLabel->text());
-    labelWidth = kMargin + std::max(avlWidth, editorWidth) + kLabelGap;
+    labelWidth = kMargin + std::max(avlWidth, editorWidth);
 
     const int h = m_avlLabel->height();
     m_avlLabel->setGeometry(kMargin, kMargin, labelWidth - kMargin, h);

@@ -42,6 +42,7 @@ cDlgSlctSysVar::cDlgSlctSysVar(DocumentState& context, QWidget* parent)
     m_cancel = makeControl<QPushButton>(this, t, kIdCancel, base);
     m_help = makeControl<QPushButton>(this, t, kIdHelp, base);
     m_find = makeControl<QPushButton>(this, t, kIdFind, base);
+    m_buttonWidth = m_find->width();
 
     listCtrl = new VarListView(this);
     listCtrl->setObjectName(QString::number(kIdList));
@@ -229,7 +230,7 @@ void cDlgSlctSysVar::LayoutControls() {
     lastClientRect = rect();
     listCtrl->setUpdatesEnabled(false);
 
-    const int bw = m_find->width();
+    const int bw = fittedButtonWidth(m_buttonWidth, {m_find, m_ok, m_cancel, m_help});
     const int bh = m_find->height();
     const int iw = m_markAll->width();
     const int cw = width();

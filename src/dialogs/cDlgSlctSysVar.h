@@ -83,4 +83,5 @@ private:
     QPushButton* m_find = nullptr;
     QPushButton* m_markAll = nullptr;
     QPushButton* m_invert = nullptr;
+    int m_buttonWidth = 0; // Find, OK, Cancel and Help as the template has them
 };

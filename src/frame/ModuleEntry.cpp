@@ -9,7 +9,7 @@
 #include "cResourceScope.h"
 #include "HelpService.h"
 #include "HostLookup.h"
-#include "platform/ModulePath.h"
+#include "ModulePath.h"
 #include "Reactors.h"
 #include "vars/TextHelpers.h"
 

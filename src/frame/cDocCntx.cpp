@@ -5,8 +5,8 @@
 #include "cResourceScope.h"
 #include "dialogs/main/cDlgVarDesk.h"
 #include "HostLookup.h"
-#include "platform/ReplacementFile.h"
 #include "Reactors.h"
+#include "ReplacementFile.h"
 #include "settings/cMsgCatalog.h"
 #include "vars/TextHelpers.h"
 

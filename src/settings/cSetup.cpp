@@ -2,7 +2,7 @@
 #include "cSetup.h"
 
 #include "CKOVA_DwgIni.h"
-#include "platform/ProfileFile.h"
+#include "ProfileFile.h"
 
 #include <acutads.h>
 

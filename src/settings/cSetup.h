@@ -1,6 +1,6 @@
 // cSetup: typed settings read from and written to an ini file and the drawing at once.
 #pragma once
-#include "platform/ProfileFile.h"
+#include "ProfileFile.h"
 
 #include <cstdint>
 #include <memory>

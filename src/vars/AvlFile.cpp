@@ -1,9 +1,9 @@
 // Reading the AVL description file into the variable list, and the line reader of both text files.
 #include "AvlFile.h"
 
-#include "TextHelpers.h"
-#include "platform/RegularFile.h"
+#include "RegularFile.h"
 #include "settings/cMsgCatalog.h"
+#include "TextHelpers.h"
 
 #include <cstdlib>
 

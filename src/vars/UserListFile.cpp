@@ -1,9 +1,9 @@
 // Reading and writing user list files: one "NAME#value" line for each chosen variable.
 #include "AvlFile.h"
-#include "TextHelpers.h"
-#include "platform/RegularFile.h"
-#include "platform/ReplacementFile.h"
+#include "RegularFile.h"
+#include "ReplacementFile.h"
 #include "settings/cMsgCatalog.h"
+#include "TextHelpers.h"
 
 #include <cstdio>
 

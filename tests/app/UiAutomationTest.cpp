@@ -46,4 +46,40 @@ TEST(UiAutomation, BadLinesStopWithReasonAndLeaveTheWindowOpen) {
     EXPECT_EQ(edit->text(), "alt");
 }
 
+// Each verb takes its own count of words; a wrong count stops with that verb's usage, whatever
+// the case of the verb, and the window stays as it was.
+TEST(UiAutomation, EveryVerbChecksItsWordCount) {
+    QDialog dialog;
+    auto* layout = new QVBoxLayout(&dialog);
+    auto* list = new QListWidget;
+    list->setObjectName("1004");
+    layout->addWidget(list);
+    dialog.show();
+    const QRect before = dialog.geometry();
+
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+        {{"cmd"}, "usage: > cmd ID"},
+        {{"Click", "1004", "1"}, "usage: > click ID"},
+        {{"rclick", "1004", "5"}, "usage: > rclick ID [X Y]"},
+        {{"rclick", "1004", "1", "2", "3"}, "usage: > rclick ID [X Y]"},
+        {{"key", "1004"}, "usage: > key ID KEY"},
+        {{"select", "1004"}, "usage: > select ID ROW..."},
+        {{"RESIZE", "300"}, "usage: > resize W H"},
+        {{"move", "1", "2", "3"}, "usage: > move X Y"},
+        {{"move", "1", "x"}, "move needs two whole numbers"},
+        {{"width", "1004", "0"}, "usage: > width ID COLUMN PIXELS"},
+        {{"dump", "all"}, "usage: > dump"},
+        {{"shot"}, "usage: > shot PATH"},
+        {{"close", "now"}, "usage: > close"},
+        {{"file", "a.txt"}, "no file dialog"},
+    };
+    for (const auto& [words, reason] : cases) {
+        auto outcome = UiAutomation::apply(dialog, words, [](const std::string&) {});
+        EXPECT_FALSE(outcome.ok) << words[0];
+        EXPECT_NE(outcome.message.find(reason), std::string::npos) << words[0] << ": " << outcome.message;
+    }
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(dialog.geometry(), before);
+}
+
 } // namespace

@@ -5,7 +5,7 @@
 #include "frame/cDocCntx.h"
 #include "settings/cMsgCatalog.h"
 
-#include "platform/ScriptedUiServices.h"
+#include "ScriptedUiServices.h"
 
 #include <hostsession.h>
 

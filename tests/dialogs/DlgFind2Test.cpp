@@ -98,6 +98,16 @@ TEST_F(DlgFind2Test, KeepsItsSizeLimitsAndLaysOutTheControls) {
                   QPoint(search->x() + 2 * (search->width() + 10), d.height() - 10 - help.height()));
         EXPECT_EQ(group.bottom(), search->y() - 11);
         EXPECT_EQ(control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->geometry().right(), group.right() - 10);
+        // With the desktop's fonts the row stays inside the dialog, each caption fits its button,
+        // and the group box ends before the hit buttons.
+        EXPECT_GE(search->x(), 0);
+        EXPECT_LE(help.right(), W - 1);
+        for (int id : {DlgFind2::kIdSearch, DlgFind2::kIdCancel, DlgFind2::kIdHelp}) {
+            const QPushButton* b = control<QPushButton>(d, id);
+            EXPECT_LE(b->fontMetrics().horizontalAdvance(b->text()) + 8, b->width())
+                << b->text().toStdString();
+        }
+        EXPECT_LT(group.right(), control<QPushButton>(d, DlgFind2::kIdAll)->x());
     }
 }
 

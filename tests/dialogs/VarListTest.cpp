@@ -163,6 +163,24 @@ TEST_F(VarListViewTest, LetterKeysGoToTheNextRowAndWrapOnce) {
     EXPECT_EQ(current(), 0);
 }
 
+// The list starts without a current row and without a focus frame, so the first Down selects
+// the first row; every row is high enough for its 16-pixel image and the grid line.
+TEST_F(VarListViewTest, StartsWithoutCurrentRowAndRowsHoldTheirImages) {
+    std::vector<QIcon> images(rowimage::count);
+    const ListOrder order = ListOrder::Letter;
+    view.setItemDelegate(new VarListDelegate(view, images, order, &view));
+    view.setFocus();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(current(), -1) << "focus alone makes no row current";
+    EXPECT_FALSE(view.allColumnsShowFocus());
+    key(Qt::Key_Down);
+    EXPECT_EQ(current(), 0);
+    EXPECT_TRUE(view.selectionModel()->isSelected(model.index(0, 0))) << "the first Down selects";
+    const int height = view.visualRect(model.index(0, 0)).height();
+    EXPECT_GE(height, VarListDelegate::kImageSize + VarListDelegate::kGridLine);
+    EXPECT_EQ(view.visualRect(model.index(1, 0)).top(), view.visualRect(model.index(0, 0)).top() + height);
+}
+
 TEST_F(VarListViewTest, ClickTellsTheRecordOnlyForOneSelectedRow) {
     QSignalSpy clicks(&view, &VarListView::rowClicked);
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, centreOfRow(3));

@@ -61,7 +61,8 @@ TEST_F(ConfigDialog, FieldsStartBehindTheWiderLabelAndButtonsFollowTheWidth) {
     const QFontMetrics metrics(avlLabel->font());
     ASSERT_GT(metrics.horizontalAdvance(avlLabel->text()),
               metrics.horizontalAdvance(control<QLabel>(*d, cDlgConfig::kIdEditorLabel)->text()));
-    EXPECT_GE(d->labelWidth, 10 + metrics.horizontalAdvance(avlLabel->text()));
+    EXPECT_EQ(d->labelWidth, 10 + metrics.horizontalAdvance(avlLabel->text()))
+        << "fields start where the label ends";
     const int bw = ok->width(), h = avlLabel->height();
     for (const int width : {3 * bw + 241, 3 * bw + 40}) {
         SCOPED_TRACE("width " + std::to_string(width));

@@ -5,7 +5,7 @@
 #include <arxheaders.h>
 #include <hostsession.h>
 
-#include "platform/ScriptedUiServices.h"
+#include "ScriptedUiServices.h"
 
 #include <cstdlib>
 #include <filesystem>

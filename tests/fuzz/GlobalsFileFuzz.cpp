@@ -1,7 +1,7 @@
 // Fuzz target: any bytes as the host's globals file, read leniently, written and read back.
 #include "FuzzInput.h"
 #include "GlobalsFile.h"
-#include "VariableTable.h"
+#include "HostTable.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,21 +9,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
-
-namespace {
-
-const cadhost::VariableTable& table()
-{
-    static const cadhost::VariableTable* loaded = [] {
-        auto* made = new cadhost::VariableTable;
-        std::string report;
-        made->load(VARDESK_SOURCE_DIR "/data/hostvars.tsv", report);
-        return made;
-    }();
-    return *loaded;
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -35,10 +20,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     std::map<std::string, cadhost::VarValue> values;
     std::vector<std::string> notes;
-    cadhost::GlobalsFile::read(path, table(), values, notes);
+    cadhost::GlobalsFile::read(path, hostTable(), values, notes);
     // Only changeable globals of the table are taken; a file with anything else is set aside.
     for (const auto& [name, value] : values) {
-        const cadhost::VarDef* def = table().find(name);
+        const cadhost::VarDef* def = hostTable().find(name);
         if (!def || !def->global || def->readOnly || def->type != value.type)
             __builtin_trap();
     }
@@ -50,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         __builtin_trap();
     std::map<std::string, cadhost::VarValue> again;
     std::vector<std::string> againNotes;
-    cadhost::GlobalsFile::read(saved, table(), again, againNotes);
+    cadhost::GlobalsFile::read(saved, hostTable(), again, againNotes);
     if (again != values || !againNotes.empty())
         __builtin_trap();
     std::error_code ignored;

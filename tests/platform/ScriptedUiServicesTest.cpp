@@ -45,9 +45,10 @@ TEST_F(ScriptedUi, BoxesPrintOneLineAndOnlyQuestionsTakeAnAnswer) {
     ui.messageBox(BoxKind::Error, "E", "Hilfedatei\n\r    /x/VarDesk.html\n\rnicht gefunden\n\r",
                   BoxButtons::Ok);
     ui.alert("2 message texts not found\n");
+    ui.messageBox(BoxKind::Plain, "P", "no icon", BoxButtons::Ok);
     EXPECT_EQ(host.lines, (Lines{"BOX warning: W: a\\nb",
                                  "BOX error: E: Hilfedatei\\n    /x/VarDesk.html\\nnicht gefunden",
-                                 "ALERT: 2 message texts not found"}));
+                                 "ALERT: 2 message texts not found", "BOX plain: P: no icon"}));
     EXPECT_TRUE(host.verbs.empty()) << "an OK-only box takes no answer line";
 
     const std::tuple<BoxButtons, const char*, BoxAnswer> rows[] = {

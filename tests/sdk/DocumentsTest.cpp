@@ -5,6 +5,7 @@
 // bad_drawing.scr; a record replaced at each run of the module in settings_store.scr.
 #include "SdkTestSupport.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
@@ -49,6 +50,19 @@ private:
         events.push_back(std::string(what) + " " + base(path));
     }
 };
+
+// A module keeps what it knows of a drawing by the document's address until it leaves the
+// process: a new drawing must never come at the address of a closed one.
+TEST_F(Documents, ANewDrawingNeverTakesTheAddressOfAClosedOne) {
+    std::vector<const AcApDocument*> seen;
+    for (int i = 0; i < 50; ++i) {
+        AcApDocument* doc = host().newDocument();
+        ASSERT_NE(doc, nullptr);
+        EXPECT_EQ(std::find(seen.begin(), seen.end(), doc), seen.end()) << "drawing " << i;
+        seen.push_back(doc);
+        ASSERT_TRUE(host().closeDocument(doc));
+    }
+}
 
 TEST_F(Documents, CreateOpenSwitchAndCloseSendTheirEventsInOrder) {
     AcApDocument* saved = host().newDocument();

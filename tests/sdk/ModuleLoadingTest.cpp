@@ -35,6 +35,13 @@ TEST_F(Modules, MessagesComeAtTheirMoments) {
     EXPECT_NE(saved.str().find("\"SAVETIME\": 42"), std::string::npos)
         << "the command's global change is saved";
 
+    // An exception that a module lets escape ends its command with a message, not the host.
+    const cadhost::HostResult thrown = host().runCommand("throwcmd");
+    EXPECT_FALSE(thrown);
+    EXPECT_EQ(thrown.message, "Command THROWCMD ended with an error: the module's own fault.");
+    EXPECT_EQ(acedGetFunCode(), -1);
+    EXPECT_EQ(acDocManagerPtr()->documentCount(), 3) << "the drawings stay open";
+
     ASSERT_TRUE(host().closeDocument(third));
     EXPECT_EQ(take(), std::vector<std::string>{"unloaddwg Drawing3.dwg undef=5100"});
     EXPECT_TRUE(host().isCommand("testcmd")) << "still defined in the other drawings";

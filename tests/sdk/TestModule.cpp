@@ -2,11 +2,14 @@
 #include "arxheaders.h"
 
 #include <cstdlib>
+#include <stdexcept>
 #include <string>
 
 namespace {
 
 constexpr int kTestCommandCode = 7;
+// A command whose code throws, as a faulty module might.
+constexpr int kThrowingCommandCode = 8;
 
 std::string drawingName() {
     resbuf rb{};
@@ -44,6 +47,7 @@ extern "C" __attribute__((visibility("default"))) AcRx::AppRetCode acrxEntryPoin
     }
     case AcRx::kLoadDwgMsg:
         acutPrintf("loaddwg %s defun=%d\n", drawingName().c_str(), acedDefun("C:TESTCMD", kTestCommandCode));
+        acedDefun("C:THROWCMD", kThrowingCommandCode);
         break;
     case AcRx::kUnloadDwgMsg:
         acutPrintf("unloaddwg %s undef=%d\n", drawingName().c_str(),
@@ -51,6 +55,8 @@ extern "C" __attribute__((visibility("default"))) AcRx::AppRetCode acrxEntryPoin
         break;
     case AcRx::kInvkSubrMsg:
     {
+        if (acedGetFunCode() == kThrowingCommandCode)
+            throw std::runtime_error("the module's own fault");
         acutPrintf("invoke %s code=%d\n", drawingName().c_str(), acedGetFunCode());
         resbuf saveTime{};
         saveTime.restype = RTSHORT;

@@ -1,10 +1,12 @@
 // Tests of the host's system variables through the module's resbuf path, the table file and the
 // globals file. The value rules of the text path (ranges, rounding, clamping, points, read-only,
 // unknown names, scopes) run end to end in host_values.scr and bad_setvar.scr; both paths share them.
+#include "VariableTable.h"
 #include "SdkTestSupport.h"
 
 #include <cmath>
 #include <fstream>
+#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -141,7 +143,7 @@ TEST_F(SysVars, DamagedGlobalsFileKeepsWhatCanBeReadAndIsMovedAside) {
          "txt.shx", "35"},
         {"{ not json", "are damaged", "simplex.shx", "4133"},
         {R"({"variables": {"OSMODE": 35, "SAVETIME": 9999}})",
-         "are ignored: SAVETIME (SAVETIME: Value must be", "simplex.shx", "35"},
+         "are ignored: SAVETIME (Value must be", "simplex.shx", "35"},
     };
     for (const Case& c : cases) {
         host().shutdown();
@@ -213,3 +215,21 @@ TEST(VariableTableFile, BadLinesAreReportedAndTheRestIsKept) {
 }
 
 } // namespace
+
+// A drawing's or profile's value that the table refuses: the callers put "variable LUPREC: "
+// before the sentence, so the sentence names nothing and the whole has one full stop.
+TEST(VariableTableJson, RefusalIsTheSentenceBehindTheName) {
+    cadhost::VarDef def;
+    def.name = "LUPREC";
+    def.type = cadhost::VarType::Int;
+    def.hasMin = def.hasMax = true;
+    def.min = 0;
+    def.max = 8;
+    cadhost::VarValue value;
+    std::string why;
+    EXPECT_FALSE(cadhost::valueFromJson(def, nlohmann::json(9), value, why));
+    EXPECT_EQ(why, "Value must be between 0 and 8.");
+    EXPECT_FALSE(cadhost::valueFromJson(def, nlohmann::json("x"), value, why));
+    EXPECT_EQ(why, "Value must be an integer.");
+    EXPECT_TRUE(cadhost::valueFromJson(def, nlohmann::json(8), value, why));
+}

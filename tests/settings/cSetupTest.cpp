@@ -2,7 +2,7 @@
 #include "../frame/TestHost.h"
 
 #include "cSetup.h"
-#include "platform/ProfileFile.h"
+#include "ProfileFile.h"
 
 #include <cmath>
 

@@ -37,10 +37,10 @@ std::optional<std::string> chooseUserListFile(kova::FileDialogKind kind, const s
 }
 
 // A question of the dialog with Yes and No; true only for Yes.
-bool askYesNo(const std::string& text) {
+bool askYesNo(const std::string& text, kova::BoxKind kind = kova::BoxKind::Question) {
     kova::UiServices* ui = acHostUiServices();
-    return ui && ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, text,
-                                kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes;
+    return ui &&
+           ui->messageBox(kind, gMsg.TiMsgBoxQuestion, text, kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes;
 }
 
 // The list's point separator is a blank for the time of the write and comes back after; the
@@ -165,7 +165,8 @@ void cDlgVarDesk::AfterConfiguration() {
     // A changed editor path alone needs nothing more.
     if (m_context.avlFilePath == list.avlDirectory + list.avlFileName)
         return;
-    if (list.hasUserEntries() && askYesNo(gMsg.TxNewAcadListSelected + " " + gMsg.TxSaveUserList)) {
+    if (list.hasUserEntries() &&
+        askYesNo(gMsg.TxNewAcadListSelected + " " + gMsg.TxSaveUserList, kova::BoxKind::Plain)) {
         m_context.view = ListView::UserList;
         SaveListAs();
     }

@@ -35,6 +35,8 @@ using namespace mainids;
 
 namespace {
 
+constexpr int kPaneIndent = 3; // room between a status pane's frame and its text
+
 struct ToolButton {
     int icon;
     std::string cMsgCatalog::*tip;
@@ -73,8 +75,10 @@ QString idName(int id) {
 
 // A button that cannot be clicked, drawn grey, while it stays enabled for its state.
 QIcon greyedIcon(const QIcon& icon) {
+    // The sizes of the module's icons, so that a screen at twice the pixels gets a sharp one.
     QIcon grey;
-    grey.addPixmap(icon.pixmap(16, 16, QIcon::Disabled));
+    for (int size : {16, 32, 48})
+        grey.addPixmap(icon.pixmap(QSize(size, size), 1.0, QIcon::Disabled));
     return grey;
 }
 
@@ -226,6 +230,7 @@ void cDlgVarDesk::CreateStatusBar() {
         pane = new QLabel(statusBar);
         pane->setFrameStyle(QFrame::Panel | QFrame::Raised);
         pane->setTextFormat(Qt::PlainText);
+        pane->setIndent(kPaneIndent);
     }
     statusBar->setGeometry(0, m_client->height(), m_client->width(), 0);
     setStatusParts();
@@ -332,8 +337,10 @@ void cDlgVarDesk::placeFrameParts() {
 void cDlgVarDesk::setStatusParts() {
     const QFontMetrics metrics(statusBar->font());
     auto widthOf = [&metrics](const std::string& text) { return metrics.horizontalAdvance(qs(text)); };
-    const int scopeW = std::max(widthOf(gMsg.StDrawSpecific), widthOf(gMsg.StGlobal));
-    const int modeW = std::max(widthOf(gMsg.StProtected), widthOf(gMsg.StChangeable));
+    // A pane holds its text, its frame on both sides and the indent of the text on both sides.
+    const int frame = 2 * (m_panes[1]->frameWidth() + kPaneIndent);
+    const int scopeW = std::max(widthOf(gMsg.StDrawSpecific), widthOf(gMsg.StGlobal)) + frame;
+    const int modeW = std::max(widthOf(gMsg.StProtected), widthOf(gMsg.StChangeable)) + frame;
     const int right = statusBar->width();
     const std::array<int, 3> edges = {right - modeW - scopeW, right - scopeW, right};
     int left = 0;

@@ -22,6 +22,8 @@ const char* kindWord(BoxKind kind) {
         return "error";
     case BoxKind::Question:
         return "question";
+    case BoxKind::Plain:
+        return "plain";
     }
     return "info";
 }

@@ -8,7 +8,7 @@ class QDialog;
 
 namespace kova {
 
-enum class BoxKind { Info, Warning, Error, Question };
+enum class BoxKind { Info, Warning, Error, Question, Plain }; // Plain: a box without an icon
 enum class BoxButtons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class BoxAnswer { Ok, Cancel, Yes, No };
 enum class FileDialogKind { Open, Save };
@@ -26,7 +26,7 @@ class UiServices {
 public:
     virtual ~UiServices() = default;
 
-    // A modal message box owned by the host's main frame. Text may hold line breaks.
+    // A modal message box owned by the window that asks. Text may hold line breaks.
     virtual BoxAnswer messageBox(BoxKind kind, const std::string& title, const std::string& text,
                                  BoxButtons buttons) = 0;
     // The host's alert box: one OK button, the host's title.

@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QTextBrowser>
+#include <QTimer>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -33,6 +34,8 @@ QMessageBox::Icon iconOf(BoxKind kind) {
         return QMessageBox::Critical;
     case BoxKind::Question:
         return QMessageBox::Question;
+    case BoxKind::Plain:
+        return QMessageBox::NoIcon;
     }
     return QMessageBox::NoIcon;
 }
@@ -63,6 +66,19 @@ BoxAnswer escapeAnswer(BoxButtons buttons) {
         return BoxAnswer::Cancel;
     }
     return BoxAnswer::Cancel;
+}
+
+// Centres box on the window it belongs to once it has its final size: Qt places a box for the
+// size it has before it is laid out, which leaves it too high.
+void centreWhenShown(QMessageBox& box) {
+    QTimer::singleShot(0, &box, [&box] {
+        const QWidget* owner = box.parentWidget() ? box.parentWidget()->window() : nullptr;
+        if (!owner)
+            return;
+        const QRect frame = box.frameGeometry();
+        box.move(owner->frameGeometry().center() - QPoint(frame.width() / 2, frame.height() / 2) +
+                 (box.pos() - frame.topLeft()));
+    });
 }
 
 QString qtPatterns(const std::string& patterns) {
@@ -111,10 +127,17 @@ QString qtNameFilters(const std::string& filter) {
 
 QtUiServices::QtUiServices(QWidget* parent) : m_parent(parent) {}
 
+QWidget* QtUiServices::owner() const {
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
+    return m_parent;
+}
+
 BoxAnswer QtUiServices::messageBox(BoxKind kind, const std::string& title, const std::string& text,
                                    BoxButtons buttons) {
-    QMessageBox box(iconOf(kind), QString::fromStdString(title), boxText(text), buttonsOf(buttons), m_parent);
+    QMessageBox box(iconOf(kind), QString::fromStdString(title), boxText(text), buttonsOf(buttons), owner());
     box.setWindowModality(Qt::ApplicationModal);
+    centreWhenShown(box);
     switch (box.exec()) {
     case QMessageBox::Ok:
         return BoxAnswer::Ok;
@@ -131,23 +154,27 @@ BoxAnswer QtUiServices::messageBox(BoxKind kind, const std::string& title, const
 
 void QtUiServices::alert(const std::string& text) {
     QMessageBox box(QMessageBox::Warning, QString::fromLatin1(kHostTitle), boxText(text), QMessageBox::Ok,
-                    m_parent);
+                    owner());
     box.setWindowModality(Qt::ApplicationModal);
+    centreWhenShown(box);
     box.exec();
 }
 
 std::optional<std::string> QtUiServices::fileDialog(FileDialogKind kind, const std::string& filter,
                                                     const std::string& initialFile,
                                                     const std::string& defaultExtension) {
-    QFileDialog dialog(m_parent);
+    QFileDialog dialog(owner());
     dialog.setNameFilter(qtNameFilters(filter));
+    // A name typed without an extension gets the default one, when opening too.
+    QString suffix = QString::fromStdString(defaultExtension);
+    while (suffix.startsWith(QLatin1Char('.')))
+        suffix.remove(0, 1);
+    dialog.setDefaultSuffix(suffix);
     if (kind == FileDialogKind::Save) {
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         dialog.setFileMode(QFileDialog::AnyFile);
-        QString suffix = QString::fromStdString(defaultExtension);
-        while (suffix.startsWith(QLatin1Char('.')))
-            suffix.remove(0, 1);
-        dialog.setDefaultSuffix(suffix);
+        // The module asks its own questions before it replaces a file.
+        dialog.setOption(QFileDialog::DontConfirmOverwrite);
     } else {
         dialog.setAcceptMode(QFileDialog::AcceptOpen);
         dialog.setFileMode(QFileDialog::ExistingFile);
@@ -193,7 +220,7 @@ int QtUiServices::showInViewer(const QString& file, const QString& topic) {
         return 0;
     // The viewer is application modal so that it takes input while the asking dialog's modal
     // loop runs; closing it returns to that dialog.
-    QDialog* viewer = new QDialog(m_parent);
+    QDialog* viewer = new QDialog(owner());
     viewer->setAttribute(Qt::WA_DeleteOnClose);
     viewer->setWindowModality(Qt::ApplicationModal);
     viewer->setWindowTitle(QFileInfo(file).fileName());

@@ -18,7 +18,8 @@ QString qtNameFilters(const std::string& filter);
 
 class QtUiServices : public UiServices {
 public:
-    // parent owns the boxes and dialogs (the host's main window); may be null and set later.
+    // parent (the host's main window) owns the boxes and dialogs that no modal window asks for;
+    // may be null and set later.
     explicit QtUiServices(QWidget* parent = nullptr);
     void setParentWidget(QWidget* parent) { m_parent = parent; }
 
@@ -39,6 +40,9 @@ public:
 
     // The host's name, the title of its alert boxes.
     static constexpr const char* kHostTitle = "cadhost";
+
+    // The window a box or file dialog belongs to: the modal dialog that is open, else the parent.
+    QWidget* owner() const;
 
 private:
     int showInViewer(const QString& file, const QString& topic);

@@ -22,7 +22,7 @@ public:
 };
 
 // The printed lines:
-//   BOX <info|warning|error|question>: <title>: <text>
+//   BOX <info|warning|error|question|plain>: <title>: <text>
 //   ALERT: <text>
 //   FILEDIALOG <open|save>: <filter> | <initial file>
 //   EXEC: <command line>
