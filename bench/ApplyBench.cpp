@@ -40,16 +40,14 @@ struct Project {
     std::string failure; // empty when the host started and the drawings were made
 };
 
-cadhost::ConsoleOutput& quietOutput()
-{
+cadhost::ConsoleOutput& quietOutput() {
     static cadhost::ConsoleOutput output{[](const std::string&) {}};
     return output;
 }
 
 // Starts the host as cadhost --apply does (profile, table, module from the stage) and makes the
 // drawings with the host's own API, so they are in whatever form the host writes.
-Project makeProject(const std::string& folder)
-{
+Project makeProject(const std::string& folder) {
     Project project;
     cadhost::HostSession& host = cadhost::HostSession::instance();
     if (!std::filesystem::exists(kDataDir + "/VarDesk.so")) {
@@ -82,11 +80,10 @@ Project makeProject(const std::string& folder)
     return project;
 }
 
-void applyOverDrawings(benchmark::State& state)
-{
+void applyOverDrawings(benchmark::State& state) {
     QTemporaryDir scratch;
-    const Project project = scratch.isValid() ? makeProject(scratch.path().toStdString())
-                                              : Project{{}, {}, "no scratch folder"};
+    const Project project =
+        scratch.isValid() ? makeProject(scratch.path().toStdString()) : Project{{}, {}, "no scratch folder"};
     if (!project.failure.empty()) {
         state.SkipWithError(project.failure.c_str());
         return;
@@ -123,8 +120,7 @@ void applyOverDrawings(benchmark::State& state)
 
 } // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     benchmark::Initialize(&argc, argv);

@@ -32,8 +32,7 @@ struct HostVariable {
     bool drawing = true;
 };
 
-std::string readWholeFile(const std::string& path)
-{
+std::string readWholeFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in)
         throw std::runtime_error("cannot read " + path);
@@ -42,8 +41,7 @@ std::string readWholeFile(const std::string& path)
     return text.str();
 }
 
-std::vector<std::string> linesOf(const std::string& text)
-{
+std::vector<std::string> linesOf(const std::string& text) {
     std::vector<std::string> lines;
     std::istringstream in(text);
     for (std::string line; std::getline(in, line);) {
@@ -56,8 +54,7 @@ std::vector<std::string> linesOf(const std::string& text)
 
 // The next blank-separated word from at; a word in double quotes runs to its closing quote,
 // with \" and \\ inside.
-std::string nextWord(const std::string& line, std::size_t& at)
-{
+std::string nextWord(const std::string& line, std::size_t& at) {
     while (at < line.size() && (line[at] == ' ' || line[at] == '\t'))
         ++at;
     const std::size_t start = at;
@@ -73,8 +70,7 @@ std::string nextWord(const std::string& line, std::size_t& at)
     return line.substr(start, at - start);
 }
 
-std::vector<HostVariable> readHostTable(const std::string& text)
-{
+std::vector<HostVariable> readHostTable(const std::string& text) {
     std::vector<HostVariable> variables;
     for (const std::string& line : linesOf(text)) {
         std::size_t at = 0;
@@ -98,8 +94,7 @@ struct ShippedAvl {
     std::map<std::string, std::pair<int, std::string>> variables; // name: theme, line
 };
 
-ShippedAvl readShippedAvl(const std::string& text)
-{
+ShippedAvl readShippedAvl(const std::string& text) {
     ShippedAvl avl;
     for (const std::string& line : linesOf(text)) {
         if (line.empty() || line[0] == ';')
@@ -118,30 +113,26 @@ ShippedAvl readShippedAvl(const std::string& text)
 }
 
 // Invented names look like the host's own: a familiar stem and three letters.
-const char* const kStems[] = {"ANNO",  "BLOCK", "CURSOR", "DIM",   "EDGE",  "FACET", "GRID",
-                              "HATCH", "ISO",   "JOIN",   "KEY",   "LIM",   "LAYER", "MESH",
-                              "NAV",   "OBJ",   "PLOT",   "QUICK", "RENDER", "SNAP", "TEXT",
-                              "UCS",   "VIEW",  "WIPE",   "XREF",  "YEAR",  "ZOOM"};
+const char* const kStems[] = {"ANNO",   "BLOCK", "CURSOR", "DIM",   "EDGE", "FACET", "GRID", "HATCH", "ISO",
+                              "JOIN",   "KEY",   "LIM",    "LAYER", "MESH", "NAV",   "OBJ",  "PLOT",  "QUICK",
+                              "RENDER", "SNAP",  "TEXT",   "UCS",   "VIEW", "WIPE",  "XREF", "YEAR",  "ZOOM"};
 
-const char* const kSubjects[] = {"Größe",   "Abstand", "Farbe", "Obere Grenze (Limit)", "Modus",
-                                 "Anzahl",  "Faktor",  "Winkel", "Stil", "Name der Vorlage",
-                                 "Sichtbarkeit", "Untere Grenze", "Genauigkeit"};
-const char* const kQualifiers[] = {"der Anzeige", "beim Einfügen", "in neuen Objekten",
-                                   "im Ansichtsfenster", "beim Plotten", "der Auswahl",
-                                   "beim Bearbeiten"};
-const char* const kObjects[] = {"Bemaßungen", "Texte",  "Schraffuren", "Layouts", "Blöcke",
-                                "Griffe",     "Linien", "Polylinien",  "Bilder",  "Tabellen",
-                                "Attribute",  "Felder", "Netze",       "Flächen", "Xrefs",
+const char* const kSubjects[] = {"Größe",      "Abstand",          "Farbe",        "Obere Grenze (Limit)",
+                                 "Modus",      "Anzahl",           "Faktor",       "Winkel",
+                                 "Stil",       "Name der Vorlage", "Sichtbarkeit", "Untere Grenze",
+                                 "Genauigkeit"};
+const char* const kQualifiers[] = {"der Anzeige",  "beim Einfügen", "in neuen Objekten", "im Ansichtsfenster",
+                                   "beim Plotten", "der Auswahl",   "beim Bearbeiten"};
+const char* const kObjects[] = {"Bemaßungen",  "Texte",         "Schraffuren", "Layouts", "Blöcke",
+                                "Griffe",      "Linien",        "Polylinien",  "Bilder",  "Tabellen",
+                                "Attribute",   "Felder",        "Netze",       "Flächen", "Xrefs",
                                 "Punktwolken", "Beschriftungen"};
 
-template <typename T, std::size_t N>
-constexpr int countOf(const T (&)[N])
-{
+template <typename T, std::size_t N> constexpr int countOf(const T (&)[N]) {
     return static_cast<int>(N);
 }
 
-std::string inventedDescription(int i)
-{
+std::string inventedDescription(int i) {
     return std::string(kSubjects[i % countOf(kSubjects)]) + " " +
            kQualifiers[(i / countOf(kSubjects)) % countOf(kQualifiers)] + " für " +
            kObjects[(i / 7) % countOf(kObjects)] + " (Variante " + std::to_string(i) + ")";
@@ -149,14 +140,16 @@ std::string inventedDescription(int i)
 
 // The host table's line of invented variable i; the kinds come in about the shares of the
 // shipped table.
-std::string inventedTableLine(const std::string& name, int i, bool changeable, bool drawing)
-{
+std::string inventedTableLine(const std::string& name, int i, bool changeable, bool drawing) {
     std::string type, value, rule;
     switch (i % 20) {
-    case 12: case 13: case 14:
+    case 12:
+    case 13:
+    case 14:
         type = "real", value = "1.5", rule = "min 0";
         break;
-    case 15: case 16:
+    case 15:
+    case 16:
         type = "string", value = "\"Wert " + std::to_string(i) + "\"";
         break;
     case 17:
@@ -178,8 +171,7 @@ std::string inventedTableLine(const std::string& name, int i, bool changeable, b
 
 // Every variable of the host table described (with the shipped line where there is one), then
 // invented ones up to size; the table gets the invented ones too.
-DataSet makeSynthetic(int size)
-{
+DataSet makeSynthetic(int size) {
     const std::string tableText = readWholeFile(kShippedTable);
     const std::vector<HostVariable> host = readHostTable(tableText);
     const ShippedAvl shipped = readShippedAvl(readWholeFile(kShippedAvl));
@@ -237,15 +229,14 @@ DataSet makeSynthetic(int size)
 }
 
 // Lines "UnusedNNNNNNN=..." until text has grown by about megabytes MB.
-void appendUnusedKeys(std::string& text, int megabytes)
-{
+void appendUnusedKeys(std::string& text, int megabytes) {
     const std::size_t target = text.size() + static_cast<std::size_t>(megabytes) * 1024 * 1024;
     for (int i = 0; text.size() < target; ++i)
-        text += "Unused" + std::to_string(1000000 + i) + "=Wert einer alten Einstellung, die niemand mehr liest\n";
+        text += "Unused" + std::to_string(1000000 + i) +
+                "=Wert einer alten Einstellung, die niemand mehr liest\n";
 }
 
-std::string writeScratchFile(const std::string& name, const std::string& text)
-{
+std::string writeScratchFile(const std::string& name, const std::string& text) {
     const std::string path = scratchFolder() + "/" + name;
     std::ofstream(path, std::ios::binary) << text;
     return path;
@@ -253,8 +244,7 @@ std::string writeScratchFile(const std::string& name, const std::string& text)
 
 } // namespace
 
-const std::string& hugeIni(int megabytes)
-{
+const std::string& hugeIni(int megabytes) {
     static std::map<int, std::string> made;
     std::string& path = made[megabytes];
     if (path.empty()) {
@@ -265,8 +255,7 @@ const std::string& hugeIni(int megabytes)
     return path;
 }
 
-const std::string& hugeCatalog(int megabytes)
-{
+const std::string& hugeCatalog(int megabytes) {
     static std::map<int, std::string> made;
     std::string& path = made[megabytes];
     if (path.empty()) {
@@ -283,8 +272,7 @@ const std::string& hugeCatalog(int megabytes)
     return path;
 }
 
-const DataSet& dataSet(int size)
-{
+const DataSet& dataSet(int size) {
     static std::map<int, std::unique_ptr<DataSet>> made;
     std::unique_ptr<DataSet>& set = made[size];
     if (!set) {
@@ -296,8 +284,7 @@ const DataSet& dataSet(int size)
     return *set;
 }
 
-const std::string& scratchFolder()
-{
+const std::string& scratchFolder() {
     static const std::string folder = [] {
         std::string pattern = (fs::temp_directory_path() / "vardesk-bench-XXXXXX").string();
         if (!mkdtemp(pattern.data()))
@@ -307,16 +294,14 @@ const std::string& scratchFolder()
     return folder;
 }
 
-std::string freshFolder(const std::string& purpose)
-{
+std::string freshFolder(const std::string& purpose) {
     static int serial = 0;
     const std::string folder = scratchFolder() + "/" + purpose + "-" + std::to_string(++serial);
     fs::create_directories(folder);
     return folder;
 }
 
-void removeScratch()
-{
+void removeScratch() {
     std::error_code ignored;
     fs::remove_all(scratchFolder(), ignored);
 }

@@ -2,9 +2,9 @@
 #include "BenchHost.h"
 
 #include "dialogs/main/cDlgVarDesk.h"
+#include "dialogs/main/LoadStep.h"
 #include "frame/cContext.h"
 #include "frame/cDocCntx.h"
-#include "dialogs/main/LoadStep.h"
 
 #include <arxheaders.h>
 #include <hostsession.h>
@@ -16,28 +16,24 @@
 
 namespace bench {
 
-int BenchScript::driveModal(QDialog& dialog)
-{
+int BenchScript::driveModal(QDialog& dialog) {
     if (onModal)
         return onModal(dialog);
     dialog.close();
     return 0;
 }
 
-BenchScript& script()
-{
+BenchScript& script() {
     static BenchScript instance;
     return instance;
 }
 
-kova::ScriptedUiServices& uiServices()
-{
+kova::ScriptedUiServices& uiServices() {
     static kova::ScriptedUiServices instance(script());
     return instance;
 }
 
-std::string restartHost(const DataSet& data)
-{
+std::string restartHost(const DataSet& data) {
     endWorkspace();
     cadhost::HostSession& host = cadhost::HostSession::instance();
     host.shutdown();
@@ -56,22 +52,19 @@ std::string restartHost(const DataSet& data)
 
 namespace {
 
-std::unique_ptr<Workspace>& current()
-{
+std::unique_ptr<Workspace>& current() {
     static std::unique_ptr<Workspace> instance;
     return instance;
 }
 
 } // namespace
 
-Workspace::~Workspace()
-{
+Workspace::~Workspace() {
     dialog.reset(); // the dialog works on the context
     context.reset();
 }
 
-cDlgVarDesk& Workspace::shownDialog()
-{
+cDlgVarDesk& Workspace::shownDialog() {
     if (!dialog) {
         dialog = std::make_unique<cDlgVarDesk>(*context);
         dialog->show();
@@ -80,16 +73,14 @@ cDlgVarDesk& Workspace::shownDialog()
     return *dialog;
 }
 
-int Workspace::recordCount() const
-{
+int Workspace::recordCount() const {
     int count = 0;
     for (const cSysVar* v = context->varList.first; v; v = v->next)
         ++count;
     return count;
 }
 
-Workspace& workspace(int size)
-{
+Workspace& workspace(int size) {
     std::unique_ptr<Workspace>& made = current();
     if (made && made->size == size)
         return *made;
@@ -113,8 +104,7 @@ Workspace& workspace(int size)
     return *made;
 }
 
-Workspace* workspaceFor(benchmark::State& state, int size)
-{
+Workspace* workspaceFor(benchmark::State& state, int size) {
     try {
         return &workspace(size);
     } catch (const std::exception& e) {
@@ -123,8 +113,7 @@ Workspace* workspaceFor(benchmark::State& state, int size)
     }
 }
 
-void endWorkspace()
-{
+void endWorkspace() {
     current().reset();
 }
 

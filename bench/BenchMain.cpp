@@ -11,8 +11,7 @@
 
 #include <string>
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     // The dialogs are made and shown, but nobody looks at them.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -37,8 +37,7 @@ constexpr int kChildTimeoutMs = 120000;
 const QString kStartOnceOption = QStringLiteral("--start-once");
 const char* const kListId = "9002";
 
-std::string nameOf(const char* measure, int size)
-{
+std::string nameOf(const char* measure, int size) {
     return std::string(measure) + "/" + std::to_string(size);
 }
 
@@ -50,16 +49,14 @@ struct StartFigures {
     int rows = -1;             // rows of the main dialog's list
     std::string failure;       // empty when the dialog was shown
 
-    std::string print() const
-    {
+    std::string print() const {
         std::ostringstream out;
         out.precision(9);
         out << "start=" << startSeconds << " command=" << commandSeconds << " run=" << runSeconds
             << " rows=" << rows;
         return out.str();
     }
-    bool parse(const std::string& text)
-    {
+    bool parse(const std::string& text) {
         return std::sscanf(text.c_str(), "start=%lf command=%lf run=%lf rows=%d", &startSeconds,
                            &commandSeconds, &runSeconds, &rows) == 4;
     }
@@ -68,8 +65,7 @@ struct StartFigures {
 // Which time of a start a benchmark takes.
 enum class StartClock { FromHost, FromCommand, WholeCommand };
 
-int listRows(const QDialog& dialog)
-{
+int listRows(const QDialog& dialog) {
     const auto* list = dialog.findChild<QAbstractItemView*>(kListId);
     return list && list->model() ? list->model()->rowCount() : -1;
 }
@@ -80,8 +76,7 @@ int listRows(const QDialog& dialog)
 // in the order cadhost starts) to the main dialog on the screen with its list filled; the clock
 // stops when the dialog has been shown and its first events handled. Closing it and saving the
 // settings are not counted.
-StartFigures startOnce(const std::string& profile, const std::string& table)
-{
+StartFigures startOnce(const std::string& profile, const std::string& table) {
     cadhost::HostSession& host = cadhost::HostSession::instance();
     StartFigures figures;
     Clock::time_point shown{};
@@ -121,8 +116,8 @@ StartFigures startOnce(const std::string& profile, const std::string& table)
 }
 
 // One start of this program anew with --start-once on profile and table; false with the reason.
-bool startChild(const std::string& profile, const std::string& table, StartFigures& figures, std::string& why)
-{
+bool startChild(const std::string& profile, const std::string& table, StartFigures& figures,
+                std::string& why) {
     QProcess child;
     child.start(QCoreApplication::applicationFilePath(),
                 {kStartOnceOption, QString::fromStdString(profile), QString::fromStdString(table)});
@@ -135,17 +130,18 @@ bool startChild(const std::string& profile, const std::string& table, StartFigur
     return false;
 }
 
-double secondsOf(const StartFigures& figures, StartClock clock)
-{
+double secondsOf(const StartFigures& figures, StartClock clock) {
     switch (clock) {
-    case StartClock::FromHost: return figures.startSeconds;
-    case StartClock::FromCommand: return figures.commandSeconds;
-    default: return figures.runSeconds;
+    case StartClock::FromHost:
+        return figures.startSeconds;
+    case StartClock::FromCommand:
+        return figures.commandSeconds;
+    default:
+        return figures.runSeconds;
     }
 }
 
-bool moduleBuilt(benchmark::State& state)
-{
+bool moduleBuilt(benchmark::State& state) {
     if (std::filesystem::exists(kModulePath))
         return true;
     state.SkipWithError(("the module is not built: " + kModulePath).c_str());
@@ -153,8 +149,7 @@ bool moduleBuilt(benchmark::State& state)
 }
 
 // Each iteration starts this program anew with --start-once and takes the figures it prints.
-void hostStart(benchmark::State& state, int size, StartClock clock)
-{
+void hostStart(benchmark::State& state, int size, StartClock clock) {
     if (!moduleBuilt(state))
         return;
     const DataSet* data = nullptr;
@@ -185,8 +180,7 @@ void hostStart(benchmark::State& state, int size, StartClock clock)
 // and an ini file of megabytes MB. first: the ini file does not hold the module's keys yet, so
 // storing the settings adds each; else an untimed run has stored them, and the timed one finds
 // them there.
-void hugeIniRun(benchmark::State& state, int megabytes, bool first)
-{
+void hugeIniRun(benchmark::State& state, int megabytes, bool first) {
     if (!moduleBuilt(state))
         return;
     std::string ini;
@@ -202,7 +196,8 @@ void hugeIniRun(benchmark::State& state, int megabytes, bool first)
         std::filesystem::copy_file(ini, profile + "/VarDesk.ini");
         StartFigures figures;
         std::string why;
-        if ((!first && !startChild(profile, table, figures, why)) || !startChild(profile, table, figures, why)) {
+        if ((!first && !startChild(profile, table, figures, why)) ||
+            !startChild(profile, table, figures, why)) {
             state.SkipWithError(why.c_str());
             break;
         }
@@ -213,8 +208,7 @@ void hugeIniRun(benchmark::State& state, int megabytes, bool first)
 
 // FillList in one order over every record, on the shown main dialog: the rows built, the model
 // reset, the selection carried over and the list painted.
-void fillList(benchmark::State& state, int size, int order)
-{
+void fillList(benchmark::State& state, int size, int order) {
     Workspace* w = workspaceFor(state, size);
     if (!w)
         return;
@@ -231,15 +225,14 @@ void fillList(benchmark::State& state, int size, int order)
 
 // The search dialog's Search over every record with all four fields, pattern "LIM" (matched as
 // "*LIM*", case ignored); no owner list follows it.
-void search(benchmark::State& state, int size)
-{
+void search(benchmark::State& state, int size) {
     Workspace* w = workspaceFor(state, size);
     if (!w)
         return;
     cDocCntx& context = *w->context;
     context.searchPattern = "LIM";
-    context.searchCheck = DlgFind2::kMaskName | DlgFind2::kMaskDescription | DlgFind2::kMaskCurrent |
-                          DlgFind2::kMaskNew;
+    context.searchCheck =
+        DlgFind2::kMaskName | DlgFind2::kMaskDescription | DlgFind2::kMaskCurrent | DlgFind2::kMaskNew;
     DlgFind2 find(context);
     find.show();
     QCoreApplication::processEvents();
@@ -255,8 +248,7 @@ void search(benchmark::State& state, int size)
 
 } // namespace
 
-int runStartOnce(const std::string& profile, const std::string& table)
-{
+int runStartOnce(const std::string& profile, const std::string& table) {
     const StartFigures figures = startOnce(profile, table);
     if (!figures.failure.empty()) {
         std::fprintf(stderr, "%s\n", figures.failure.c_str());
@@ -266,14 +258,15 @@ int runStartOnce(const std::string& profile, const std::string& table)
     return 0;
 }
 
-void registerDialogBenchmarks(int size)
-{
+void registerDialogBenchmarks(int size) {
     // A few starts each: every one is a new process.
-    benchmark::RegisterBenchmark(nameOf("HostStartToDialog", size).c_str(), hostStart, size, StartClock::FromHost)
+    benchmark::RegisterBenchmark(nameOf("HostStartToDialog", size).c_str(), hostStart, size,
+                                 StartClock::FromHost)
         ->Unit(benchmark::kMillisecond)
         ->UseManualTime()
         ->Iterations(kStarts);
-    benchmark::RegisterBenchmark(nameOf("CommandToDialog", size).c_str(), hostStart, size, StartClock::FromCommand)
+    benchmark::RegisterBenchmark(nameOf("CommandToDialog", size).c_str(), hostStart, size,
+                                 StartClock::FromCommand)
         ->Unit(benchmark::kMillisecond)
         ->UseManualTime()
         ->Iterations(kStarts);
@@ -281,16 +274,14 @@ void registerDialogBenchmarks(int size)
         benchmark::RegisterBenchmark(nameOf(("FillListOrder" + std::to_string(order)).c_str(), size).c_str(),
                                      fillList, size, order)
             ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark(nameOf("Search", size).c_str(), search, size)
-        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(nameOf("Search", size).c_str(), search, size)->Unit(benchmark::kMillisecond);
 }
 
 } // namespace bench
 
 namespace bench {
 
-void registerHugeFileBenchmarks(int megabytes)
-{
+void registerHugeFileBenchmarks(int megabytes) {
     benchmark::RegisterBenchmark(nameOf("HugeIniFirstRun", megabytes).c_str(), hugeIniRun, megabytes, true)
         ->Unit(benchmark::kMillisecond)
         ->UseManualTime()

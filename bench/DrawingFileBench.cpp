@@ -40,22 +40,25 @@ std::string drawingOf(int count) {
         const unsigned handle = 0x1000 + i;
         switch (i % 3) {
         case 0:
-            std::snprintf(buffer, sizeof buffer,
-                          "  0\nLINE\n  5\n%X\n330\n1F\n100\nAcDbEntity\n  8\nWAND\n100\nAcDbLine\n 10\n%.3f\n"
-                          " 20\n%.3f\n 30\n0.0\n 11\n%.3f\n 21\n%.3f\n 31\n0.0\n",
-                          handle, x, y, x + 1.25, y + 0.75);
+            std::snprintf(
+                buffer, sizeof buffer,
+                "  0\nLINE\n  5\n%X\n330\n1F\n100\nAcDbEntity\n  8\nWAND\n100\nAcDbLine\n 10\n%.3f\n"
+                " 20\n%.3f\n 30\n0.0\n 11\n%.3f\n 21\n%.3f\n 31\n0.0\n",
+                handle, x, y, x + 1.25, y + 0.75);
             break;
         case 1:
-            std::snprintf(buffer, sizeof buffer,
-                          "  0\nCIRCLE\n  5\n%X\n330\n1F\n100\nAcDbEntity\n  8\nACHSEN\n 62\n1\n100\nAcDbCircle\n"
-                          " 10\n%.3f\n 20\n%.3f\n 30\n0.0\n 40\n0.5\n",
-                          handle, x, y);
+            std::snprintf(
+                buffer, sizeof buffer,
+                "  0\nCIRCLE\n  5\n%X\n330\n1F\n100\nAcDbEntity\n  8\nACHSEN\n 62\n1\n100\nAcDbCircle\n"
+                " 10\n%.3f\n 20\n%.3f\n 30\n0.0\n 40\n0.5\n",
+                handle, x, y);
             break;
         default:
-            std::snprintf(buffer, sizeof buffer,
-                          "  0\nTEXT\n  5\n%X\n330\n1F\n100\nAcDbEntity\n  8\nTEXT\n100\nAcDbText\n 10\n%.3f\n"
-                          " 20\n%.3f\n 30\n0.0\n 40\n0.25\n  1\nRaum %d\n100\nAcDbText\n",
-                          handle, x, y, i);
+            std::snprintf(
+                buffer, sizeof buffer,
+                "  0\nTEXT\n  5\n%X\n330\n1F\n100\nAcDbEntity\n  8\nTEXT\n100\nAcDbText\n 10\n%.3f\n"
+                " 20\n%.3f\n 30\n0.0\n 40\n0.25\n  1\nRaum %d\n100\nAcDbText\n",
+                handle, x, y, i);
             break;
         }
         entities += buffer;
@@ -82,7 +85,8 @@ void open(benchmark::State& state) {
 void save(benchmark::State& state) {
     std::string message;
     std::vector<std::string> notes;
-    auto db = cadhost::DrawingDatabase::fromFile(drawingOf(static_cast<int>(state.range(0))), table(), message, notes);
+    auto db = cadhost::DrawingDatabase::fromFile(drawingOf(static_cast<int>(state.range(0))), table(),
+                                                 message, notes);
     if (!db) {
         state.SkipWithError(message.c_str());
         return;
@@ -115,6 +119,10 @@ void openAndSaveFile(benchmark::State& state) {
 
 BENCHMARK(open)->Name("DxfOpen")->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(save)->Name("DxfSave")->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK(openAndSaveFile)->Name("DxfOpenAndSaveFile")->Arg(100000)->Arg(160000)->Unit(benchmark::kMillisecond);
+BENCHMARK(openAndSaveFile)
+    ->Name("DxfOpenAndSaveFile")
+    ->Arg(100000)
+    ->Arg(160000)
+    ->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -2,10 +2,10 @@
 #include "BenchHost.h"
 #include "Benchmarks.h"
 
+#include "dialogs/main/LoadStep.h"
 #include "frame/cContext.h"
 #include "frame/cDocCntx.h"
 #include "settings/cMsgCatalog.h"
-#include "dialogs/main/LoadStep.h"
 
 #include <arxheaders.h>
 #include <hostsession.h>
@@ -20,33 +20,35 @@ namespace bench {
 
 namespace {
 
-std::string nameOf(const char* measure, int size)
-{
+std::string nameOf(const char* measure, int size) {
     return std::string(measure) + "/" + std::to_string(size);
 }
 
 // One of two new values (round 0 or 1) that the host takes for most records of its kind; the
 // rest are refused, as some typed values are. The rounds differ, so that each Set all changes
 // what it sets; a string keeps its text.
-std::string newValueText(const cSysVar& record, int round)
-{
+std::string newValueText(const cSysVar& record, int round) {
     switch (record.valueType) {
-    case vartype::real: return round ? "1.5" : "2.5";
-    case vartype::point2d: return round ? "2 1" : "1 2";
-    case vartype::point3d: return round ? "3 2 1" : "1 2 3";
-    case vartype::longInt: return round ? "2000" : "1000";
+    case vartype::real:
+        return round ? "1.5" : "2.5";
+    case vartype::point2d:
+        return round ? "2 1" : "1 2";
+    case vartype::point3d:
+        return round ? "3 2 1" : "1 2 3";
+    case vartype::longInt:
+        return round ? "2000" : "1000";
     case vartype::string: {
         std::string text;
         record.editText(text);
         return text;
     }
-    default: return round ? "0" : "1";
+    default:
+        return round ? "0" : "1";
     }
 }
 
 // Every changeable record gets a new value; all are put in the user list and marked to set.
-void giveNewValues(cSysVarList& list, int round)
-{
+void giveNewValues(cSysVarList& list, int round) {
     for (cSysVar* v = list.first; v; v = v->next) {
         if (!v->isReadOnly())
             v->applyEditText(newValueText(*v, round));
@@ -55,8 +57,7 @@ void giveNewValues(cSysVarList& list, int round)
     }
 }
 
-void forgetNewValues(cSysVarList& list)
-{
+void forgetNewValues(cSysVarList& list) {
     for (cSysVar* v = list.first; v; v = v->next) {
         v->clearMarkedToSet();
         v->clearSetSucceeded();
@@ -67,8 +68,7 @@ void forgetNewValues(cSysVarList& list)
 
 // The load step on an empty list: the file read, the first read and probe of every value, the
 // checks against the host and the error log when there is something to log.
-void loadStep(benchmark::State& state, int size)
-{
+void loadStep(benchmark::State& state, int size) {
     std::unique_ptr<cDocCntx> context;
     try {
         workspace(size); // the host with the table and a drawing
@@ -99,8 +99,7 @@ void loadStep(benchmark::State& state, int size)
 
 // Set all: every marked record written to the host, then every record read back. Each round
 // sets other values than the last, as a user's new values differ from the drawing's.
-void setAll(benchmark::State& state, int size)
-{
+void setAll(benchmark::State& state, int size) {
     Workspace* w = workspaceFor(state, size);
     if (!w)
         return;
@@ -124,8 +123,7 @@ void setAll(benchmark::State& state, int size)
     forgetNewValues(list);
 }
 
-void writeUserList(benchmark::State& state, int size)
-{
+void writeUserList(benchmark::State& state, int size) {
     Workspace* w = workspaceFor(state, size);
     if (!w)
         return;
@@ -141,8 +139,7 @@ void writeUserList(benchmark::State& state, int size)
     forgetNewValues(list);
 }
 
-void readUserList(benchmark::State& state, int size)
-{
+void readUserList(benchmark::State& state, int size) {
     Workspace* w = workspaceFor(state, size);
     if (!w)
         return;
@@ -174,8 +171,7 @@ void readUserList(benchmark::State& state, int size)
 
 // The catalog loaded from a file of about megabytes MB whose section holds unused keys ahead of
 // the texts; the texts are the shipped ones, so the catalog holds what it held before.
-void catalogLoad(benchmark::State& state, int megabytes)
-{
+void catalogLoad(benchmark::State& state, int megabytes) {
     std::string path;
     try {
         path = hugeCatalog(megabytes);
@@ -196,18 +192,15 @@ void catalogLoad(benchmark::State& state, int megabytes)
 
 } // namespace
 
-void registerCatalogBenchmark(int megabytes)
-{
+void registerCatalogBenchmark(int megabytes) {
     benchmark::RegisterBenchmark(nameOf("HugeCatalogLoad", megabytes).c_str(), catalogLoad, megabytes)
         ->Unit(benchmark::kMillisecond);
 }
 
-void registerFileBenchmarks(int size)
-{
+void registerFileBenchmarks(int size) {
     benchmark::RegisterBenchmark(nameOf("LoadStep", size).c_str(), loadStep, size)
         ->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark(nameOf("SetAll", size).c_str(), setAll, size)
-        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(nameOf("SetAll", size).c_str(), setAll, size)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark(nameOf("WriteUserList", size).c_str(), writeUserList, size)
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark(nameOf("ReadUserList", size).c_str(), readUserList, size)

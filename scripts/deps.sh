@@ -3,7 +3,7 @@
 # Sourced by run.sh and test.sh; does nothing on a machine that has them all.
 vardesk_packages=(cmake ninja-build g++ clang libclang-rt-dev pkg-config qt6-base-dev qt6-svg-dev libgl-dev
     libgtest-dev libgmock-dev nlohmann-json3-dev libbenchmark-dev xdg-utils python3-ezdxf librecad
-    xvfb xdotool imagemagick "$@")
+    xvfb xdotool imagemagick clang-format "$@")
 
 vardesk_install_missing() {
     local missing=()

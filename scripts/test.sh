@@ -20,6 +20,12 @@ run_build() { # name, extra cmake args...
     (cd "$dir" && ctest --output-on-failure -j "$jobs" --timeout 120)
 }
 
+# The tree keeps the formatting of .clang-format; a change that drifts from it fails here.
+(cd "$root" && git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror) || {
+    echo "Formatting differs from .clang-format: run clang-format -i on the files named above." >&2
+    exit 1
+}
+
 run_build main
 if [ "$mode" != "--quick" ]; then
     ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \

@@ -25,7 +25,8 @@ bool toDouble(std::string_view v, double& out) {
 
 bool toInt(std::string_view v, long& out) {
     long long n = 0;
-    if (!dxf::parseInteger(v, n) || n < std::numeric_limits<long>::min() || n > std::numeric_limits<long>::max())
+    if (!dxf::parseInteger(v, n) || n < std::numeric_limits<long>::min() ||
+        n > std::numeric_limits<long>::max())
         return false;
     out = static_cast<long>(n);
     return true;

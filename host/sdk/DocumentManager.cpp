@@ -157,7 +157,8 @@ AcApDocument* HostSession::openDocument(const std::string& path, std::string* me
         return fail("it cannot be read");
     std::string why;
     std::vector<std::string> notes;
-    std::unique_ptr<DrawingDatabase> db = DrawingDatabase::fromFile(std::move(text).str(), d->table, why, notes);
+    std::unique_ptr<DrawingDatabase> db =
+        DrawingDatabase::fromFile(std::move(text).str(), d->table, why, notes);
     if (!db)
         return fail(why);
     const std::string name = fs::path(full).filename().string();

@@ -188,7 +188,8 @@ bool fillDictionary(AcDbDictionary* dict, const json& entries, DrawingDatabase* 
         if (existing != d.entries.end()) {
             AcDbObject* old = existing->second.object;
             if (value.contains("dictionary") && old->isKindOf(AcDbDictionary::desc())) {
-                if (!fillDictionary(static_cast<AcDbDictionary*>(old), value["dictionary"], db, where, depth + 1, why))
+                if (!fillDictionary(static_cast<AcDbDictionary*>(old), value["dictionary"], db, where,
+                                    depth + 1, why))
                     return false;
                 continue;
             }

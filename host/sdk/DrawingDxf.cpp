@@ -2,8 +2,8 @@
 // Dictionary as the OBJECTS section's root dictionary, everything else kept as read.
 #include "DrawingDatabase.h"
 
-#include "SessionInternal.h"
 #include "adscodes.h"
+#include "SessionInternal.h"
 
 #include <charconv>
 #include <cmath>
@@ -50,7 +50,8 @@ const dxf::Tag* findCode(std::span<const dxf::Tag> tags, int code) {
 
 // A header variable's value from its tags, by the variable's type; false when the tags do not
 // hold one.
-bool headerValue(const VarDef& def, std::span<const dxf::Tag> tags, const dxf::Drawing& file, VarValue& value) {
+bool headerValue(const VarDef& def, std::span<const dxf::Tag> tags, const dxf::Drawing& file,
+                 VarValue& value) {
     value = def.defaultValue;
     const dxf::Tag* tag = findCode(tags, def.dxfCode);
     if (!tag)
@@ -216,8 +217,8 @@ std::vector<ChainEntry> chainFromTags(std::span<const dxf::Tag> data, const dxf:
 }
 
 // The first tags of a new object: type, handle, reactor and owner, subclass markers.
-void beginNewObject(std::vector<dxf::Tag>& tags, dxf::Edits& edits, std::string_view type, std::uint64_t handle,
-                    std::uint64_t owner, std::string_view subclass) {
+void beginNewObject(std::vector<dxf::Tag>& tags, dxf::Edits& edits, std::string_view type,
+                    std::uint64_t handle, std::uint64_t owner, std::string_view subclass) {
     tags.push_back(edits.make(0, std::string(type)));
     tags.push_back(edits.make(5, dxf::handleText(handle)));
     if (owner) {
@@ -244,7 +245,8 @@ std::unique_ptr<dxf::Drawing> templateDrawing() {
 
 } // namespace
 
-DrawingDatabase::DrawingDatabase(std::unique_ptr<dxf::Drawing> file) : m_file(std::move(file)), m_nod(new AcDbDictionary()) {}
+DrawingDatabase::DrawingDatabase(std::unique_ptr<dxf::Drawing> file)
+    : m_file(std::move(file)), m_nod(new AcDbDictionary()) {}
 
 DrawingDatabase::DrawingDatabase() : DrawingDatabase(templateDrawing()) {
     startFromTemplate(hostVariables());
@@ -266,7 +268,8 @@ void DrawingDatabase::startFromTemplate(const VariableTable& table) {
 }
 
 std::unique_ptr<DrawingDatabase> DrawingDatabase::fromFile(std::string bytes, const VariableTable& table,
-                                                           std::string& message, std::vector<std::string>& notes) {
+                                                           std::string& message,
+                                                           std::vector<std::string>& notes) {
     const size_t first = bytes.find_first_not_of(" \t\r\n");
     if (first != std::string::npos && bytes[first] == '{')
         return fromJson(bytes, table, message);
@@ -294,8 +297,9 @@ void DrawingDatabase::readHeader(const VariableTable& table, std::vector<std::st
         if (tags.empty())
             continue;
         VarValue value;
-        std::string refusal = headerValue(def, tags, *m_file, value) ? admitValue(def, value)
-                                                                    : std::string("it holds no value of its type.");
+        std::string refusal = headerValue(def, tags, *m_file, value)
+                                  ? admitValue(def, value)
+                                  : std::string("it holds no value of its type.");
         if (!refusal.empty()) {
             notes.push_back("Header variable " + name + " (line " + std::to_string(tags.front().line) +
                             ") is not taken: " + refusal + " The host uses " +
@@ -336,7 +340,8 @@ void DrawingDatabase::readObjects(const VariableTable& table) {
         m_hostRecordAtOpen = chainFromTags(xrecordData(m_file->tags(objects[m_hostRecord])), *m_file);
         const std::vector<ChainEntry>& chain = m_hostRecordAtOpen;
         for (size_t i = 0; i + 1 < chain.size(); i += 2) {
-            const VarDef* def = kindOfCode(chain[i].code) == ValueKind::Text ? table.find(chain[i].text) : nullptr;
+            const VarDef* def =
+                kindOfCode(chain[i].code) == ValueKind::Text ? table.find(chain[i].text) : nullptr;
             if (!def || def->global || def->computed != Computed::None || m_valuesAtOpen.count(def->name))
                 continue;
             const ChainEntry& e = chain[i + 1];
@@ -520,7 +525,8 @@ std::string DrawingDatabase::toDxf(const VariableTable& table, std::vector<std::
             }
         } else if (!record.empty()) {
             hostRecordHandle = ++lastHandle;
-            beginNewObject(tags, edits, "XRECORD", hostRecordHandle, AcDbHostAccess::impl(m_nod).handle, "AcDbXrecord");
+            beginNewObject(tags, edits, "XRECORD", hostRecordHandle, AcDbHostAccess::impl(m_nod).handle,
+                           "AcDbXrecord");
             tags.push_back(edits.make(280, "1"));
             appendChainTags(record, *m_file, edits, tags);
             edits.newObjects.insert(edits.newObjects.end(), tags.begin(), tags.end());
@@ -555,7 +561,8 @@ void DrawingDatabase::writeObjects(dxf::Edits& edits, bool nodChanged, std::uint
             for (const std::string& upper : d.order) {
                 const AcDbObject::Impl::Entry& entry = d.entries.at(upper);
                 entries.push_back(edits.make(3, m_file->fileText(entry.key)));
-                entries.push_back(edits.make(entry.code, dxf::handleText(AcDbHostAccess::impl(entry.object).handle)));
+                entries.push_back(
+                    edits.make(entry.code, dxf::handleText(AcDbHostAccess::impl(entry.object).handle)));
             }
             for (const auto& [key, code, handle] : d.keptEntries) {
                 entries.push_back(edits.make(3, m_file->fileText(key)));
@@ -608,7 +615,8 @@ void DrawingDatabase::writeObjects(dxf::Edits& edits, bool nodChanged, std::uint
 
     std::function<void(const AcDbObject*)> visit = [&](const AcDbObject* object) {
         const AcDbObject::Impl& d = AcDbHostAccess::impl(object);
-        const bool modelled = object->isKindOf(AcDbDictionary::desc()) || object->isKindOf(AcDbXrecord::desc());
+        const bool modelled =
+            object->isKindOf(AcDbDictionary::desc()) || object->isKindOf(AcDbXrecord::desc());
         if (d.erased) {
             if (d.record >= 0 && d.ownsRecord)
                 edits.objects[d.record] = {};

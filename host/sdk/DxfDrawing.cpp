@@ -76,12 +76,13 @@ bool Drawing::parse(std::string bytes, std::string& message) {
         section.name = trimmed(tags[i + 1].value);
         section.bodyBegin = i + 2;
         size_t j = section.bodyBegin;
-        while (j < tags.size() && !(tags[j].code == 0 && (trimmed(tags[j].value) == "ENDSEC" ||
-                                                            trimmed(tags[j].value) == "EOF" ||
-                                                            trimmed(tags[j].value) == "SECTION")))
+        while (j < tags.size() && !(tags[j].code == 0 &&
+                                    (trimmed(tags[j].value) == "ENDSEC" || trimmed(tags[j].value) == "EOF" ||
+                                     trimmed(tags[j].value) == "SECTION")))
             ++j;
         if (j >= tags.size() || trimmed(tags[j].value) != "ENDSEC") {
-            message = at(tag) + ": the section " + std::string(section.name.substr(0, 40)) + " has no end (0 ENDSEC)";
+            message = at(tag) + ": the section " + std::string(section.name.substr(0, 40)) +
+                      " has no end (0 ENDSEC)";
             return false;
         }
         section.bodyEnd = j;

@@ -318,8 +318,8 @@ bool TagFile::parse(std::string bytes, std::string& message) {
         int number = 0;
         const auto [end, error] = std::from_chars(code.data(), code.data() + code.size(), number);
         if (code.empty() || error != std::errc() || end != code.data() + code.size()) {
-            message = "line " + std::to_string(codeLineNumber) + ": \"" +
-                      std::string(code.substr(0, 40)) + "\" is no group code";
+            message = "line " + std::to_string(codeLineNumber) + ": \"" + std::string(code.substr(0, 40)) +
+                      "\" is no group code";
             return false;
         }
         if (number < 0 || number > 1071) {
@@ -344,8 +344,9 @@ bool TagFile::parse(std::string bytes, std::string& message) {
         }
     }
     if (!sawEof) {
-        message = m_tags.empty() ? std::string("the file is empty")
-                                 : "the file has no EOF: it is cut off after line " + std::to_string(lineNumber);
+        message = m_tags.empty()
+                      ? std::string("the file is empty")
+                      : "the file has no EOF: it is cut off after line " + std::to_string(lineNumber);
         return false;
     }
     return true;

@@ -48,8 +48,8 @@ ValueKind kindOfCode(int code) {
     // Group codes of drawing data, by the ranges their kinds have in drawing files. Handles,
     // binary chunks and 64-bit integers are kept as their text.
     if (within(code, 0, 9) || within(code, 100, 105) || within(code, 160, 169) || within(code, 300, 369) ||
-        within(code, 390, 399) || within(code, 410, 419) || within(code, 430, 439) || within(code, 470, 481) ||
-        within(code, 999, 1009))
+        within(code, 390, 399) || within(code, 410, 419) || within(code, 430, 439) ||
+        within(code, 470, 481) || within(code, 999, 1009))
         return ValueKind::Text;
     if (within(code, 10, 18) || within(code, 110, 112) || code == 210 || within(code, 1010, 1013))
         return ValueKind::Point3;

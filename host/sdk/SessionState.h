@@ -163,7 +163,6 @@ struct SessionState {
         }
     }
 
-
     // ---- modules (ModuleLoader.cpp) ----
     AcRx::AppRetCode send(Module& m, AcRx::AppMsgCode msg);
     // Sends a drawing message to every module while doc stands as the current document.

@@ -169,7 +169,8 @@ std::string parseRules(const std::vector<std::string>& w, size_t i, VarDef& def)
     if ((def.notEmpty || def.oneCharacter || def.maxLength) && def.type != VarType::String)
         return "text rule on a variable that is not a text";
     if (def.dxfCode && !headerCodeFits(def))
-        return "rule 'dxf': group code " + std::to_string(def.dxfCode) + " does not hold a value of this type";
+        return "rule 'dxf': group code " + std::to_string(def.dxfCode) +
+               " does not hold a value of this type";
     if (def.dxfCode && (def.global || def.computed != Computed::None))
         return "rule 'dxf' on a variable that a drawing does not keep";
     return {};
@@ -256,8 +257,8 @@ bool VarValue::operator==(const VarValue& o) const {
 
 bool headerCodeFits(const VarDef& def) {
     const int c = def.dxfCode;
-    const bool integerCode = (c >= 60 && c <= 79) || (c >= 90 && c <= 99) || (c >= 270 && c <= 299) ||
-                             (c >= 370 && c <= 389);
+    const bool integerCode =
+        (c >= 60 && c <= 79) || (c >= 90 && c <= 99) || (c >= 270 && c <= 299) || (c >= 370 && c <= 389);
     const bool textCode = (c >= 1 && c <= 9) || (c >= 300 && c <= 309);
     switch (def.type) {
     case VarType::Int:

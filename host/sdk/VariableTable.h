@@ -47,8 +47,8 @@ struct VarDef {
 
     // "dxf CODE [since ACxxxx]": the drawing file keeps the value as header variable $NAME with this
     // group code (a point as CODE, CODE+10, CODE+20); the header has it from that version on.
-    int dxfCode = 0;       // 0: no header variable; the host keeps the value in a record of its own
-    int dxfSince = 1009;   // AC1009 (R12)
+    int dxfCode = 0;     // 0: no header variable; the host keeps the value in a record of its own
+    int dxfSince = 1009; // AC1009 (R12)
 };
 
 class VariableTable {

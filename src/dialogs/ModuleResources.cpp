@@ -2,8 +2,8 @@
 #include "ModuleResources.h"
 
 #include <QFile>
-#include <QHash>
 #include <QGuiApplication>
+#include <QHash>
 #include <QPainter>
 #include <QSvgRenderer>
 

@@ -27,7 +27,6 @@
 
 namespace {
 
-
 // Whether the platform can give the file's status: the one test of a path here.
 bool hasFileStatus(const std::string& path) {
     struct stat status {};

@@ -1,7 +1,6 @@
 // The message catalog: the key table, loading the catalog file, and the three message boxes.
 #include "cMsgCatalog.h"
 
-
 #include "ProfileFile.h"
 #include "UiServices.h"
 

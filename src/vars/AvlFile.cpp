@@ -7,8 +7,7 @@
 
 #include <cstdlib>
 
-TextLineReader::Outcome TextLineReader::next(std::string& line)
-{
+TextLineReader::Outcome TextLineReader::next(std::string& line) {
     line.clear();
     if (std::ferror(m_file))
         return Outcome::Failed;
@@ -38,8 +37,7 @@ TextLineReader::Outcome TextLineReader::next(std::string& line)
 namespace {
 
 // Outcome of one prepared AVL line: 0 when it was taken or skipped, else its error number.
-int handleAvlLine(cSysVarList& list, const std::string& line, int lineNumber)
-{
+int handleAvlLine(cSysVarList& list, const std::string& line, int lineNumber) {
     std::string field1, field2, field3, field4;
     const int fields = splitFields(line, field1, field2, field3, field4);
     if (fields < 3)
@@ -50,11 +48,16 @@ int handleAvlLine(cSysVarList& list, const std::string& line, int lineNumber)
         if (std::atoi(field1.c_str()) != 0)
             return 3;
         switch (list.themes.addTheme(std::atoi(field3.c_str()), field2)) {
-        case themeresult::inserted: return 0;
-        case themeresult::badIndex: return 3;
-        case themeresult::noName: return 7;
-        case themeresult::indexInUse: return 8;
-        default: return 9;
+        case themeresult::inserted:
+            return 0;
+        case themeresult::badIndex:
+            return 3;
+        case themeresult::noName:
+            return 7;
+        case themeresult::indexInUse:
+            return 8;
+        default:
+            return 9;
         }
     }
     // The duplicate test sees the name as the file has it, blanks and all; addVariable trims.
@@ -66,25 +69,31 @@ int handleAvlLine(cSysVarList& list, const std::string& line, int lineNumber)
     return 0;
 }
 
-const std::string& lineErrorText(int error)
-{
+const std::string& lineErrorText(int error) {
     switch (error) {
-    case 1: return gMsg.TxSysLoadError1;
-    case 2: return gMsg.TxSysLoadError2;
-    case 3: return gMsg.TxSysLoadError3;
-    case 4: return gMsg.TxSysLoadError4;
-    case 5: return gMsg.TxSysLoadError5;
-    case 7: return gMsg.TxSysLoadError7;
-    case 8: return gMsg.TxSysLoadError8;
-    default: return gMsg.TxSysLoadError9;
+    case 1:
+        return gMsg.TxSysLoadError1;
+    case 2:
+        return gMsg.TxSysLoadError2;
+    case 3:
+        return gMsg.TxSysLoadError3;
+    case 4:
+        return gMsg.TxSysLoadError4;
+    case 5:
+        return gMsg.TxSysLoadError5;
+    case 7:
+        return gMsg.TxSysLoadError7;
+    case 8:
+        return gMsg.TxSysLoadError8;
+    default:
+        return gMsg.TxSysLoadError9;
     }
 }
 
 } // namespace
 
 TextLineReader::Outcome nextContentLine(TextLineReader& reader, std::string& line, int& lineNumber,
-                                        ReportList& report)
-{
+                                        ReportList& report) {
     for (;;) {
         const TextLineReader::Outcome outcome = reader.next(line);
         if (outcome == TextLineReader::Outcome::End || outcome == TextLineReader::Outcome::Failed)
@@ -98,9 +107,7 @@ TextLineReader::Outcome nextContentLine(TextLineReader& reader, std::string& lin
     }
 }
 
-bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileName,
-                   ReportList& report)
-{
+bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileName, ReportList& report) {
     TextLineReader reader(file);
     std::string line;
     int lineNumber = 0;
@@ -109,8 +116,7 @@ bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileNa
         if (outcome == TextLineReader::Outcome::End)
             return true;
         if (outcome == TextLineReader::Outcome::Failed) {
-            report.push_back(
-                formatText("%s '%s'.", gMsg.TxFileReadFailure.c_str(), fileName.c_str()));
+            report.push_back(formatText("%s '%s'.", gMsg.TxFileReadFailure.c_str(), fileName.c_str()));
             return false;
         }
         const std::size_t remark = line.find(";;");
@@ -118,13 +124,12 @@ bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileNa
             line.resize(remark); // not trimmed again: blanks ahead of ";;" stay in the last field
 
         if (const int error = handleAvlLine(list, line, lineNumber))
-            report.push_back(formatText("%s %-4d: %s", lineErrorText(error).c_str(), lineNumber,
-                                        line.c_str()));
+            report.push_back(
+                formatText("%s %-4d: %s", lineErrorText(error).c_str(), lineNumber, line.c_str()));
     }
 }
 
-FileResult cSysVarList::readAvlFile(ReportList& report)
-{
+FileResult cSysVarList::readAvlFile(ReportList& report) {
     const std::string path = avlDirectory + avlFileName;
     // A device or a FIFO would never end or never begin: only a regular file is read.
     std::FILE* file = kova::openRegularFile(path);

@@ -48,5 +48,4 @@ TextLineReader::Outcome nextContentLine(TextLineReader& reader, std::string& lin
 // line a report line. fileName names the file in the report line of a fatal read error, which is
 // then the last line of the report. Returns false after a fatal read error, else true. Shows no
 // box and does not close the stream: both are readAvlFile's.
-bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileName,
-                   ReportList& report);
+bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileName, ReportList& report);

@@ -1,19 +1,16 @@
 // Writing the error log file.
 #include "ErrorLog.h"
 
-#include "TextHelpers.h"
 #include "settings/cMsgCatalog.h"
+#include "TextHelpers.h"
 
 #include <cstdio>
 
-std::string errorLogPath(const std::string& directory, const std::string& baseName)
-{
+std::string errorLogPath(const std::string& directory, const std::string& baseName) {
     return directory + baseName + kErrorLogExtension;
 }
 
-FileResult writeErrorLog(ReportList& errorLines, const std::string& directory,
-                         const std::string& baseName)
-{
+FileResult writeErrorLog(ReportList& errorLines, const std::string& directory, const std::string& baseName) {
     const std::string path = errorLogPath(directory, baseName);
     // Written beside the old log and renamed over it: a write that fails half way (a full disk)
     // leaves the old log whole, and counts as a log that cannot be opened.

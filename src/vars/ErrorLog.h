@@ -15,5 +15,4 @@ std::string errorLogPath(const std::string& directory, const std::string& baseNa
 // replacing an old file, and empties errorLines. When the file cannot be opened the error names
 // it (path followed by TxFileOpenFailure), the same text is appended to errorLines, and the lines
 // stay in memory.
-FileResult writeErrorLog(ReportList& errorLines, const std::string& directory,
-                         const std::string& baseName);
+FileResult writeErrorLog(ReportList& errorLines, const std::string& directory, const std::string& baseName);

@@ -10,17 +10,18 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <locale.h>
 #include <filesystem>
+#include <locale.h>
 #include <system_error>
 
 namespace {
 
-bool isContinuation(unsigned char b) { return (b & 0xC0) == 0x80; }
+bool isContinuation(unsigned char b) {
+    return (b & 0xC0) == 0x80;
+}
 
 // Length of the character that begins at pos: that of a well-formed UTF-8 sequence, else 1.
-std::size_t charLength(const std::string& text, std::size_t pos)
-{
+std::size_t charLength(const std::string& text, std::size_t pos) {
     const std::size_t rest = text.size() - pos;
     const auto b0 = static_cast<unsigned char>(text[pos]);
     auto at = [&](std::size_t i) { return static_cast<unsigned char>(text[pos + i]); };
@@ -50,19 +51,21 @@ std::size_t charLength(const std::string& text, std::size_t pos)
 }
 
 // Code point of a well-formed character of length len at pos; the byte itself for length 1.
-char32_t decode(const std::string& text, std::size_t pos, std::size_t len)
-{
+char32_t decode(const std::string& text, std::size_t pos, std::size_t len) {
     auto at = [&](std::size_t i) { return static_cast<char32_t>(static_cast<unsigned char>(text[pos + i])); };
     switch (len) {
-    case 2: return ((at(0) & 0x1F) << 6) | (at(1) & 0x3F);
-    case 3: return ((at(0) & 0x0F) << 12) | ((at(1) & 0x3F) << 6) | (at(2) & 0x3F);
-    case 4: return ((at(0) & 0x07) << 18) | ((at(1) & 0x3F) << 12) | ((at(2) & 0x3F) << 6) | (at(3) & 0x3F);
-    default: return at(0);
+    case 2:
+        return ((at(0) & 0x1F) << 6) | (at(1) & 0x3F);
+    case 3:
+        return ((at(0) & 0x0F) << 12) | ((at(1) & 0x3F) << 6) | (at(2) & 0x3F);
+    case 4:
+        return ((at(0) & 0x07) << 18) | ((at(1) & 0x3F) << 12) | ((at(2) & 0x3F) << 6) | (at(3) & 0x3F);
+    default:
+        return at(0);
     }
 }
 
-void encode(char32_t cp, std::string& out)
-{
+void encode(char32_t cp, std::string& out) {
     if (cp < 0x80) {
         out += static_cast<char>(cp);
     } else if (cp < 0x800) {
@@ -82,8 +85,7 @@ void encode(char32_t cp, std::string& out)
 
 constexpr char32_t kIdeographicSpace = 0x3000;
 
-bool isWhiteChar(const std::string& text, std::size_t pos, std::size_t len)
-{
+bool isWhiteChar(const std::string& text, std::size_t pos, std::size_t len) {
     if (len == 1) {
         const char c = text[pos];
         return c == ' ' || (c >= '\t' && c <= '\r');
@@ -93,8 +95,7 @@ bool isWhiteChar(const std::string& text, std::size_t pos, std::size_t len)
 
 // The first byte of the character that holds byte pos (pos itself when it begins one, or when
 // pos lies at or behind the end).
-std::size_t boundaryAtOrBefore(const std::string& text, std::size_t pos)
-{
+std::size_t boundaryAtOrBefore(const std::string& text, std::size_t pos) {
     if (pos >= text.size())
         return pos;
     std::size_t i = 0;
@@ -108,8 +109,7 @@ std::size_t boundaryAtOrBefore(const std::string& text, std::size_t pos)
 }
 
 // Splits path at its last "/" and at the last "." behind it: directory end and extension start.
-void splitPath(const std::string& path, std::size_t& nameStart, std::size_t& extStart)
-{
+void splitPath(const std::string& path, std::size_t& nameStart, std::size_t& extStart) {
     nameStart = 0;
     std::size_t lastDot = std::string::npos;
     for (std::size_t i = 0; i < path.size(); i += charLength(path, i)) {
@@ -125,8 +125,7 @@ void splitPath(const std::string& path, std::size_t& nameStart, std::size_t& ext
 
 } // namespace
 
-std::string& trimLeft(std::string& text)
-{
+std::string& trimLeft(std::string& text) {
     std::size_t i = 0;
     while (i < text.size()) {
         const std::size_t len = charLength(text, i);
@@ -138,8 +137,7 @@ std::string& trimLeft(std::string& text)
     return text;
 }
 
-std::string& trimRight(std::string& text)
-{
+std::string& trimRight(std::string& text) {
     std::size_t runStart = std::string::npos;
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t len = charLength(text, i);
@@ -156,14 +154,12 @@ std::string& trimRight(std::string& text)
     return text;
 }
 
-std::string& trimBoth(std::string& text)
-{
+std::string& trimBoth(std::string& text) {
     trimLeft(text);
     return trimRight(text);
 }
 
-std::string& upperCase(std::string& text)
-{
+std::string& upperCase(std::string& text) {
     std::string out;
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size();) {
@@ -182,8 +178,7 @@ std::string& upperCase(std::string& text)
     return text;
 }
 
-void removeChar(std::string& text, char c)
-{
+void removeChar(std::string& text, char c) {
     std::string out;
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size();) {
@@ -195,8 +190,7 @@ void removeChar(std::string& text, char c)
     text.swap(out);
 }
 
-int replaceChar(std::string& text, char oldChar, char newChar)
-{
+int replaceChar(std::string& text, char oldChar, char newChar) {
     if (oldChar == newChar)
         return 0;
     int count = 0;
@@ -211,8 +205,7 @@ int replaceChar(std::string& text, char oldChar, char newChar)
     return count;
 }
 
-int findChar(const std::string& text, char c, int start)
-{
+int findChar(const std::string& text, char c, int start) {
     if (start < 0 || static_cast<std::size_t>(start) >= text.size())
         return -1;
     for (std::size_t i = 0; i < text.size();) {
@@ -224,8 +217,7 @@ int findChar(const std::string& text, char c, int start)
     return -1;
 }
 
-std::string left(const std::string& text, int count)
-{
+std::string left(const std::string& text, int count) {
     if (count <= 0)
         return {};
     if (static_cast<std::size_t>(count) >= text.size())
@@ -233,8 +225,7 @@ std::string left(const std::string& text, int count)
     return text.substr(0, boundaryAtOrBefore(text, static_cast<std::size_t>(count)));
 }
 
-std::string mid(const std::string& text, int position, int count)
-{
+std::string mid(const std::string& text, int position, int count) {
     if (count < 0)
         return {};
     if (position < 0)
@@ -247,23 +238,20 @@ std::string mid(const std::string& text, int position, int count)
     return text.substr(from, to > from ? to - from : 0);
 }
 
-std::string mid(const std::string& text, int position)
-{
+std::string mid(const std::string& text, int position) {
     if (position < 0)
         position = 0;
     const auto from = boundaryAtOrBefore(text, static_cast<std::size_t>(position));
     return from >= text.size() ? std::string() : text.substr(from);
 }
 
-int compareText(const std::string& a, const std::string& b)
-{
+int compareText(const std::string& a, const std::string& b) {
     // std::string::compare orders by char_traits<char>, which compares as unsigned char.
     const int r = a.compare(b);
     return r < 0 ? -1 : (r > 0 ? 1 : 0);
 }
 
-std::string formatText(const char* format, ...)
-{
+std::string formatText(const char* format, ...) {
     const CNumericScope cLocale;
     va_list args;
     va_start(args, format);
@@ -281,9 +269,8 @@ std::string formatText(const char* format, ...)
     return out;
 }
 
-int splitFields(const std::string& line, std::string& field1, std::string& field2,
-                std::string& field3, std::string& field4)
-{
+int splitFields(const std::string& line, std::string& field1, std::string& field2, std::string& field3,
+                std::string& field4) {
     field1.clear();
     field2.clear();
     field3.clear();
@@ -308,32 +295,28 @@ int splitFields(const std::string& line, std::string& field1, std::string& field
     return count;
 }
 
-std::string& pathDirectory(const std::string& path, std::string& out)
-{
+std::string& pathDirectory(const std::string& path, std::string& out) {
     std::size_t nameStart = 0, extStart = 0;
     splitPath(path, nameStart, extStart);
     out.assign(path, 0, nameStart);
     return out;
 }
 
-std::string& pathFileName(const std::string& path, std::string& out)
-{
+std::string& pathFileName(const std::string& path, std::string& out) {
     std::size_t nameStart = 0, extStart = 0;
     splitPath(path, nameStart, extStart);
     out.assign(path, nameStart, std::string::npos);
     return out;
 }
 
-std::string& pathStem(const std::string& path, std::string& out)
-{
+std::string& pathStem(const std::string& path, std::string& out) {
     std::size_t nameStart = 0, extStart = 0;
     splitPath(path, nameStart, extStart);
     out.assign(path, 0, extStart);
     return out;
 }
 
-std::string& pathInWorkingDirectory(const std::string& fileName, std::string& out)
-{
+std::string& pathInWorkingDirectory(const std::string& fileName, std::string& out) {
     std::error_code error;
     std::string directory = std::filesystem::current_path(error).string();
     if (error || directory.empty())
@@ -344,13 +327,13 @@ std::string& pathInWorkingDirectory(const std::string& fileName, std::string& ou
     return out;
 }
 
-DateTime currentDateTime() { return std::chrono::system_clock::now(); }
+DateTime currentDateTime() {
+    return std::chrono::system_clock::now();
+}
 
-std::string& formatDateTime(DateTime moment, int part, std::string& out)
-{
+std::string& formatDateTime(DateTime moment, int part, std::string& out) {
     static const std::string kInvalid = "Invalid DateTime";
-    const auto ms =
-        std::chrono::duration_cast<std::chrono::milliseconds>(moment.time_since_epoch()).count();
+    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(moment.time_since_epoch()).count();
     const QDateTime local = QDateTime::fromMSecsSinceEpoch(ms);
     if (!local.isValid() || part < kDateTimeBoth || part > kDateOnly) {
         out = kInvalid;
@@ -371,9 +354,15 @@ std::string& formatDateTime(DateTime moment, int part, std::string& out)
     const QString time = locale.toString(local.time(), timeFormat.trimmed());
     QString text;
     switch (part) {
-    case kTimeOnly: text = time; break;
-    case kDateOnly: text = date; break;
-    default: text = date + QLatin1Char(' ') + time; break;
+    case kTimeOnly:
+        text = time;
+        break;
+    case kDateOnly:
+        text = date;
+        break;
+    default:
+        text = date + QLatin1Char(' ') + time;
+        break;
     }
     if (text.isEmpty()) {
         out = kInvalid;

@@ -54,8 +54,8 @@ std::string formatText(const char* format, ...) __attribute__((format(printf, 1,
 // Splits line at every "#". Fields 1 to 4 go to the outputs (emptied first), further fields are
 // only counted. Returns the number of "#" plus 1: a line ending in "#" has an empty last field,
 // a line without "#" is one field. Fields keep their blanks. An empty line gives 1 field.
-int splitFields(const std::string& line, std::string& field1, std::string& field2,
-                std::string& field3, std::string& field4);
+int splitFields(const std::string& line, std::string& field1, std::string& field2, std::string& field3,
+                std::string& field4);
 
 // ---- paths ----
 // POSIX paths with "/" and no drive. A path splits into directory (up to and with its last "/"),

@@ -9,16 +9,14 @@
 
 namespace {
 
-bool isChosen(const cSysVar& v, bool selectedOnly)
-{
+bool isChosen(const cSysVar& v, bool selectedOnly) {
     return selectedOnly ? v.isSelected() : v.inUserList();
 }
 
 } // namespace
 
 FileResult cSysVarList::writeUserFile(const std::string& directory, const std::string& fileName,
-                                      bool selectedOnly)
-{
+                                      bool selectedOnly) {
     const std::string path = directory + fileName;
     // The list is written beside the old one and renamed over it: a write that fails half way
     // leaves the old list whole. A write-protected list is not replaced.
@@ -36,13 +34,12 @@ FileResult cSysVarList::writeUserFile(const std::string& directory, const std::s
     }
     // A full disk may show only when the buffer is flushed, so the commit is looked at as well.
     if (failed || !output.commit())
-        return FileResult::error(
-            formatText("%s '%s'.", gMsg.TxFileWriteFailure.c_str(), fileName.c_str()) + gMsg.TxAbort);
+        return FileResult::error(formatText("%s '%s'.", gMsg.TxFileWriteFailure.c_str(), fileName.c_str()) +
+                                 gMsg.TxAbort);
     return {};
 }
 
-int cSysVarList::readUserFile(ReportList& report, FileResult& failure)
-{
+int cSysVarList::readUserFile(ReportList& report, FileResult& failure) {
     failure = {};
     const std::string path = userDirectory + userFileName;
     std::FILE* file = kova::openRegularFile(path);

@@ -2,8 +2,8 @@
 #include "cSysVar.h"
 
 #include "CNumericScope.h"
-#include "TextHelpers.h"
 #include "cSysVarList.h"
+#include "TextHelpers.h"
 
 #include "acedads.h"
 
@@ -19,15 +19,13 @@ namespace {
 constexpr char kDefaultSeparator = ' ';
 constexpr int kDefaultPrecision = 4;
 
-bool scanReal(const std::string& text, double& value)
-{
+bool scanReal(const std::string& text, double& value) {
     CNumericScope numeric;
     return std::sscanf(text.c_str(), "%lf", &value) == 1;
 }
 
 // "%d" and "%ld" as 32-bit scans; a number beyond 32 bits keeps its low bits.
-bool scanInteger(const std::string& text, std::int32_t& value)
-{
+bool scanInteger(const std::string& text, std::int32_t& value) {
     CNumericScope numeric;
     long long wide = 0;
     if (std::sscanf(text.c_str(), "%lld", &wide) != 1)
@@ -36,10 +34,11 @@ bool scanInteger(const std::string& text, std::int32_t& value)
     return true;
 }
 
-bool belowLimit(double v) { return std::fabs(v) < kFixedFormatLimit; }
+bool belowLimit(double v) {
+    return std::fabs(v) < kFixedFormatLimit;
+}
 
-char* copyString(const std::string& text)
-{
+char* copyString(const std::string& text) {
     char* copy = static_cast<char*>(std::malloc(text.size() + 1));
     if (copy)
         std::memcpy(copy, text.c_str(), text.size() + 1);
@@ -50,33 +49,33 @@ char* copyString(const std::string& text)
 
 cSysVar::cSysVar(const cSysVarList* owner_) : owner(owner_) {}
 
-cSysVar::~cSysVar()
-{
+cSysVar::~cSysVar() {
     if (valueType == vartype::string) {
         freeNewString();
         freeCurrentString();
     }
 }
 
-char cSysVar::pointSeparator() const { return owner ? owner->pointSeparator : kDefaultSeparator; }
+char cSysVar::pointSeparator() const {
+    return owner ? owner->pointSeparator : kDefaultSeparator;
+}
 
-int cSysVar::valuePrecision() const { return owner ? owner->valuePrecision : kDefaultPrecision; }
+int cSysVar::valuePrecision() const {
+    return owner ? owner->valuePrecision : kDefaultPrecision;
+}
 
-void cSysVar::freeNewString()
-{
+void cSysVar::freeNewString() {
     std::free(newValue.rstring);
     newValue.rstring = nullptr;
 }
 
-void cSysVar::freeCurrentString()
-{
+void cSysVar::freeCurrentString() {
     std::free(currentValue.rstring);
     currentValue.rstring = nullptr;
 }
 
 bool cSysVar::parseAvlFields(const std::string& themeField, const std::string& nameField,
-                             const std::string& modeField, const std::string& descriptionField)
-{
+                             const std::string& modeField, const std::string& descriptionField) {
     name = nameField;
     description = descriptionField;
     themeIndex = static_cast<int>(std::strtol(themeField.c_str(), nullptr, 10));
@@ -105,8 +104,7 @@ bool cSysVar::parseAvlFields(const std::string& themeField, const std::string& n
     return true;
 }
 
-bool cSysVar::readFromHost()
-{
+bool cSysVar::readFromHost() {
     resbuf buffer{};
     if (acedGetVar(name.c_str(), &buffer) != RTNORM) {
         flags |= varflag::isUnreadable;
@@ -126,20 +124,27 @@ bool cSysVar::readFromHost()
     }
     valueType = type;
     switch (type) {
-    case vartype::real: currentValue.rreal = buffer.resval.rreal; break;
+    case vartype::real:
+        currentValue.rreal = buffer.resval.rreal;
+        break;
     case vartype::point2d:
     case vartype::point3d:
         for (int i = 0; i < 3; ++i)
             currentValue.rpoint[i] = buffer.resval.rpoint[i];
         break;
-    case vartype::integer: currentValue.rint = buffer.resval.rint; break;
-    case vartype::longInt: currentValue.rlong = buffer.resval.rlong; break;
+    case vartype::integer:
+        currentValue.rint = buffer.resval.rint;
+        break;
+    case vartype::longInt:
+        currentValue.rlong = buffer.resval.rlong;
+        break;
     case vartype::string:
         if (currentValue.rstring != buffer.resval.rstring)
             freeCurrentString();
         currentValue.rstring = buffer.resval.rstring;
         break;
-    default: break;
+    default:
+        break;
     }
     formatListValue(currentValue, currentText);
     if (!newText.empty())
@@ -147,8 +152,7 @@ bool cSysVar::readFromHost()
     return true;
 }
 
-bool cSysVar::writeToHost()
-{
+bool cSysVar::writeToHost() {
     if (isUnreadable() || isReadOnly() || !isMarkedToSet() || newText.empty())
         return false;
     resbuf buffer{};
@@ -163,22 +167,20 @@ bool cSysVar::writeToHost()
     return false;
 }
 
-bool cSysVar::formatListValue(const ads_u_val& value, std::string& out) const
-{
+bool cSysVar::formatListValue(const ads_u_val& value, std::string& out) const {
     int places = valuePrecision();
     if (places < 0)
         places = kDefaultPrecision;
     const char sep = pointSeparator();
     switch (valueType) {
     case vartype::real:
-        out = belowLimit(value.rreal) ? formatText("%.*f", places, value.rreal)
-                                      : formatText("%E", value.rreal);
+        out =
+            belowLimit(value.rreal) ? formatText("%.*f", places, value.rreal) : formatText("%E", value.rreal);
         return true;
     case vartype::point2d: {
         const double* p = value.rpoint;
-        out = belowLimit(p[0]) && belowLimit(p[1])
-                  ? formatText("%.*f%c%.*f", places, p[0], sep, places, p[1])
-                  : formatText("%E%c%E", p[0], sep, p[1]);
+        out = belowLimit(p[0]) && belowLimit(p[1]) ? formatText("%.*f%c%.*f", places, p[0], sep, places, p[1])
+                                                   : formatText("%E%c%E", p[0], sep, p[1]);
         return true;
     }
     case vartype::point3d: {
@@ -188,18 +190,22 @@ bool cSysVar::formatListValue(const ads_u_val& value, std::string& out) const
                   : formatText("%E%c%E%c%E", p[0], sep, p[1], sep, p[2]);
         return true;
     }
-    case vartype::integer: out = formatText("%d", static_cast<int>(value.rint)); return true;
-    case vartype::longInt: out = formatText("%d", static_cast<int>(value.rlong)); return true;
+    case vartype::integer:
+        out = formatText("%d", static_cast<int>(value.rint));
+        return true;
+    case vartype::longInt:
+        out = formatText("%d", static_cast<int>(value.rlong));
+        return true;
     case vartype::string:
         if (value.rstring)
             out = std::string("\"") + value.rstring + "\"";
         return true;
-    default: return false;
+    default:
+        return false;
     }
 }
 
-void cSysVar::formatEditValue(std::string& out, const ads_u_val& value) const
-{
+void cSysVar::formatEditValue(std::string& out, const ads_u_val& value) const {
     if (valueType == vartype::string) {
         if (value.rstring)
             out = value.rstring;
@@ -208,8 +214,7 @@ void cSysVar::formatEditValue(std::string& out, const ads_u_val& value) const
     formatListValue(value, out);
 }
 
-void cSysVar::editText(std::string& out) const
-{
+void cSysVar::editText(std::string& out) const {
     if (!newText.empty()) {
         out = newText;
         formatEditValue(out, newValue);
@@ -219,13 +224,11 @@ void cSysVar::editText(std::string& out) const
     }
 }
 
-void cSysVar::compareTexts()
-{
+void cSysVar::compareTexts() {
     compareColour = compareText(newText, currentText) == 0 ? kColourEqual : kColourDiffers;
 }
 
-bool cSysVar::refreshNewText()
-{
+bool cSysVar::refreshNewText() {
     const bool hasText = formatListValue(newValue, newText);
     if (!newText.empty())
         compareTexts();
@@ -234,8 +237,7 @@ bool cSysVar::refreshNewText()
 }
 
 int cSysVar::splitPointText(std::string& token1, std::string& token2, std::string& token3,
-                            const std::string& text) const
-{
+                            const std::string& text) const {
     token1.clear();
     token2.clear();
     token3.clear();
@@ -262,8 +264,7 @@ int cSysVar::splitPointText(std::string& token1, std::string& token2, std::strin
     return count;
 }
 
-bool cSysVar::parseNewValue(const std::string& text, bool forFile)
-{
+bool cSysVar::parseNewValue(const std::string& text, bool forFile) {
     switch (valueType) {
     case vartype::real: {
         double v = 0;
@@ -316,12 +317,12 @@ bool cSysVar::parseNewValue(const std::string& text, bool forFile)
         newValue.rstring = copyString(unquoted);
         return true;
     }
-    default: return true;
+    default:
+        return true;
     }
 }
 
-bool cSysVar::applyEditText(const std::string& text)
-{
+bool cSysVar::applyEditText(const std::string& text) {
     if (isReadOnly())
         return false;
     if (!parseNewValue(text, false))
@@ -335,8 +336,7 @@ bool cSysVar::applyEditText(const std::string& text)
     return true;
 }
 
-bool cSysVar::applyFileText(const std::string& text)
-{
+bool cSysVar::applyFileText(const std::string& text) {
     flags |= varflag::inUserList;
     if (!parseNewValue(text, true))
         return false;
@@ -346,8 +346,7 @@ bool cSysVar::applyFileText(const std::string& text)
     return true;
 }
 
-bool cSysVar::clearNewValue()
-{
+bool cSysVar::clearNewValue() {
     flags &= ~(varflag::inUserList | varflag::isSelected);
     if (valueType == vartype::string)
         freeNewString();

@@ -32,8 +32,8 @@ inline constexpr int longInt = 5010; // 32-bit
 } // namespace vartype
 
 // Text colours (0x00BBGGRR) of a new value against the current one.
-inline constexpr std::uint32_t kColourDiffers = 193;  // red 0xC1
-inline constexpr std::uint32_t kColourEqual = 49408;  // green 0xC1
+inline constexpr std::uint32_t kColourDiffers = 193; // red 0xC1
+inline constexpr std::uint32_t kColourEqual = 49408; // green 0xC1
 
 // Reals, and coordinates whose absolute value reaches this, print in the "%E" form.
 inline constexpr double kFixedFormatLimit = 1e10;
@@ -57,10 +57,10 @@ public:
     std::string newText;     // newValue as text; empty: no new value
     cSysVar* next = nullptr; // next record of the list
     int valueType = vartype::none;
-    int themeIndex = 0;      // as the AVL file gave it; need not name a theme of the list
-    int sourceLine = 0;      // AVL line that made the record, from 1
-    ads_u_val newValue{};    // rstring malloc'ed by the record, or null
-    ads_u_val currentValue{}; // rstring as the host handed it over, or null
+    int themeIndex = 0;              // as the AVL file gave it; need not name a theme of the list
+    int sourceLine = 0;              // AVL line that made the record, from 1
+    ads_u_val newValue{};            // rstring malloc'ed by the record, or null
+    ads_u_val currentValue{};        // rstring as the host handed it over, or null
     std::uint32_t compareColour = 0; // kColourDiffers / kColourEqual; 0 until compared
     const cSysVarList* owner = nullptr;
 

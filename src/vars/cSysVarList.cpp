@@ -1,21 +1,21 @@
 // cSysVarList: the chain of records in name order, bulk host reads and writes, and load checks.
 #include "cSysVarList.h"
 
-#include "TextHelpers.h"
 #include "settings/cMsgCatalog.h"
+#include "TextHelpers.h"
 
 #include "acedads.h"
 
 #include <iterator>
 #include <string_view>
 
-
-cSysVarList::~cSysVarList() { clearAll(); }
+cSysVarList::~cSysVarList() {
+    clearAll();
+}
 
 bool cSysVarList::addVariable(const std::string& themeField, const std::string& nameField,
                               const std::string& modeField, const std::string& descriptionField,
-                              int lineNumber)
-{
+                              int lineNumber) {
     auto* record = new cSysVar(this);
     if (!record->parseAvlFields(themeField, nameField, modeField, descriptionField)) {
         delete record;
@@ -32,24 +32,23 @@ bool cSysVarList::addVariable(const std::string& themeField, const std::string& 
     return true;
 }
 
-bool cSysVarList::containsName(const std::string& name) const { return findName(name) != nullptr; }
+bool cSysVarList::containsName(const std::string& name) const {
+    return findName(name) != nullptr;
+}
 
-cSysVar* cSysVarList::findName(const std::string& name) const
-{
+cSysVar* cSysVarList::findName(const std::string& name) const {
     const auto found = m_byName.lower_bound(name);
     return found != m_byName.end() && found->first == name ? found->second : nullptr;
 }
 
-bool cSysVarList::hasUserEntries() const
-{
+bool cSysVarList::hasUserEntries() const {
     for (const cSysVar* v = first; v; v = v->next)
         if (v->inUserList())
             return true;
     return false;
 }
 
-void cSysVarList::readAllFromHost()
-{
+void cSysVarList::readAllFromHost() {
     for (cSysVar* v = first; v; v = v->next)
         v->readFromHost();
 }
@@ -59,35 +58,30 @@ void cSysVarList::readAllFromHost()
 // be the value stored (a text ends at its first NUL byte, and the host rounds what it takes).
 // So a record keeps the mode its description gives, and a host's refusal shows when the user
 // sets the variable. isUnprobed is cleared on the records read, as their one look is done.
-void cSysVarList::firstReadFromHost()
-{
+void cSysVarList::firstReadFromHost() {
     for (cSysVar* v = first; v; v = v->next)
         if (v->readFromHost())
             v->clearUnprobed();
 }
 
-bool cSysVarList::writeMarkedToHost()
-{
+bool cSysVarList::writeMarkedToHost() {
     for (cSysVar* v = first; v; v = v->next)
         if (v->isMarkedToSet())
             v->writeToHost();
     return true;
 }
 
-void cSysVarList::clearAllNewValues()
-{
+void cSysVarList::clearAllNewValues() {
     for (cSysVar* v = first; v; v = v->next)
         v->clearNewValue();
 }
 
-void cSysVarList::clearAllSelected()
-{
+void cSysVarList::clearAllSelected() {
     for (cSysVar* v = first; v; v = v->next)
         v->clearSelected();
 }
 
-void cSysVarList::clearAll()
-{
+void cSysVarList::clearAll() {
     while (first) {
         cSysVar* next = first->next;
         delete first;
@@ -97,8 +91,7 @@ void cSysVarList::clearAll()
     themes.clear();
 }
 
-void cSysVarList::unindex(const cSysVar* record)
-{
+void cSysVarList::unindex(const cSysVar* record) {
     auto [at, end] = m_byName.equal_range(record->name);
     while (at != end && at->second != record)
         ++at;
@@ -106,8 +99,7 @@ void cSysVarList::unindex(const cSysVar* record)
         m_byName.erase(at);
 }
 
-int cSysVarList::purgeUnreadable(ReportList& report)
-{
+int cSysVarList::purgeUnreadable(ReportList& report) {
     int removed = 0;
     cSysVar** link = &first;
     while (*link) {
@@ -118,16 +110,15 @@ int cSysVarList::purgeUnreadable(ReportList& report)
         }
         *link = v->next;
         unindex(v);
-        report.push_back(formatText("%s %-4d: %s", gMsg.TxSysLoadError6.c_str(), v->sourceLine,
-                                    v->name.c_str()));
+        report.push_back(
+            formatText("%s %-4d: %s", gMsg.TxSysLoadError6.c_str(), v->sourceLine, v->name.c_str()));
         delete v;
         ++removed;
     }
     return removed;
 }
 
-bool cSysVarList::proofAgainstHost(ReportList& report)
-{
+bool cSysVarList::proofAgainstHost(ReportList& report) {
     resbuf* names = nullptr;
     if (acedGetSysvarList("*", &names) != RTNORM)
         return true;
@@ -135,8 +126,7 @@ bool cSysVarList::proofAgainstHost(ReportList& report)
         if (rb->restype != RTSTR || !rb->resval.rstring)
             continue;
         if (!m_byName.contains(std::string_view(rb->resval.rstring)))
-            report.push_back(
-                formatText("%s: %s", gMsg.TxProofError1.c_str(), rb->resval.rstring));
+            report.push_back(formatText("%s: %s", gMsg.TxProofError1.c_str(), rb->resval.rstring));
     }
     acutRelRb(names);
     return true;

@@ -28,7 +28,7 @@ public:
     // unlinks records: its index by name must stay in step with the chain.
     cSysVar* first = nullptr;
     cThemeList themes;
-    std::string avlDirectory;  // with its closing "/"
+    std::string avlDirectory; // with its closing "/"
     std::string avlFileName;
     std::string userDirectory; // empty until a user list file was opened or saved
     std::string userFileName;  // the catalog's TxNewVarFile while there is no file
@@ -39,8 +39,7 @@ public:
     // it behind every record whose name is less than or equal to its own, so equal names keep
     // the order of the file. False, with the chain unchanged, when the fields are bad.
     bool addVariable(const std::string& themeField, const std::string& nameField,
-                     const std::string& modeField, const std::string& descriptionField,
-                     int lineNumber);
+                     const std::string& modeField, const std::string& descriptionField, int lineNumber);
     // True when a record has exactly that name.
     bool containsName(const std::string& name) const;
     // The record of that exact name, or null; the first of two equal names.
@@ -79,8 +78,7 @@ public:
     int readUserFile(ReportList& report, FileResult& failure);
     // Writes the user list (or, with selectedOnly, the selected records) to directory + fileName.
     // An error when the file could not be opened or written whole.
-    FileResult writeUserFile(const std::string& directory, const std::string& fileName,
-                             bool selectedOnly);
+    FileResult writeUserFile(const std::string& directory, const std::string& fileName, bool selectedOnly);
 
 private:
     // Takes the record out of the index; the caller unlinks it from the chain.

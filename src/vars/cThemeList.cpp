@@ -5,10 +5,11 @@
 
 #include <iterator>
 
-cThemeList::~cThemeList() { clear(); }
+cThemeList::~cThemeList() {
+    clear();
+}
 
-void cThemeList::clear()
-{
+void cThemeList::clear() {
     while (first) {
         cTheme* next = first->next;
         delete first;
@@ -18,8 +19,7 @@ void cThemeList::clear()
     m_byIndex.clear();
 }
 
-int cThemeList::addTheme(int index, const std::string& name)
-{
+int cThemeList::addTheme(int index, const std::string& name) {
     if (index == 0)
         return themeresult::badIndex;
     if (name.empty())
@@ -43,26 +43,29 @@ int cThemeList::addTheme(int index, const std::string& name)
     return themeresult::inserted;
 }
 
-const cTheme* cThemeList::themeOf(int index) const
-{
+const cTheme* cThemeList::themeOf(int index) const {
     const auto found = m_byIndex.find(index);
     return found == m_byIndex.end() ? nullptr : found->second;
 }
 
-bool cThemeList::hasThemeIndex(int index) const { return themeOf(index) != nullptr; }
+bool cThemeList::hasThemeIndex(int index) const {
+    return themeOf(index) != nullptr;
+}
 
-bool cThemeList::hasThemeName(const std::string& name) const { return m_byName.contains(name); }
+bool cThemeList::hasThemeName(const std::string& name) const {
+    return m_byName.contains(name);
+}
 
-int cThemeList::firstThemeIndex() const { return first ? first->index : 0; }
+int cThemeList::firstThemeIndex() const {
+    return first ? first->index : 0;
+}
 
-int cThemeList::themeIndexAfter(int index) const
-{
+int cThemeList::themeIndexAfter(int index) const {
     const cTheme* theme = themeOf(index);
     return theme && theme->next ? theme->next->index : 0;
 }
 
-int cThemeList::themeNameOf(std::string& out, int index) const
-{
+int cThemeList::themeNameOf(std::string& out, int index) const {
     out.clear();
     if (index < 1)
         return 0;

@@ -6,18 +6,18 @@
 #include <unordered_map>
 
 struct cTheme {
-    std::string name;      // the title, no blanks at either end; keeps its case
-    int index = 0;         // what variables refer to, never 0
+    std::string name;       // the title, no blanks at either end; keeps its case
+    int index = 0;          // what variables refer to, never 0
     cTheme* next = nullptr; // next theme in name order
 };
 
 // Result codes of cThemeList::addTheme, in the order of the tests.
 namespace themeresult {
 inline constexpr int inserted = 0;
-inline constexpr int badIndex = 1;   // the index is 0
-inline constexpr int noName = 2;     // the name is empty before trimming
+inline constexpr int badIndex = 1; // the index is 0
+inline constexpr int noName = 2;   // the name is empty before trimming
 inline constexpr int indexInUse = 3;
-inline constexpr int nameInUse = 4;  // the trimmed name, compared exactly
+inline constexpr int nameInUse = 4; // the trimmed name, compared exactly
 } // namespace themeresult
 
 class cThemeList {

@@ -25,7 +25,7 @@ TEST(DialogTemplate, ConvertsUnitsWithTheBaseUnitsOfTheFont) {
     };
     const Case cases[] = {
         {{7, 21, 174, 62}, {6, 13}, {11, 34, 261, 101}}, // 10.5 and 33.375 round to the nearest
-        {{0, 0, 4, 8}, {7, 15}, {0, 0, 7, 15}}, // 4 units across, 8 down: one base unit
+        {{0, 0, 4, 8}, {7, 15}, {0, 0, 7, 15}},          // 4 units across, 8 down: one base unit
     };
     for (const Case& c : cases)
         EXPECT_EQ(dialogUnitsToPixels(c.units, c.base), c.pixels)

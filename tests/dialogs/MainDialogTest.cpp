@@ -2,8 +2,8 @@
 // the search's notification. Set and its report are in the scenarios commands_set and dialogs_set.
 #include "CommandsTestKit.h"
 
-#include "dialogs/VarListView.h"
 #include "dialogs/ModuleResources.h"
+#include "dialogs/VarListView.h"
 
 #include <QAction>
 #include <QContextMenuEvent>

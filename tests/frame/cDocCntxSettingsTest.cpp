@@ -3,8 +3,8 @@
 
 #include "cContext.h"
 #include "cDocCntx.h"
-#include "ProfileFile.h"
 #include "dialogs/main/LoadStep.h"
+#include "ProfileFile.h"
 #include "settings/cMsgCatalog.h"
 
 #include <algorithm>

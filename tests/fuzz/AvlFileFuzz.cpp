@@ -4,8 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // fmemopen refuses a buffer of size 0; an empty file is one byte that is never read.
     static const char kEmpty = 0;
     std::FILE* file = size ? fmemopen(const_cast<std::uint8_t*>(data), size, "r")

@@ -8,8 +8,7 @@
 #include <cstdint>
 #include <string>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const std::string path = "/tmp/vardesk-fuzz-script-" + std::to_string(getpid()) + ".scr";
     if (!writeInputFile(path, data, size))
         return 0;

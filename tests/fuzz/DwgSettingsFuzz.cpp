@@ -47,17 +47,31 @@ resbuf* chainFrom(Input& in) {
         (tail ? tail->rbnext : head) = rb;
         tail = rb;
         switch (code) {
-        case 1: case RTSTR: case 3: case 1000: {
+        case 1:
+        case RTSTR:
+        case 3:
+        case 1000: {
             const std::size_t length = in.byte() % 24;
             std::string text(length, '\0');
             in.take(text.data(), length);
             rb->resval.rstring = strdup(text.c_str()); // a text ends at its first NUL
             break;
         }
-        case 40: case RTREAL: in.take(&rb->resval.rreal, sizeof(double)); break;
-        case 70: case 62: in.take(&rb->resval.rint, sizeof(short)); break;
-        case 90: case 1071: in.take(&rb->resval.rlong, sizeof(rb->resval.rlong)); break;
-        default: in.take(rb->resval.rpoint, 3 * sizeof(double)); break;
+        case 40:
+        case RTREAL:
+            in.take(&rb->resval.rreal, sizeof(double));
+            break;
+        case 70:
+        case 62:
+            in.take(&rb->resval.rint, sizeof(short));
+            break;
+        case 90:
+        case 1071:
+            in.take(&rb->resval.rlong, sizeof(rb->resval.rlong));
+            break;
+        default:
+            in.take(rb->resval.rpoint, 3 * sizeof(double));
+            break;
         }
     }
     return head;
@@ -121,16 +135,14 @@ std::unique_ptr<CKOVA_DwgIni> openStore() {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
     cadhost::HostSession& host = cadhost::HostSession::instance();
     host.setOutput([](const std::string&) {});
     host.newDocument();
     return 0;
 }
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Input in{data, size};
     resbuf* chain = chainFrom(in);
     if (!chain)

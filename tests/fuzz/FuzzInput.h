@@ -5,8 +5,7 @@
 #include <string>
 
 // False when the file cannot be written; the input is then skipped.
-inline bool writeInputFile(const std::string& path, const void* data, std::size_t size)
-{
+inline bool writeInputFile(const std::string& path, const void* data, std::size_t size) {
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (!file)
         return false;

@@ -10,8 +10,7 @@
 #include <filesystem>
 #include <string>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const std::string dir = "/tmp/vardesk-fuzz-globals-" + std::to_string(getpid());
     mkdir(dir.c_str(), 0700);
     const std::string path = dir + "/globals.json";

@@ -4,8 +4,7 @@
 
 #include <string>
 
-inline const cadhost::VariableTable& hostTable()
-{
+inline const cadhost::VariableTable& hostTable() {
     static const cadhost::VariableTable* loaded = [] {
         auto* made = new cadhost::VariableTable;
         std::string report;

@@ -10,15 +10,13 @@
 #include <cstdio>
 #include <string>
 
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
     // The alerts for missing keys go to the host's command line: keep them off the fuzzer's.
     cadhost::HostSession::instance().setOutput([](const std::string&) {});
     return 0;
 }
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const std::string path = "/tmp/vardesk-fuzz-catalog-" + std::to_string(getpid()) + ".msg";
     if (!writeInputFile(path, data, size))
         return 0;

@@ -11,28 +11,28 @@
 
 namespace {
 
-const std::string& scratchFile()
-{
+const std::string& scratchFile() {
     static const std::string path = "/tmp/vardesk-fuzz-profile-" + std::to_string(getpid()) + ".ini";
     return path;
 }
 
 // The first two lines of the input name the section and the key; the rest is the file. So the
 // fuzzer can match names that stand in the file, and also try odd ones (blanks, brackets, '=').
-std::string_view takeLine(std::string_view& rest)
-{
+std::string_view takeLine(std::string_view& rest) {
     const std::size_t end = rest.find('\n');
     const std::string_view line = rest.substr(0, end);
     rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     return line;
 }
 
-bool isValidUtf8(std::string_view text)
-{
+bool isValidUtf8(std::string_view text) {
     for (std::size_t i = 0; i < text.size();) {
         const auto lead = static_cast<unsigned char>(text[i]);
-        const std::size_t length = lead < 0x80 ? 1 : (lead >> 5) == 0x6 ? 2 : (lead >> 4) == 0xE ? 3
-                                 : (lead >> 3) == 0x1E ? 4 : 0;
+        const std::size_t length = lead < 0x80           ? 1
+                                   : (lead >> 5) == 0x6  ? 2
+                                   : (lead >> 4) == 0xE  ? 3
+                                   : (lead >> 3) == 0x1E ? 4
+                                                         : 0;
         if (length == 0 || i + length > text.size())
             return false;
         for (std::size_t k = 1; k < length; ++k)
@@ -43,8 +43,7 @@ bool isValidUtf8(std::string_view text)
     return true;
 }
 
-bool validCut(std::string_view whole, std::string_view part)
-{
+bool validCut(std::string_view whole, std::string_view part) {
     // A cut value is a prefix of what stood there. When the whole value is valid UTF-8 the cut
     // never ends inside one of its characters; bytes that are no UTF-8 are cut where they fall.
     if (part.size() > whole.size() || whole.substr(0, part.size()) != part)
@@ -56,8 +55,7 @@ bool validCut(std::string_view whole, std::string_view part)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string_view rest(reinterpret_cast<const char*>(data), size);
     const std::string section(takeLine(rest));
     const std::string key(takeLine(rest));

@@ -12,17 +12,15 @@
 namespace {
 
 // One record of each value type, as the host would have typed them.
-cSysVarList& typedList()
-{
+cSysVarList& typedList() {
     static cSysVarList* list = [] {
         auto* made = new cSysVarList;
         const struct {
             const char* name;
             int type;
             const char* marks;
-        } rows[] = {{"REAL", 5001, "+-"},  {"P2", 5002, "+-"},   {"INT", 5003, "+-"},
-                    {"TEXT", 5005, "+-"},  {"P3", 5009, "++"},   {"LONG", 5010, "+-"},
-                    {"NONE", 5000, "+-"},  {"RO", 5005, "--"}};
+        } rows[] = {{"REAL", 5001, "+-"}, {"P2", 5002, "+-"},   {"INT", 5003, "+-"},  {"TEXT", 5005, "+-"},
+                    {"P3", 5009, "++"},   {"LONG", 5010, "+-"}, {"NONE", 5000, "+-"}, {"RO", 5005, "--"}};
         for (const auto& row : rows) {
             made->addVariable("1", row.name, row.marks, "", 1);
             made->findName(row.name)->valueType = row.type;
@@ -39,8 +37,7 @@ cSysVarList& typedList()
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     cSysVarList& list = typedList();
     const std::string path = list.userDirectory + list.userFileName;
     if (!writeInputFile(path, data, size))

@@ -212,8 +212,9 @@ TEST_F(Documents, EveryKindOfChainEntryAndNestedDictionariesSurviveSaveAndOpen) 
     ASSERT_NE(host().newDocument(), nullptr);
     const double p3[3] = {1.5, -2.25, 1e-300};
     const double p2[2] = {3, 4};
-    resbuf* chain = acutBuildList(1, "Wände \"quoted\"\nzwei Zeilen ^", 40, 0.1, 70, -32768, 90, 2147483647, 10,
-                                  p3, 1, "", 40, INFINITY, 1000, "xdata", 290, 1, 1071, 42, 330, "1F", RTNONE);
+    resbuf* chain =
+        acutBuildList(1, "Wände \"quoted\"\nzwei Zeilen ^", 40, 0.1, 70, -32768, 90, 2147483647, 10, p3, 1,
+                      "", 40, INFINITY, 1000, "xdata", 290, 1, 1071, 42, 330, "1F", RTNONE);
     ASSERT_NE(chain, nullptr);
     // Result types and list markers have no place in a drawing file.
     resbuf* typed = acutBuildList(RTSTR, "a", RTPOINT, p2, RTNONE);

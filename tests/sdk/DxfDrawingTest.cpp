@@ -29,24 +29,85 @@ std::string join(const Lines& lines) {
 // An R2000 drawing as another program might write it: a comment, a variable the host does not
 // know, a layer name in Windows-1252, an entity with xdata, and objects of its own.
 std::string otherProgramsDrawing(const std::string& lupRec = "3") {
-    return join({"999", "made by another program", "  0", "SECTION", "  2", "HEADER",
-                 "  9", "$ACADVER", "  1", "AC1015", "  9", "$DWGCODEPAGE", "  3", "ANSI_1252",
-                 "  9", "$HANDSEED", "  5", "40", "  9", "$LUPREC", " 70", lupRec,
-                 "  9", "$FOOVAR", " 40", "1.25", "  9", "$CLAYER", "  8", "W\xE4nde \\U+0394",
-                 "  9", "$INSBASE", " 10", "1.0", " 20", "2.0", " 30", "0.0",
-                 "  0", "ENDSEC", "  0", "SECTION", "  2", "ENTITIES",
-                 "  0", "LINE", "  5", "20", "  8", "0", " 10", "0", " 20", "0", " 30", "0", " 11", "10", " 21", "5",
-                 " 31", "0", "1001", "OTHERAPP", "1000", "kept", "  0", "ENDSEC",
-                 "  0", "SECTION", "  2", "OBJECTS",
-                 "  0", "DICTIONARY", "  5", "C", "330", "0", "100", "AcDbDictionary", "281", "1",
-                 "  3", "ACAD_LAYOUT", "350", "1A", "  3", "OTHER_APP", "350", "30",
-                 "  0", "DICTIONARY", "  5", "1A", "330", "C", "100", "AcDbDictionary", "  3", "Model", "350", "1B",
-                 "  0", "LAYOUT", "  5", "1B", "330", "1A", "100", "AcDbLayout", "  1", "Model",
-                 "  0", "DICTIONARY", "  5", "30", "102", "{ACAD_REACTORS", "330", "C", "102", "}", "330", "C",
-                 "100", "AcDbDictionary", "  3", "DATA", "360", "31",
-                 "  0", "XRECORD", "  5", "31", "330", "30", "100", "AcDbXrecord", "280", "1",
-                 "  1", "Gel\xE4nde", " 40", "2.5", " 10", "1", " 20", "2", " 30", "3", " 70", "7", "330", "1B",
-                 "  0", "ENDSEC", "  0", "EOF"});
+    return join({"999",  "made by another program",
+                 "  0",  "SECTION",
+                 "  2",  "HEADER",
+                 "  9",  "$ACADVER",
+                 "  1",  "AC1015",
+                 "  9",  "$DWGCODEPAGE",
+                 "  3",  "ANSI_1252",
+                 "  9",  "$HANDSEED",
+                 "  5",  "40",
+                 "  9",  "$LUPREC",
+                 " 70",  lupRec,
+                 "  9",  "$FOOVAR",
+                 " 40",  "1.25",
+                 "  9",  "$CLAYER",
+                 "  8",  "W\xE4nde \\U+0394",
+                 "  9",  "$INSBASE",
+                 " 10",  "1.0",
+                 " 20",  "2.0",
+                 " 30",  "0.0",
+                 "  0",  "ENDSEC",
+                 "  0",  "SECTION",
+                 "  2",  "ENTITIES",
+                 "  0",  "LINE",
+                 "  5",  "20",
+                 "  8",  "0",
+                 " 10",  "0",
+                 " 20",  "0",
+                 " 30",  "0",
+                 " 11",  "10",
+                 " 21",  "5",
+                 " 31",  "0",
+                 "1001", "OTHERAPP",
+                 "1000", "kept",
+                 "  0",  "ENDSEC",
+                 "  0",  "SECTION",
+                 "  2",  "OBJECTS",
+                 "  0",  "DICTIONARY",
+                 "  5",  "C",
+                 "330",  "0",
+                 "100",  "AcDbDictionary",
+                 "281",  "1",
+                 "  3",  "ACAD_LAYOUT",
+                 "350",  "1A",
+                 "  3",  "OTHER_APP",
+                 "350",  "30",
+                 "  0",  "DICTIONARY",
+                 "  5",  "1A",
+                 "330",  "C",
+                 "100",  "AcDbDictionary",
+                 "  3",  "Model",
+                 "350",  "1B",
+                 "  0",  "LAYOUT",
+                 "  5",  "1B",
+                 "330",  "1A",
+                 "100",  "AcDbLayout",
+                 "  1",  "Model",
+                 "  0",  "DICTIONARY",
+                 "  5",  "30",
+                 "102",  "{ACAD_REACTORS",
+                 "330",  "C",
+                 "102",  "}",
+                 "330",  "C",
+                 "100",  "AcDbDictionary",
+                 "  3",  "DATA",
+                 "360",  "31",
+                 "  0",  "XRECORD",
+                 "  5",  "31",
+                 "330",  "30",
+                 "100",  "AcDbXrecord",
+                 "280",  "1",
+                 "  1",  "Gel\xE4nde",
+                 " 40",  "2.5",
+                 " 10",  "1",
+                 " 20",  "2",
+                 " 30",  "3",
+                 " 70",  "7",
+                 "330",  "1B",
+                 "  0",  "ENDSEC",
+                 "  0",  "EOF"});
 }
 
 std::string readFile(const std::string& path) {
@@ -104,7 +165,8 @@ TEST(DxfTagFile, RefusesWhatIsNoAsciiDxfAndNamesTheLine) {
         {"  0\nSECTION\n  2\nHEADER\n  0\nEOF\n", "line 1: the section HEADER has no end"},
         {"  0\nLINE\n  0\nEOF\n", "line 1: a section should begin here"},
         {"  0\nSECTION\n  2\nHEADER\n  0\nENDSEC\n  0\nEOF\n", "names no DXF version"},
-        {"  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1099\n  0\nENDSEC\n  0\nEOF\n", "line 7: DXF version"}};
+        {"  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1099\n  0\nENDSEC\n  0\nEOF\n",
+         "line 7: DXF version"}};
     for (const auto& [bytes, said] : badDrawings) {
         cadhost::dxf::Drawing drawing;
         std::string message;
@@ -121,14 +183,13 @@ TEST(DxfText, DecodesAndEncodesEachCodePageWithoutLosingAByte) {
         CodePage page;
         std::string text;
     };
-    const Row rows[] = {
-        {"W\xE4nde \x80", CodePage::Ansi1252, "Wände €"},
-        {"\\U+0394 \\U+00e4", CodePage::Ansi1252, "Δ ä"},
-        {"\\U+D83D\\U+DE00", CodePage::Utf8, "\xF0\x9F\x98\x80"},
-        {"a\x81z", CodePage::Ansi1252, "a\x81z"},     // undefined in 1252: the byte stays
-        {"a\xFF\xFEz", CodePage::Utf8, "a\xFF\xFEz"}, // no UTF-8: the bytes stay
-        {"line^Jnext ^ caret", CodePage::Utf8, "line\nnext ^caret"},
-        {"\\U+12", CodePage::Utf8, "\\U+12"}}; // no escape: as it stands
+    const Row rows[] = {{"W\xE4nde \x80", CodePage::Ansi1252, "Wände €"},
+                        {"\\U+0394 \\U+00e4", CodePage::Ansi1252, "Δ ä"},
+                        {"\\U+D83D\\U+DE00", CodePage::Utf8, "\xF0\x9F\x98\x80"},
+                        {"a\x81z", CodePage::Ansi1252, "a\x81z"},     // undefined in 1252: the byte stays
+                        {"a\xFF\xFEz", CodePage::Utf8, "a\xFF\xFEz"}, // no UTF-8: the bytes stay
+                        {"line^Jnext ^ caret", CodePage::Utf8, "line\nnext ^caret"},
+                        {"\\U+12", CodePage::Utf8, "\\U+12"}}; // no escape: as it stands
     for (const Row& r : rows)
         EXPECT_EQ(decodeText(r.raw, r.page), r.text) << r.raw;
     EXPECT_EQ(encodeText("Wände €Δ", CodePage::Ansi1252), "W\xE4nde \x80\\U+0394");
@@ -252,17 +313,18 @@ TEST_F(DxfFiles, VariablesWithoutHeaderPlaceTravelInTheHostsOwnRecord) {
 }
 
 TEST_F(DxfFiles, AnR12DrawingHasNoDictionaryAndSaysWhatItCannotKeep) {
-    const std::string r12 = join({"  0", "SECTION", "  2", "HEADER", "  9", "$ACADVER", "  1", "AC1009", "  9",
-                                  "$LUPREC", " 70", "4", "  0", "ENDSEC", "  0", "SECTION", "  2", "ENTITIES",
-                                  "  0", "ENDSEC", "  0", "EOF"});
+    const std::string r12 = join({"  0", "SECTION",  "  2", "HEADER", "  9", "$ACADVER", "  1", "AC1009",
+                                  "  9", "$LUPREC",  " 70", "4",      "  0", "ENDSEC",   "  0", "SECTION",
+                                  "  2", "ENTITIES", "  0", "ENDSEC", "  0", "EOF"});
     const std::string path = scratch + "/old.dxf";
     writeFile(path, r12);
     ASSERT_NE(host().openDocument(path), nullptr);
     EXPECT_EQ(take(), (Lines{"old.dxf: It is an R12 drawing (AC1009), which has no named objects dictionary: "
                              "records that programs keep in a drawing cannot be stored in it."}));
     AcDbDictionary* nod = nullptr;
-    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase()->getNamedObjectsDictionary(nod, AcDb::kForRead),
-              Acad::eNotApplicable);
+    EXPECT_EQ(
+        acdbHostApplicationServices()->workingDatabase()->getNamedObjectsDictionary(nod, AcDb::kForRead),
+        Acad::eNotApplicable);
     EXPECT_EQ(nod, nullptr);
     ASSERT_TRUE(host().setVariableText("LUPREC", "1"));
     ASSERT_TRUE(host().setVariableText("INSUNITS", "6")); // in the header from R2000 on

@@ -53,8 +53,7 @@ extern "C" __attribute__((visibility("default"))) AcRx::AppRetCode acrxEntryPoin
         acutPrintf("unloaddwg %s undef=%d\n", drawingName().c_str(),
                    acedUndef("C:TESTCMD", kTestCommandCode));
         break;
-    case AcRx::kInvkSubrMsg:
-    {
+    case AcRx::kInvkSubrMsg: {
         if (acedGetFunCode() == kThrowingCommandCode)
             throw std::runtime_error("the module's own fault");
         acutPrintf("invoke %s code=%d\n", drawingName().c_str(), acedGetFunCode());

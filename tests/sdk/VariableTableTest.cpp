@@ -142,8 +142,8 @@ TEST_F(SysVars, DamagedGlobalsFileKeepsWhatCanBeReadAndIsMovedAside) {
         {good + "    \"OSMODE\": 35,\n    \"ORTHOMODE\": \"\xFF\",\n    \"SAVETIME\": ", "are damaged",
          "txt.shx", "35"},
         {"{ not json", "are damaged", "simplex.shx", "4133"},
-        {R"({"variables": {"OSMODE": 35, "SAVETIME": 9999}})",
-         "are ignored: SAVETIME (Value must be", "simplex.shx", "35"},
+        {R"({"variables": {"OSMODE": 35, "SAVETIME": 9999}})", "are ignored: SAVETIME (Value must be",
+         "simplex.shx", "35"},
     };
     for (const Case& c : cases) {
         host().shutdown();

@@ -2,7 +2,7 @@
 #pragma once
 
 // Status of host services.
-constexpr int RTNORM = 5100;  // normal result
+constexpr int RTNORM = 5100;   // normal result
 constexpr int RTERROR = -5001; // failure
 constexpr int RTCAN = -5002;
 constexpr int RTREJ = -5003;

@@ -7,13 +7,12 @@
 #include "vars/DocumentState.h"
 #include "vars/ErrorLog.h"
 
-#include "UiServices.h"
 #include "hostui.h"
+#include "UiServices.h"
 
 namespace {
 
-void addHeadBlock(ReportList& errorLines, const std::string& avlPath, DateTime moment)
-{
+void addHeadBlock(ReportList& errorLines, const std::string& avlPath, DateTime moment) {
     std::string date, time;
     formatDateTime(moment, kDateOnly, date);
     formatDateTime(moment, kTimeOnly, time);
@@ -26,26 +25,22 @@ void addHeadBlock(ReportList& errorLines, const std::string& avlPath, DateTime m
 }
 
 // Moves the lines of a block behind its heading lines and counts them as errors.
-void moveBlock(ReportList& errorLines, std::int32_t& errorCount, std::vector<std::string>& lines)
-{
+void moveBlock(ReportList& errorLines, std::int32_t& errorCount, std::vector<std::string>& lines) {
     errorCount += static_cast<std::int32_t>(lines.size());
     errorLines.insert(errorLines.end(), std::make_move_iterator(lines.begin()),
                       std::make_move_iterator(lines.end()));
     lines.clear();
 }
 
-bool askToShowLog()
-{
+bool askToShowLog() {
     kova::UiServices* ui = acHostUiServices();
-    return ui &&
-           ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, gMsg.TxShowErrorLog,
-                          kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes;
+    return ui && ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, gMsg.TxShowErrorLog,
+                                kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes;
 }
 
 } // namespace
 
-bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, DateTime moment)
-{
+bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, DateTime moment) {
     cSysVarList& list = context.varList;
     if (!list.first) {
         // A description file that the drawing brought is read only when the user says yes to it.
@@ -61,8 +56,7 @@ bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, D
         ReportList report;
         showFileResult(list.readAvlFile(report));
         if (!report.empty()) {
-            errorLines.push_back(
-                formatText("%s %s", gMsg.TxSysLoadError0.c_str(), list.avlFileName.c_str()));
+            errorLines.push_back(formatText("%s %s", gMsg.TxSysLoadError0.c_str(), list.avlFileName.c_str()));
             moveBlock(errorLines, context.errorCount, report);
         }
         if (list.first) {
@@ -105,8 +99,7 @@ bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, D
     return true;
 }
 
-void ShowErrorLog(DocumentState& context)
-{
+void ShowErrorLog(DocumentState& context) {
     // A program that the drawing brought is started only when the user says yes to it.
     context.AskForDrawingPath(DocumentState::DrawingPath::Editor);
     const std::string& editor = context.editorPath;
@@ -118,10 +111,17 @@ void ShowErrorLog(DocumentState& context)
     if (!ui)
         return;
     switch (ui->startProgram(editor + " \"" + logPath + "\"")) {
-    case kova::ExecResult::OutOfMemory: ShowErrorBox(gMsg.TxSpawnNoMemory); break;
+    case kova::ExecResult::OutOfMemory:
+        ShowErrorBox(gMsg.TxSpawnNoMemory);
+        break;
     case kova::ExecResult::FileNotFound:
-    case kova::ExecResult::PathNotFound: ShowErrorBox(editor + " " + gMsg.TxSpawnNotFound); break;
-    case kova::ExecResult::BadFormat: ShowErrorBox(editor + " " + gMsg.TxSpawnNoExe); break;
-    default: break;
+    case kova::ExecResult::PathNotFound:
+        ShowErrorBox(editor + " " + gMsg.TxSpawnNotFound);
+        break;
+    case kova::ExecResult::BadFormat:
+        ShowErrorBox(editor + " " + gMsg.TxSpawnNoExe);
+        break;
+    default:
+        break;
     }
 }

@@ -1,8 +1,8 @@
 // The load step of the main dialog: the AVL file into the list, the checks against the host, the
 // log and showing it.
 #pragma once
-#include "vars/TextHelpers.h"
 #include "vars/cSysVarList.h"
+#include "vars/TextHelpers.h"
 
 class DocumentState;
 

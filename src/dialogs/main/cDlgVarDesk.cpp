@@ -441,8 +441,8 @@ void cDlgVarDesk::OnInitDialog() {
 
 void cDlgVarDesk::SaveGeometry() {
     storeWindowRect(*this, m_context.mainPosX, m_context.mainPosY, m_context.mainSizeX, m_context.mainSizeY);
-    const std::array<std::int32_t*, kListColumns> stored = {&m_context.listCtrlFirstCol, &m_context.listCtrlSecCol,
-                                                 &m_context.listCtrlThirdCol};
+    const std::array<std::int32_t*, kListColumns> stored = {
+        &m_context.listCtrlFirstCol, &m_context.listCtrlSecCol, &m_context.listCtrlThirdCol};
     for (int column = 0; column < kListColumns; ++column) {
         const int width = listCtrl->isColumnHidden(column) ? 0 : listCtrl->columnWidth(column);
         VarListView::storedWidth(width, *stored[column]);
