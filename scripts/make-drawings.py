@@ -357,30 +357,30 @@ class Drawing:
         return bytes(out)
 
 
-def write_drawing(spec, hostvars):
+def write_drawing(sheet, hostvars):
     """Makes the file of one drawing from its description (see TEMPLATE and the samples below)."""
-    d = Drawing(spec["version"], spec.get("crlf", False))
+    d = Drawing(sheet["version"], sheet.get("crlf", False))
     h = {}
     for name in ["VPORT", "LTYPE", "LAYER", "STYLE", "VIEW", "UCS", "APPID", "DIMSTYLE",
                  "BLOCK_RECORD", "nod", "ACAD_GROUP", "ACAD_LAYOUT", "ACAD_MLINESTYLE",
                  "ACAD_PLOTSETTINGS", "ACAD_PLOTSTYLENAME", "Normal", "Standard_mline",
                  "*Model_Space", "*Paper_Space", "Model", "Layout1"]:
         h[name] = d.handle()
-    body = Drawing(spec["version"], spec.get("crlf", False))
+    body = Drawing(sheet["version"], sheet.get("crlf", False))
     body.last_handle = d.last_handle
     write_classes(body)
-    write_tables(body, spec, h)
-    write_blocks(body, spec, h)
-    write_entities(body, spec, h)
-    write_objects(body, spec, h)
+    write_tables(body, sheet, h)
+    write_blocks(body, sheet, h)
+    write_entities(body, sheet, h)
+    write_objects(body, sheet, h)
     body.tag(0, "EOF")
-    write_header(d, spec, hostvars, "%X" % (body.last_handle + 1))
+    write_header(d, sheet, hostvars, "%X" % (body.last_handle + 1))
     d.tags += body.tags
     return d.bytes()
 
 
-def write_header(d, spec, hostvars, handseed):
-    variables = spec["variables"]
+def write_header(d, sheet, hostvars, handseed):
+    variables = sheet["variables"]
     d.tag(0, "SECTION")
     d.tag(2, "HEADER")
     d.tag(9, "$ACADVER")
@@ -398,7 +398,7 @@ def write_header(d, spec, hostvars, handseed):
     if d.since("R2013"):
         d.tag(9, "$REQUIREDVERSIONS")
         d.tag(160, 0)
-    guids = iter(spec["guids"])
+    guids = iter(sheet["guids"])
     for name, codes, first, fallback in HEADER:
         if not d.since(first):
             continue
@@ -483,13 +483,13 @@ def record_head(d, kind, owner, subclass, name, handle_code=5):
     return handle
 
 
-def write_tables(d, spec, h):
+def write_tables(d, sheet, h):
     d.tag(0, "SECTION")
     d.tag(2, "TABLES")
 
     table_head(d, "VPORT", h["VPORT"], 1)
     record_head(d, "VPORT", h["VPORT"], "AcDbViewportTableRecord", "*Active")
-    (x0, y0), (x1, y1) = spec["view"]
+    (x0, y0), (x1, y1) = sheet["view"]
     d.tag(70, 0)
     d.point((0.0, 0.0))
     d.point((1.0, 1.0), 11)
@@ -518,7 +518,7 @@ def write_tables(d, spec, h):
     d.tag(0, "ENDTAB")
 
     ltypes = [("ByBlock", "", []), ("ByLayer", "", []), ("Continuous", "Solid line", [])]
-    ltypes += spec.get("linetypes", [])
+    ltypes += sheet.get("linetypes", [])
     table_head(d, "LTYPE", h["LTYPE"], len(ltypes))
     for name, description, pattern in ltypes:
         record_head(d, "LTYPE", h["LTYPE"], "AcDbLinetypeTableRecord", name)
@@ -532,7 +532,7 @@ def write_tables(d, spec, h):
             d.tag(74, 0)
     d.tag(0, "ENDTAB")
 
-    layers = [("0", 7, "Continuous")] + spec.get("layers", [])
+    layers = [("0", 7, "Continuous")] + sheet.get("layers", [])
     table_head(d, "LAYER", h["LAYER"], len(layers))
     for name, colour, ltype in layers:
         record_head(d, "LAYER", h["LAYER"], "AcDbLayerTableRecord", name)
@@ -556,7 +556,7 @@ def write_tables(d, spec, h):
     table_head(d, "UCS", h["UCS"], 0)
     d.tag(0, "ENDTAB")
 
-    apps = spec["regapps"]
+    apps = sheet["regapps"]
     table_head(d, "APPID", h["APPID"], len(apps))
     for name in apps:
         record_head(d, "APPID", h["APPID"], "AcDbRegAppTableRecord", name)
@@ -578,7 +578,7 @@ def write_tables(d, spec, h):
             d.tag(code, value)
     d.tag(0, "ENDTAB")
 
-    table_head(d, "BLOCK_RECORD", h["BLOCK_RECORD"], 2 + len(spec.get("blocks", [])))
+    table_head(d, "BLOCK_RECORD", h["BLOCK_RECORD"], 2 + len(sheet.get("blocks", [])))
     for name, layout in [("*Model_Space", h["Model"]), ("*Paper_Space", h["Layout1"])]:
         d.tag(0, "BLOCK_RECORD")
         d.tag(5, h[name])
@@ -588,7 +588,7 @@ def write_tables(d, spec, h):
         d.tag(2, name)
         d.tag(340, layout)
         write_block_record_tail(d)
-    for block in spec.get("blocks", []):
+    for block in sheet.get("blocks", []):
         h["block:" + block["name"]] = record_head(d, "BLOCK_RECORD", h["BLOCK_RECORD"],
                                                   "AcDbBlockTableRecord", block["name"])
         d.tag(340, "0")
@@ -630,12 +630,12 @@ def write_block(d, name, owner, layer, entities, h, paper=False):
     d.tag(100, "AcDbBlockEnd")
 
 
-def write_blocks(d, spec, h):
+def write_blocks(d, sheet, h):
     d.tag(0, "SECTION")
     d.tag(2, "BLOCKS")
     write_block(d, "*Model_Space", h["*Model_Space"], "0", [], h)
     write_block(d, "*Paper_Space", h["*Paper_Space"], "0", [], h, paper=True)
-    for block in spec.get("blocks", []):
+    for block in sheet.get("blocks", []):
         write_block(d, block["name"], h["block:" + block["name"]], "0", block["entities"], h)
     d.tag(0, "ENDSEC")
 
@@ -686,10 +686,10 @@ def write_entity(d, e, owner, h):
         raise SystemExit("unknown entity " + kind)
 
 
-def write_entities(d, spec, h):
+def write_entities(d, sheet, h):
     d.tag(0, "SECTION")
     d.tag(2, "ENTITIES")
-    for entity in spec.get("entities", []):
+    for entity in sheet.get("entities", []):
         write_entity(d, entity, h["*Model_Space"], h)
     d.tag(0, "ENDSEC")
 
@@ -739,7 +739,7 @@ def write_layout(d, handle, owner, name, order, block_record, limits):
     d.tag(330, block_record)
 
 
-def write_objects(d, spec, h):
+def write_objects(d, sheet, h):
     d.tag(0, "SECTION")
     d.tag(2, "OBJECTS")
     nod = h["nod"]
@@ -747,7 +747,7 @@ def write_objects(d, spec, h):
                 ("ACAD_MLINESTYLE", h["ACAD_MLINESTYLE"]),
                 ("ACAD_PLOTSETTINGS", h["ACAD_PLOTSETTINGS"]),
                 ("ACAD_PLOTSTYLENAME", h["ACAD_PLOTSTYLENAME"])]
-    own = [(name, d.handle()) for name in spec["named_objects"] if name != "ACAD_GROUP"]
+    own = [(name, d.handle()) for name in sheet["named_objects"] if name != "ACAD_GROUP"]
     entries = sorted(standard + own)
     dictionary_head(d, nod, "0", reactors=False)
     for name, handle in entries:
@@ -773,7 +773,7 @@ def write_objects(d, spec, h):
         elif name in ("ACAD_GROUP", "ACAD_PLOTSETTINGS"):
             dictionary_head(d, handle, nod)
         else:
-            write_named_object(d, handle, nod, spec["named_objects"][name]["dictionary"])
+            write_named_object(d, handle, nod, sheet["named_objects"][name]["dictionary"])
     d.tag(0, "ACDBPLACEHOLDER")
     d.tag(5, h["Normal"])
     d.tag(102, "{ACAD_REACTORS")
@@ -794,7 +794,7 @@ def write_objects(d, spec, h):
     write_layout(d, h["Layout1"], h["ACAD_LAYOUT"], "Layout1", 1, h["*Paper_Space"],
                  ((0.0, 0.0), (420.0, 297.0)))
     write_layout(d, h["Model"], h["ACAD_LAYOUT"], "Model", 0, h["*Model_Space"],
-                 spec["view"])
+                 sheet["view"])
     d.tag(0, "ENDSEC")
 
 
@@ -1015,15 +1015,15 @@ def template():
     }
 
 
-def from_json(spec, name):
+def from_json(sheet, name):
     """Takes the drawing variables, applications and named objects of the former JSON sample."""
     path = os.path.join(ROOT, "tests", "data", "json-drawings", name + ".dwg")
     with open(path, encoding="utf-8") as f:
         old = json.load(f)
-    spec["variables"] = old.get("variables", {})
-    spec["regapps"] = old.get("regApps", [])
-    spec["named_objects"] = old.get("namedObjects", {})
-    return spec
+    sheet["variables"] = old.get("variables", {})
+    sheet["regapps"] = old.get("regApps", [])
+    sheet["named_objects"] = old.get("namedObjects", {})
+    return sheet
 
 
 def outputs():
@@ -1037,8 +1037,8 @@ def main():
     check = "--check" in sys.argv[1:]
     hostvars = read_hostvars()
     stale = []
-    for rel, spec in outputs():
-        data = write_drawing(spec, hostvars)
+    for rel, sheet in outputs():
+        data = write_drawing(sheet, hostvars)
         path = os.path.join(ROOT, rel)
         if check:
             try:
