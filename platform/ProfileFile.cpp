@@ -141,42 +141,10 @@ std::string sanitizedValue(const std::string& value) {
     return clean;
 }
 
-// Writes the pieces, one after the other, to a new file beside target and renames it over
-// target, so a failed write leaves the old file whole.
+// Writes the pieces, one after the other, as the whole new target; a failed write leaves the old
+// file whole.
 bool replaceFile(const std::string& target, std::initializer_list<std::string_view> pieces) {
-    namespace fs = std::filesystem;
-    std::error_code ec;
-    fs::path path(target);
-    // Rewrite what a link points to, not the link itself.
-    if (fs::is_symlink(path, ec)) {
-        const fs::path resolved = fs::canonical(path, ec);
-        if (ec)
-            return false;
-        path = resolved;
-    }
-    const fs::path temp = path.string() + ".tmp" + std::to_string(::getpid());
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out)
-            return false;
-        for (const std::string_view piece : pieces)
-            out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
-        out.flush();
-        if (!out) {
-            out.close();
-            fs::remove(temp, ec);
-            return false;
-        }
-    }
-    const fs::file_status old = fs::status(path, ec);
-    if (!ec && fs::exists(old))
-        fs::permissions(temp, old.permissions(), ec);
-    fs::rename(temp, path, ec);
-    if (ec) {
-        fs::remove(temp, ec);
-        return false;
-    }
-    return true;
+    return ReplacementFile::write(target, pieces);
 }
 
 // One line of the text from start: its text up to the "\n" (a "\r" before it included, which

@@ -84,6 +84,21 @@ bool ReplacementFile::commit() {
     return true;
 }
 
+bool ReplacementFile::write(const std::string& target, std::initializer_list<std::string_view> pieces,
+                            int* error) {
+    ReplacementFile file(target);
+    errno = 0;
+    bool written = file.open();
+    for (const std::string_view piece : pieces)
+        written = written && std::fwrite(piece.data(), 1, piece.size(), file.stream()) == piece.size();
+    const int failure = errno;
+    if (written && file.commit())
+        return true;
+    if (error)
+        *error = failure ? failure : (errno ? errno : EIO);
+    return false;
+}
+
 void ReplacementFile::discard() {
     if (m_file) {
         std::fclose(m_file);

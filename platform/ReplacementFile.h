@@ -1,7 +1,9 @@
 // ReplacementFile: writing a file whole or not at all, through a new file renamed over the old one.
 #pragma once
 #include <cstdio>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 namespace kova {
 
@@ -24,6 +26,11 @@ public:
     // Flushes and closes the new file and renames it over the target. False when a write or the
     // rename failed: the target is then as it was, and the new file is gone.
     bool commit();
+
+    // The whole new target made of the pieces, one after the other. False when it could not be
+    // written (the target is then as it was); error, when given, gets the errno of the failure.
+    static bool write(const std::string& target, std::initializer_list<std::string_view> pieces,
+                      int* error = nullptr);
 
     // True when path names something that exists and may not be written: a file without write
     // permission for anyone (so also when the user is root), one the user may not write, or

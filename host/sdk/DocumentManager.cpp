@@ -2,9 +2,8 @@
 // that the modules' reactors hear, and documents are locked for commands.
 #include "hostsession.h"
 
+#include "ReplacementFile.h"
 #include "SessionState.h"
-
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
@@ -179,40 +178,17 @@ HostResult HostSession::saveDocument(AcApDocument* document, const std::string& 
     };
     std::error_code ec;
     const fs::file_status existing = fs::status(target, ec);
-    if (fs::exists(existing)) {
-        if (!fs::is_regular_file(existing))
-            return refuse("it is no regular file");
-        // A drawing the user protected is not replaced, though the folder would let a rename
-        // go over it; a file without any write permission counts as protected even for root.
-        const fs::perms writable = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-        if (::access(target.c_str(), W_OK) != 0 || (existing.permissions() & writable) == fs::perms::none)
-            return refuse("the file is write-protected");
-    }
+    if (fs::exists(existing) && !fs::is_regular_file(existing))
+        return refuse("it is no regular file");
+    // A drawing the user protected is not replaced, though the folder would let a rename go over
+    // it; a file without any write permission counts as protected even for root.
+    if (kova::ReplacementFile::isWriteProtected(target))
+        return refuse("the file is write-protected");
     d->tellEditorReactors([&](AcEditorReactor* r) { r->beginSave(doc->db.get(), target.c_str()); });
     std::vector<std::string> notes;
-    const std::string content = doc->db->toDxf(d->table, notes);
-    const std::string temp = target + ".new";
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        const bool opened = out.is_open();
-        out << content;
-        out.close();
-        if (!out) {
-            const int error = errno;
-            std::error_code ignored;
-            if (opened)
-                fs::remove(temp, ignored); // a half-written file is no scrap to leave beside the drawing
-            return refuse(std::strerror(error));
-        }
-    }
-    if (fs::exists(existing))
-        fs::permissions(temp, existing.permissions(), ec); // the drawing keeps its mode
-    fs::rename(temp, target, ec);
-    if (ec) {
-        const std::string why = ec.message();
-        fs::remove(temp, ec);
-        return refuse(why);
-    }
+    int error = 0;
+    if (!kova::ReplacementFile::write(target, {doc->db->toDxf(d->table, notes)}, &error))
+        return refuse(std::strerror(error));
     for (const std::string& note : notes)
         d->print(fs::path(target).filename().string() + ": " + note + "\n");
     doc->path = target;

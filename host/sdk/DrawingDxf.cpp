@@ -4,6 +4,7 @@
 
 #include "adscodes.h"
 #include "SessionInternal.h"
+#include "Utf8.h"
 
 #include <charconv>
 #include <cmath>
@@ -28,17 +29,8 @@ constexpr int kMaxDepth = 64;
 long firstCodePoint(std::string_view text) {
     if (text.empty())
         return 0;
-    const auto* s = reinterpret_cast<const unsigned char*>(text.data());
-    const size_t n = s[0] >= 0xF0 ? 4 : s[0] >= 0xE0 ? 3 : s[0] >= 0xC0 ? 2 : 1;
-    if (n == 1 || text.size() < n)
-        return s[0];
-    long c = s[0] & (0x7F >> n);
-    for (size_t k = 1; k < n; ++k) {
-        if ((s[k] & 0xC0) != 0x80)
-            return s[0];
-        c = (c << 6) | (s[k] & 0x3F);
-    }
-    return c;
+    char32_t code = 0;
+    return utf8CharAt(text, 0, code) ? static_cast<long>(code) : static_cast<unsigned char>(text[0]);
 }
 
 const dxf::Tag* findCode(std::span<const dxf::Tag> tags, int code) {
@@ -228,6 +220,23 @@ void beginNewObject(std::vector<dxf::Tag>& tags, dxf::Edits& edits, std::string_
     }
     tags.push_back(edits.make(330, dxf::handleText(owner)));
     tags.push_back(edits.make(100, std::string(subclass)));
+}
+
+// An xrecord's tags with the chain as its data: the old record's head kept where the file has one
+// (old not empty), else a new record of this handle under owner.
+std::vector<dxf::Tag> xrecordTags(std::span<const dxf::Tag> old, std::uint64_t handle, std::uint64_t owner,
+                                  const std::vector<ChainEntry>& chain, const dxf::Drawing& file,
+                                  dxf::Edits& edits) {
+    std::vector<dxf::Tag> tags;
+    if (!old.empty()) {
+        const std::span<const dxf::Tag> data = xrecordData(old);
+        tags.assign(old.begin(), old.begin() + (data.data() - old.data()));
+    } else {
+        beginNewObject(tags, edits, "XRECORD", handle, owner, "AcDbXrecord");
+        tags.push_back(edits.make(280, "1"));
+    }
+    appendChainTags(chain, file, edits, tags);
+    return tags;
 }
 
 std::unique_ptr<dxf::Drawing> templateDrawing() {
@@ -509,7 +518,6 @@ std::string DrawingDatabase::toDxf(const VariableTable& table, std::vector<std::
                             ": they keep their values only while the drawing is open.");
         }
     } else if (record != m_hostRecordAtOpen) {
-        std::vector<dxf::Tag> tags;
         if (m_hostRecord >= 0) {
             hostRecordHandle = m_file->objects()[m_hostRecord].handle;
             if (record.empty()) {
@@ -517,18 +525,13 @@ std::string DrawingDatabase::toDxf(const VariableTable& table, std::vector<std::
                 nodChanged = true;
                 hostRecordHandle = 0;
             } else {
-                std::span<const dxf::Tag> old = m_file->tags(m_file->objects()[m_hostRecord]);
-                std::span<const dxf::Tag> data = xrecordData(old);
-                tags.assign(old.begin(), old.begin() + (data.data() - old.data()));
-                appendChainTags(record, *m_file, edits, tags);
-                edits.objects[m_hostRecord] = std::move(tags);
+                edits.objects[m_hostRecord] = xrecordTags(m_file->tags(m_file->objects()[m_hostRecord]),
+                                                          hostRecordHandle, 0, record, *m_file, edits);
             }
         } else if (!record.empty()) {
             hostRecordHandle = ++lastHandle;
-            beginNewObject(tags, edits, "XRECORD", hostRecordHandle, AcDbHostAccess::impl(m_nod).handle,
-                           "AcDbXrecord");
-            tags.push_back(edits.make(280, "1"));
-            appendChainTags(record, *m_file, edits, tags);
+            const std::vector<dxf::Tag> tags =
+                xrecordTags({}, hostRecordHandle, AcDbHostAccess::impl(m_nod).handle, record, *m_file, edits);
             edits.newObjects.insert(edits.newObjects.end(), tags.begin(), tags.end());
             nodChanged = true;
         }
@@ -594,22 +597,15 @@ void DrawingDatabase::writeObjects(dxf::Edits& edits, bool nodChanged, std::uint
                 }
                 if (!placed)
                     tags.insert(tags.end(), entries.begin(), entries.end());
-            } else {
-                std::span<const dxf::Tag> data = xrecordData(old);
-                tags.assign(old.begin(), old.begin() + (data.data() - old.data()));
-                appendChainTags(d.chain, *m_file, edits, tags);
+                return tags;
             }
-            return tags;
+            return xrecordTags(old, d.handle, owner, d.chain, *m_file, edits);
         }
-        if (dictionary) {
-            beginNewObject(tags, edits, "DICTIONARY", d.handle, owner, "AcDbDictionary");
-            tags.push_back(edits.make(281, "1"));
-            tags.insert(tags.end(), entries.begin(), entries.end());
-        } else {
-            beginNewObject(tags, edits, "XRECORD", d.handle, owner, "AcDbXrecord");
-            tags.push_back(edits.make(280, "1"));
-            appendChainTags(d.chain, *m_file, edits, tags);
-        }
+        if (!dictionary)
+            return xrecordTags({}, d.handle, owner, d.chain, *m_file, edits);
+        beginNewObject(tags, edits, "DICTIONARY", d.handle, owner, "AcDbDictionary");
+        tags.push_back(edits.make(281, "1"));
+        tags.insert(tags.end(), entries.begin(), entries.end());
         return tags;
     };
 

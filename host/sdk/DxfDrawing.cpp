@@ -227,14 +227,16 @@ std::string Drawing::write(const Edits& edits) const {
 
     // What the header edits add, by where they go: a known variable's value is replaced, a new one
     // goes before the header's end.
-    std::unordered_map<size_t, const std::vector<Tag>*> headerAt; // index of the "9 $NAME" tag
-    std::unordered_map<size_t, size_t> headerSkip;
+    struct Replaced {
+        const std::vector<Tag>* value;
+        size_t end; // the first tag after the old value
+    };
+    std::unordered_map<size_t, Replaced> headerAt; // by the index of the "9 $NAME" tag
     std::vector<std::pair<std::string_view, const std::vector<Tag>*>> headerAdded;
     for (const auto& [name, value] : edits.header) {
         auto it = m_header.find(name);
         if (it != m_header.end()) {
-            headerAt[it->second.begin - 1] = &value;
-            headerSkip[it->second.begin - 1] = it->second.end;
+            headerAt[it->second.begin - 1] = Replaced{&value, it->second.end};
         } else {
             headerAdded.emplace_back(name, &value);
         }
@@ -258,9 +260,9 @@ std::string Drawing::write(const Edits& edits) const {
                 append(out, t, eol);
         if (auto h = headerAt.find(i); h != headerAt.end()) {
             append(out, tags[i], eol);
-            for (const Tag& t : *h->second)
+            for (const Tag& t : *h->second.value)
                 append(out, t, eol);
-            i = headerSkip[i];
+            i = h->second.end;
             continue;
         }
         if (auto o = objectAt.find(i); o != objectAt.end()) {

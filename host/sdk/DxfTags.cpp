@@ -1,6 +1,8 @@
 // Reading and writing ASCII DXF tags, and the text encodings of DXF values.
 #include "DxfTags.h"
 
+#include "Utf8.h"
+
 #include <array>
 #include <charconv>
 #include <cstdio>
@@ -35,41 +37,6 @@ void appendUtf8(std::string& out, char32_t c) {
         out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
         out += static_cast<char>(0x80 | (c & 0x3F));
     }
-}
-
-// Length of the well-formed UTF-8 character at s[i] and its code point; 0 when the byte starts
-// none (a stray byte of another code page).
-size_t utf8Char(std::string_view s, size_t i, char32_t& c) {
-    const auto b = static_cast<unsigned char>(s[i]);
-    size_t n = 0;
-    if (b < 0x80) {
-        c = b;
-        return 1;
-    }
-    if (b >= 0xC2 && b <= 0xDF) {
-        n = 2;
-        c = b & 0x1F;
-    } else if (b >= 0xE0 && b <= 0xEF) {
-        n = 3;
-        c = b & 0x0F;
-    } else if (b >= 0xF0 && b <= 0xF4) {
-        n = 4;
-        c = b & 0x07;
-    } else {
-        return 0;
-    }
-    if (i + n > s.size())
-        return 0;
-    for (size_t k = 1; k < n; ++k) {
-        const auto t = static_cast<unsigned char>(s[i + k]);
-        if ((t & 0xC0) != 0x80)
-            return 0;
-        c = (c << 6) | (t & 0x3F);
-    }
-    const bool overlong = (n == 3 && c < 0x800) || (n == 4 && c < 0x10000);
-    if (overlong || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF))
-        return 0;
-    return n;
 }
 
 int hexDigit(char c) {
@@ -113,12 +80,6 @@ void appendEscape(std::string& out, char32_t c) {
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r';
-}
-
-std::string codeLineFor(int code) {
-    char buffer[16];
-    std::snprintf(buffer, sizeof buffer, "%3d", code);
-    return buffer;
 }
 
 bool looksLikeDwg(std::string_view bytes) {
@@ -236,7 +197,7 @@ std::string encodeText(std::string_view utf8, CodePage page) {
             continue;
         }
         char32_t c = 0;
-        const size_t n = utf8Char(utf8, i, c);
+        const size_t n = utf8CharAt(utf8, i, c);
         if (n == 0) {
             out += utf8[i++]; // no UTF-8: the byte as it came
             continue;
@@ -276,7 +237,6 @@ int versionNumber(std::string_view acadver) {
 
 bool TagFile::parse(std::string bytes, std::string& message) {
     m_tags.clear();
-    m_made.clear();
     m_bytes = std::move(bytes);
     const std::string_view all(m_bytes);
     if (all.substr(0, kBinarySentinel.size()) == kBinarySentinel) {
@@ -350,19 +310,6 @@ bool TagFile::parse(std::string bytes, std::string& message) {
         return false;
     }
     return true;
-}
-
-std::string_view TagFile::keep(std::string text) {
-    m_made.push_back(std::move(text));
-    return m_made.back();
-}
-
-Tag TagFile::make(int code, std::string value) {
-    Tag tag;
-    tag.code = code;
-    tag.codeLine = keep(codeLineFor(code));
-    tag.value = keep(std::move(value));
-    return tag;
 }
 
 std::string TagFile::write() const {

@@ -3,15 +3,14 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace cadhost::dxf {
 
-// One group: a code and its value. Both views point into the file's bytes as read, or into text
-// the document made for a change, so an unchanged tag is written back byte for byte. value has
+// One group: a code and its value. Both views point into the file's bytes as read, or into the
+// text of the edits of a save, so an unchanged tag is written back byte for byte. value has
 // no line end; codeLine is the code's line as it stood ("  0").
 struct Tag {
     int code = 0;
@@ -31,8 +30,9 @@ enum class CodePage { Utf8, Ansi1252 };
 // for every x that needed no escape.
 std::string decodeText(std::string_view raw, CodePage page);
 // Encodes UTF-8 text for the page: characters the page lacks become "\U+XXXX"; bytes that are no
-// UTF-8 are written as they are. Line breaks and NUL cannot stand in a DXF value: they are
-// written as "^J", "^@" (a caret escape, as CAD programs do) -- callers refuse such text before.
+// UTF-8 are written as they are. Control characters cannot stand in a DXF value: they become
+// caret escapes ("^J" for a line break, "^@" for NUL), and a caret itself "^ ", as CAD programs
+// write them.
 std::string encodeText(std::string_view utf8, CodePage page);
 
 // A value without the blanks, tabs and CRs around it, as numbers and names are compared.
@@ -54,19 +54,12 @@ public:
 
     std::vector<Tag>& tags() { return m_tags; }
     const std::vector<Tag>& tags() const { return m_tags; }
-    // Keeps text alive for as long as the file and returns a view of it.
-    std::string_view keep(std::string text);
-    // A made tag with the code's usual line form.
-    Tag make(int code, std::string value);
-
     // Tags to file text, each line ended by the line end the file used (CR LF or LF).
     std::string write() const;
     bool usesCrLf() const { return m_crlf; }
-    void setCrLf(bool crlf) { m_crlf = crlf; }
 
 private:
     std::string m_bytes;
-    std::deque<std::string> m_made;
     std::vector<Tag> m_tags;
     bool m_crlf = true;
 };

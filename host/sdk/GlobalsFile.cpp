@@ -1,6 +1,9 @@
 // GlobalsFile: the host's global variables in the profile folder, read leniently and written whole.
 #include "GlobalsFile.h"
 
+#include "ReplacementFile.h"
+#include "Utf8.h"
+
 #include <nlohmann/json.hpp>
 
 #include <sys/stat.h>
@@ -34,36 +37,6 @@ constexpr size_t kMaxValueBytes = 4096;
 
 bool isWritableGlobal(const VarDef* def) {
     return def && def->global && !def->readOnly && def->computed == Computed::None;
-}
-
-// Length of the UTF-8 character that starts text[at], or 0 when none starts there.
-size_t utf8Length(const std::string& text, size_t at) {
-    const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char lead = byte(at);
-    size_t length = 0;
-    unsigned minimum = 0;
-    unsigned code = 0;
-    if (lead < 0x80)
-        return 1;
-    if ((lead & 0xE0) == 0xC0) {
-        length = 2, minimum = 0x80, code = lead & 0x1F;
-    } else if ((lead & 0xF0) == 0xE0) {
-        length = 3, minimum = 0x800, code = lead & 0x0F;
-    } else if ((lead & 0xF8) == 0xF0) {
-        length = 4, minimum = 0x10000, code = lead & 0x07;
-    } else {
-        return 0;
-    }
-    if (at + length > text.size())
-        return 0;
-    for (size_t i = 1; i < length; ++i) {
-        if ((byte(at + i) & 0xC0) != 0x80)
-            return 0;
-        code = (code << 6) | (byte(at + i) & 0x3F);
-    }
-    if (code < minimum || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
-        return 0;
-    return length;
 }
 
 // Reads a regular file of a sane size whole; false with the reason otherwise.
@@ -184,7 +157,8 @@ int salvage(const std::string& text, const VariableTable& table, std::map<std::s
 
 bool GlobalsFile::isStorableText(const std::string& text, std::string& why) {
     for (size_t i = 0; i < text.size();) {
-        const size_t length = utf8Length(text, i);
+        char32_t code = 0;
+        const size_t length = utf8CharAt(text, i, code);
         if (length == 0) {
             char hex[8];
             std::snprintf(hex, sizeof hex, "%02X", static_cast<unsigned char>(text[i]));
@@ -260,25 +234,10 @@ bool GlobalsFile::write(const std::string& path, const std::map<std::string, Var
         why = e.what(); // a text that is no UTF-8; the setter refuses those, so this is a guard
         return false;
     }
-    const std::string temp = path + ".new";
-    bool written = false;
-    {
-        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (out) {
-            out << content;
-            out.flush();
-            written = static_cast<bool>(out);
-        }
-        why = std::strerror(errno);
-    }
-    std::error_code ec;
-    if (written) {
-        fs::rename(temp, path, ec);
-        if (!ec)
-            return true;
-        why = ec.message();
-    }
-    fs::remove(temp, ec);
+    int error = 0;
+    if (kova::ReplacementFile::write(path, {content}, &error))
+        return true;
+    why = std::strerror(error);
     return false;
 }
 
