@@ -90,7 +90,8 @@ bool ReplacementFile::write(const std::string& target, std::initializer_list<std
     errno = 0;
     bool written = file.open();
     for (const std::string_view piece : pieces)
-        written = written && std::fwrite(piece.data(), 1, piece.size(), file.stream()) == piece.size();
+        if (!piece.empty()) // an empty view may hold no pointer at all
+            written = written && std::fwrite(piece.data(), 1, piece.size(), file.stream()) == piece.size();
     const int failure = errno;
     if (written && file.commit())
         return true;
