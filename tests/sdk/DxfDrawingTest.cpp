@@ -161,6 +161,9 @@ TEST(DxfTagFile, RefusesWhatIsNoAsciiDxfAndNamesTheLine) {
         EXPECT_FALSE(file.parse(bytes, message)) << said;
         EXPECT_NE(message.find(said), std::string::npos) << said << " -- said: " << message;
     }
+}
+
+TEST(DxfDrawing, RefusesAnOpenSectionAStrayEntityAndAMissingOrUnknownVersion) {
     const std::pair<std::string, const char*> badDrawings[] = {
         {"  0\nSECTION\n  2\nHEADER\n  0\nEOF\n", "line 1: the section HEADER has no end"},
         {"  0\nLINE\n  0\nEOF\n", "line 1: a section should begin here"},
@@ -175,9 +178,8 @@ TEST(DxfTagFile, RefusesWhatIsNoAsciiDxfAndNamesTheLine) {
     }
 }
 
-TEST(DxfText, DecodesAndEncodesEachCodePageWithoutLosingAByte) {
+TEST(DxfText, DecodesEachCodePageWithoutLosingAByte) {
     using cadhost::dxf::decodeText;
-    using cadhost::dxf::encodeText;
     struct Row {
         std::string raw;
         CodePage page;
@@ -192,6 +194,10 @@ TEST(DxfText, DecodesAndEncodesEachCodePageWithoutLosingAByte) {
                         {"\\U+12", CodePage::Utf8, "\\U+12"}}; // no escape: as it stands
     for (const Row& r : rows)
         EXPECT_EQ(decodeText(r.raw, r.page), r.text) << r.raw;
+}
+
+TEST(DxfText, EncodesEachCodePageWithoutLosingAByte) {
+    using cadhost::dxf::encodeText;
     EXPECT_EQ(encodeText("Wände €Δ", CodePage::Ansi1252), "W\xE4nde \x80\\U+0394");
     EXPECT_EQ(encodeText("Wände Δ", CodePage::Utf8), "Wände Δ");
     EXPECT_EQ(encodeText("a\xFFz\x81", CodePage::Ansi1252), "a\xFFz\x81");
@@ -354,7 +360,7 @@ TEST_F(DxfFiles, AFormerJsonDrawingOpensAndIsSavedAsDxf) {
     EXPECT_EQ(listing, (Lines{"XRECORD KOVA/KOPF", "  1 Halle", "  70 3"}));
 }
 
-TEST_F(DxfFiles, SavingKeepsTheModeAndRefusesAWriteProtectedDrawing) {
+TEST_F(DxfFiles, SavingKeepsTheFilesMode) {
     const std::string path = scratch + "/kept.dxf";
     ASSERT_NE(host().newDocument(path), nullptr);
     ASSERT_TRUE(host().saveDocument(host().currentDocument()));
@@ -364,7 +370,12 @@ TEST_F(DxfFiles, SavingKeepsTheModeAndRefusesAWriteProtectedDrawing) {
     struct stat info {};
     ASSERT_EQ(::stat(path.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0640u);
+}
 
+TEST_F(DxfFiles, AWriteProtectedDrawingIsNotSavedAndNothingIsLeftBeside) {
+    const std::string path = scratch + "/kept.dxf";
+    ASSERT_NE(host().newDocument(path), nullptr);
+    ASSERT_TRUE(host().saveDocument(host().currentDocument()));
     ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
     const std::string before = readFile(path);
     ASSERT_TRUE(host().setVariableText("LUPREC", "2"));

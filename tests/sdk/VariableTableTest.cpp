@@ -47,7 +47,7 @@ protected:
     }
 };
 
-TEST_F(SysVars, ResbufValuesMustHaveTheVariablesTypeAndReadBackInIt) {
+TEST_F(SysVars, ResbufOfTheVariablesTypeIsTakenAndReadsBackInThatType) {
     const std::pair<const char*, resbuf> taken[] = {
         {"LUPREC", rb(RTSHORT, 3)},  {"HPMAXLINES", rb(RTLONG, 5000)}, {"TEXTSIZE", rb(RTREAL, 3.5)},
         {"CLAYER", textRb("Wände")}, {"LIMMAX", rb(RTPOINT, 100, 50)}, {"INSBASE", rb(RT3DPOINT, 1, 2, 3)}};
@@ -65,6 +65,9 @@ TEST_F(SysVars, ResbufValuesMustHaveTheVariablesTypeAndReadBackInIt) {
         if (got.restype == RTSTR)
             std::free(got.resval.rstring);
     }
+}
+
+TEST_F(SysVars, ResbufOfAnotherTypeOrARefusedValueSaysWhyAndKeepsTheOldValue) {
     const std::pair<const char*, resbuf> refused[] = {
         {"LUPREC", rb(RTREAL, 3)},           {"LUPREC", rb(RTLONG, 3)},    {"TEXTSIZE", textRb("3.5")},
         {"TEXTSIZE", rb(RTREAL, NAN)},       {"INSBASE", rb(RTREAL, 1)},   {"HPMAXLINES", textRb("100")},
@@ -87,7 +90,7 @@ TEST_F(SysVars, ResbufValuesMustHaveTheVariablesTypeAndReadBackInIt) {
     EXPECT_EQ(acedGetVar("NOSUCHVAR", &none), RTERROR);
 }
 
-TEST_F(SysVars, CdateIsNowInLocalTimeAndTheDatabaseAnswersItsFormat) {
+TEST_F(SysVars, CdateIsNowInLocalTime) {
     resbuf rb{};
     ASSERT_EQ(acedGetVar("CDATE", &rb), RTNORM);
     ASSERT_EQ(rb.restype, RTREAL);
@@ -97,6 +100,9 @@ TEST_F(SysVars, CdateIsNowInLocalTimeAndTheDatabaseAnswersItsFormat) {
     double today = (t.tm_year + 1900) * 10000.0 + (t.tm_mon + 1) * 100 + t.tm_mday;
     EXPECT_GE(rb.resval.rreal, today);
     EXPECT_LT(rb.resval.rreal, today + 0.24); // YYYYMMDD.HHMMSS
+}
+
+TEST_F(SysVars, DatabaseAnswersItsNumberFormatFromItsVariables) {
     AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
     ASSERT_TRUE(host().setVariableText("DIMDSEP", ";"));
     EXPECT_EQ(db->dimdsep(), ';');
