@@ -34,13 +34,19 @@ TEST(SysVarList, AnyInputOrderGivesTheSameChain) {
     } while (std::next_permutation(input.begin(), input.begin() + 3));
 }
 
-TEST(SysVarList, EqualNamesKeepTheOrderOfTheFileAndFailedAddsChangeNothing) {
+TEST(SysVarList, ThemeZeroABadModeOrABlankNameIsRefusedAndChangesNothing) {
     cSysVarList list;
     ASSERT_TRUE(list.addVariable("1", "B", "+-", "", 1));
     EXPECT_FALSE(list.addVariable("0", "A", "+-", "", 2));
     EXPECT_FALSE(list.addVariable("1", "A", "?", "", 3));
     EXPECT_FALSE(list.addVariable("1", " ", "++", "", 4));
     EXPECT_EQ(chainNames(list), Names{"B"});
+    EXPECT_FALSE(list.containsName("A"));
+}
+
+TEST(SysVarList, EqualNamesKeepTheOrderOfTheFileAndFindNameGivesTheFirst) {
+    cSysVarList list;
+    ASSERT_TRUE(list.addVariable("1", "B", "+-", "", 1));
     ASSERT_TRUE(list.addVariable("1", " A ", "+-", "first", 2));
     ASSERT_TRUE(list.addVariable("1", "A", "+-", "second", 3));
     ASSERT_TRUE(list.addVariable("1", "A  ", "+-", "third", 4));
