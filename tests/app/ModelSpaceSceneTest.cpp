@@ -65,22 +65,31 @@ protected:
     ModelSpaceScene m_scene;
 };
 
-TEST(AciColour, StandardColoursGreysAndTheRest) {
-    EXPECT_EQ(aciColour(1), 0xFF0000u);
-    EXPECT_EQ(aciColour(3), 0x00FF00u);
+// Colours 1 and 3 as red and green: see the scene's colour tests.
+TEST(AciColour, BlueWhiteAndGreyAreTheStandardOnes) {
     EXPECT_EQ(aciColour(5), 0x0000FFu);
     EXPECT_EQ(aciColour(7), kForeground);
     EXPECT_EQ(aciColour(8), 0x808080u);
+}
+
+TEST(AciColour, TheLastSixAreGreysGrowingLighter) {
     for (int grey = 250; grey < 255; ++grey) {
         const SceneColour c = aciColour(grey), next = aciColour(grey + 1);
-        EXPECT_EQ(c & 0xFF, c >> 16) << grey; // a grey
+        EXPECT_EQ(c & 0xFF, c >> 16) << grey;
+        EXPECT_EQ(c & 0xFF, (c >> 8) & 0xFF) << grey;
         EXPECT_LT(c & 0xFF, next & 0xFF) << grey;
     }
-    EXPECT_EQ(aciColour(10), 0xFF0000u);  // the hue ring starts at red
-    EXPECT_EQ(aciColour(170), 0x0000FFu); // and passes blue
+}
+
+TEST(AciColour, TheHueRingStartsAtRedPassesBlueAndHasPaleAndDarkShades) {
+    EXPECT_EQ(aciColour(10), 0xFF0000u);
+    EXPECT_EQ(aciColour(170), 0x0000FFu);
     EXPECT_EQ(aciColour(11) >> 16, 0xFFu);
-    EXPECT_GT(aciColour(11) & 0xFF, 0u);   // the pale shade
-    EXPECT_LT(aciColour(18) >> 16, 0x80u); // a dark one
+    EXPECT_GT(aciColour(11) & 0xFF, 0u);
+    EXPECT_LT(aciColour(18) >> 16, 0x80u);
+}
+
+TEST(AciColour, AnIndexOutsideTheTableIsTheForeground) {
     for (int bad : {0, -1, 256, 1000})
         EXPECT_EQ(aciColour(bad), kForeground) << bad;
 }
@@ -230,21 +239,14 @@ TEST_F(SceneTest, BlockReferencesAreMovedScaledRotatedAndTakeTheirColourIntoByBl
     EXPECT_FALSE(scene.isTruncated());
 }
 
-TEST_F(SceneTest, EllipsesSolidsAndDimensionPictures) {
-    const Lines blocks = {"0",  "BLOCK", "2",    "*D1", "70", "1",  "10", "0",     "20",
-                          "0",  "0",     "LINE", "8",   "0",  "62", "0",  "10",    "50",
-                          "20", "50",    "11",   "60",  "21", "50", "0",  "ENDBLK"};
+// A full ellipse with axes 10 and 5, and the half from parameter 0 to pi.
+TEST_F(SceneTest, EllipsesFollowTheirAxesFromStartToEndParameter) {
     const ModelSpaceScene& scene =
-        build({"0",  "ELLIPSE", "10", "0",         "20", "0",   "11", "10",
-               "21", "0",       "40", "0.5",       "41", "0",   "42", "6.283185307179586",
-               "0",  "ELLIPSE", "10", "0",         "20", "0",   "11", "10",
-               "21", "0",       "40", "0.5",       "41", "0",   "42", "3.141592653589793",
-               "0",  "SOLID",   "10", "0",         "20", "0",   "11", "4",
-               "21", "0",       "12", "0",         "22", "3",   "13", "4",
-               "23", "3",       "0",  "DIMENSION", "2",  "*D1", "62", "3",
-               "10", "50",      "20", "50"},
-              blocks);
-    ASSERT_EQ(scene.polylines().size(), 4u);
+        build({"0",  "ELLIPSE", "10", "0",   "20", "0", "11", "10",
+               "21", "0",       "40", "0.5", "41", "0", "42", "6.283185307179586",
+               "0",  "ELLIPSE", "10", "0",   "20", "0", "11", "10",
+               "21", "0",       "40", "0.5", "41", "0", "42", "3.141592653589793"});
+    ASSERT_EQ(scene.polylines().size(), 2u);
     EXPECT_TRUE(scene.polylines()[0].closed);
     for (const SceneVertex& v : vertices(0))
         EXPECT_NEAR(v.x * v.x / 100 + v.y * v.y / 25, 1, 1e-9);
@@ -253,14 +255,30 @@ TEST_F(SceneTest, EllipsesSolidsAndDimensionPictures) {
     EXPECT_NEAR(half.back().x, -10, 1e-9);
     for (const SceneVertex& v : half)
         EXPECT_GE(v.y, -1e-9);
-    const std::vector<SceneVertex> solid = vertices(2);
+    EXPECT_DOUBLE_EQ(scene.extents().minY, -5);
+}
+
+// The third and fourth corners of a SOLID stand crosswise: the outline goes 1, 2, 4, 3.
+TEST_F(SceneTest, SolidsAreOutlinedWithTheirLastTwoCornersSwapped) {
+    const ModelSpaceScene& scene = build({"0", "SOLID", "10", "0", "20", "0", "11", "4", "21", "0", "12", "0",
+                                          "22", "3", "13", "4", "23", "3"});
+    ASSERT_EQ(scene.polylines().size(), 1u);
+    const std::vector<SceneVertex> solid = vertices(0);
     ASSERT_EQ(solid.size(), 4u);
     EXPECT_DOUBLE_EQ(solid[2].x, 4);
     EXPECT_DOUBLE_EQ(solid[2].y, 3);
     EXPECT_DOUBLE_EQ(solid[3].x, 0);
-    EXPECT_EQ(scene.polylines()[3].colour, 0x00FF00u);
+}
+
+TEST_F(SceneTest, DimensionsDrawTheirPictureBlockInTheirOwnColour) {
+    const Lines blocks = {"0",  "BLOCK", "2",    "*D1", "70", "1",  "10", "0",     "20",
+                          "0",  "0",     "LINE", "8",   "0",  "62", "0",  "10",    "50",
+                          "20", "50",    "11",   "60",  "21", "50", "0",  "ENDBLK"};
+    const ModelSpaceScene& scene =
+        build({"0", "DIMENSION", "2", "*D1", "62", "3", "10", "50", "20", "50"}, blocks);
+    ASSERT_EQ(scene.polylines().size(), 1u);
+    EXPECT_EQ(scene.polylines()[0].colour, 0x00FF00u);
     EXPECT_DOUBLE_EQ(scene.extents().maxX, 60);
-    EXPECT_DOUBLE_EQ(scene.extents().minY, -5);
 }
 
 TEST_F(SceneTest, BlocksThatReferThemselvesStop) {
@@ -303,7 +321,7 @@ TEST_F(SceneTest, BrokenValuesLeaveTheirEntityOut) {
     }
 }
 
-TEST_F(SceneTest, OldStylePolylinesAndAnEmptyModelSpace) {
+TEST_F(SceneTest, OldStylePolylinesKeepTheirVerticesAndClosedFlag) {
     const ModelSpaceScene& scene = build(
         {"0",  "POLYLINE", "66", "1",      "70", "1",      "10", "0", "20", "0", "0",  "VERTEX", "10", "0",
          "20", "0",        "42", "0",      "0",  "VERTEX", "10", "4", "20", "0", "0",  "VERTEX", "10", "4",
@@ -313,7 +331,9 @@ TEST_F(SceneTest, OldStylePolylinesAndAnEmptyModelSpace) {
     EXPECT_TRUE(scene.polylines()[0].closed);
     EXPECT_EQ(scene.polylines()[0].count, 3u);
     EXPECT_DOUBLE_EQ(scene.extents().maxX, 4);
+}
 
+TEST_F(SceneTest, EmptyModelSpaceHasEmptyExtents) {
     const ModelSpaceScene& empty = build({"0", "LINE", "67", "1"});
     EXPECT_TRUE(empty.isEmpty());
     EXPECT_TRUE(empty.extents().empty);
