@@ -52,11 +52,6 @@ std::string otherProgramsDrawing(const std::string& lupRec = "3") {
                 "0 ENDSEC|0 EOF"});
 }
 
-std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 void writeFile(const std::string& path, const std::string& text) {
     std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
 }

@@ -30,9 +30,7 @@ TEST_F(Modules, MessagesComeAtTheirMoments) {
     ASSERT_TRUE(host().runCommand("testcmd"));
     EXPECT_EQ(take(), std::vector<std::string>{"invoke Drawing3.dwg code=7"});
     EXPECT_EQ(acedGetFunCode(), -1) << "no code outside the invoke message";
-    std::stringstream saved;
-    saved << std::ifstream(host().profileDir() + "/globals.json").rdbuf();
-    EXPECT_NE(saved.str().find("\"SAVETIME\": 42"), std::string::npos)
+    EXPECT_NE(readFile(host().profileDir() + "/globals.json").find("\"SAVETIME\": 42"), std::string::npos)
         << "the command's global change is saved";
 
     ASSERT_TRUE(host().closeDocument(third));

@@ -24,12 +24,6 @@ resbuf rb(short type, double x, double y = 0, double z = 0) {
         std::tie(rb.resval.rpoint[0], rb.resval.rpoint[1], rb.resval.rpoint[2]) = std::tie(x, y, z);
     return rb;
 }
-std::string fileText(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream content;
-    content << in.rdbuf();
-    return content.str();
-}
 
 resbuf textRb(const char* v) {
     resbuf rb{};
@@ -162,7 +156,7 @@ TEST_F(SysVars, DamagedGlobalsFileKeepsWhatCanBeReadAndIsMovedAside) {
         EXPECT_EQ(text("FONTALT"), std::string("FONTALT = ") + c.fontalt) << c.content;
         EXPECT_EQ(text("OSMODE"), std::string("OSMODE = ") + c.osmode) << c.content;
         EXPECT_EQ(text("SAVETIME"), "SAVETIME = 10") << c.content;
-        EXPECT_EQ(fileText(path + ".unreadable"), c.content);
+        EXPECT_EQ(readFile(path + ".unreadable"), c.content);
         EXPECT_FALSE(std::filesystem::exists(path)) << "nothing is written before a change";
     }
 }
@@ -174,7 +168,7 @@ TEST_F(SysVars, TextThatIsNoUtf8IsRefusedForAGlobal) {
     resbuf font = textRb("romans.shx");
     ASSERT_EQ(acedSetVar("FONTALT", &font), RTNORM);
     ASSERT_TRUE(host().saveDocument(host().currentDocument(), host().profileDir() + "/a.dwg"));
-    const std::string saved = fileText(path);
+    const std::string saved = readFile(path);
     for (const char* bad : {"gr\xFC\xDF", "\xFF", "\xC3", "\xED\xA0\x80"}) {
         printed.clear();
         resbuf value = textRb(bad);
@@ -186,7 +180,7 @@ TEST_F(SysVars, TextThatIsNoUtf8IsRefusedForAGlobal) {
     EXPECT_EQ(text("FONTALT"), "FONTALT = romans.shx");
     resbuf umlaut = textRb("gr\xC3\xBC\xC3\x9F.shx");
     EXPECT_EQ(acedSetVar("FONTALT", &umlaut), RTNORM) << "UTF-8 is taken";
-    EXPECT_EQ(fileText(path), saved);
+    EXPECT_EQ(readFile(path), saved);
     for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(path).parent_path()))
         EXPECT_FALSE(entry.path().filename().string().starts_with("globals.json."))
             << "left beside: " << entry.path();
