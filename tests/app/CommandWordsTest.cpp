@@ -116,8 +116,4 @@ TEST(Folders, ProfileFollowsXdgThenHome) {
         setenv("XDG_CONFIG_HOME", savedXdg.c_str(), 1);
 }
 
-TEST(Folders, ModuleDataLiesBesideBin) {
-    EXPECT_EQ(moduleDataDir("/opt/vd/bin"), "/opt/vd/share/vardesk");
-}
-
 } // namespace
