@@ -97,11 +97,20 @@ TEST_F(DrawingViewTest, PaintsRedLinesOnWhiteWithTheExtentsFittedInside) {
     EXPECT_NEAR(red.height(), red.width() / 2, 3);
 }
 
-TEST_F(DrawingViewTest, WheelZoomsAroundTheMouseDragPansAndDoubleClickZoomsBack) {
-    view.setScene(redRectangle());
-    image();
-    const double fitted = view.scale();
-    const QPointF mouse(100, 80);
+// The red rectangle, painted once so that it is fitted to the view.
+class FittedRectangle : public DrawingViewTest {
+protected:
+    void SetUp() override {
+        DrawingViewTest::SetUp();
+        view.setScene(redRectangle());
+        image();
+        fitted = view.scale();
+    }
+    double fitted = 0;
+    const QPointF mouse{100, 80};
+};
+
+TEST_F(FittedRectangle, WheelZoomsAroundTheMouseByAQuarterStepPerNotch) {
     const QPointF world = view.screenToWorld(mouse);
     wheel(view, mouse, 120);
     EXPECT_NEAR(view.scale(), fitted * std::pow(2.0, 0.25), 1e-9);
@@ -110,19 +119,29 @@ TEST_F(DrawingViewTest, WheelZoomsAroundTheMouseDragPansAndDoubleClickZoomsBack)
     wheel(view, mouse, -240);
     EXPECT_NEAR(view.scale(), fitted * std::pow(2.0, -0.25), 1e-9);
     EXPECT_NEAR(view.worldToScreen(world).x(), mouse.x(), 1e-6);
+}
 
+TEST_F(FittedRectangle, MiddleDragPansThePointUnderTheMouseAlong) {
     const QPointF grabbed = view.screenToWorld({200, 150});
     QTest::mousePress(&view, Qt::MiddleButton, {}, {200, 150});
     QTest::mouseMove(&view, {250, 170});
     QTest::mouseRelease(&view, Qt::MiddleButton, {}, {250, 170});
     EXPECT_NEAR(view.worldToScreen(grabbed).x(), 250, 1e-6);
     EXPECT_NEAR(view.worldToScreen(grabbed).y(), 170, 1e-6);
-    // A resize keeps what the user chose.
+}
+
+TEST_F(FittedRectangle, AResizeKeepsAChosenZoom) {
+    wheel(view, mouse, -120);
+    const double chosen = view.scale();
     view.resize(kViewSize + QSize(10, 10));
     image();
-    EXPECT_NEAR(view.scale(), fitted * std::pow(2.0, -0.25), 1e-9);
+    EXPECT_DOUBLE_EQ(view.scale(), chosen);
+}
 
+TEST_F(FittedRectangle, DoubleClickOrHomeZoomsBackToTheExtents) {
+    wheel(view, mouse, -120);
     QTest::mouseDClick(&view, Qt::LeftButton, {}, {10, 10});
+    view.resize(kViewSize + QSize(10, 10));
     view.resize(kViewSize);
     image();
     EXPECT_NEAR(view.scale(), fitted, 1e-9);
@@ -131,7 +150,10 @@ TEST_F(DrawingViewTest, WheelZoomsAroundTheMouseDragPansAndDoubleClickZoomsBack)
     wheel(view, mouse, 1200);
     QTest::keyClick(&view, Qt::Key_Home);
     EXPECT_NEAR(view.scale(), fitted, 1e-9);
-    // The zoom has bounds: a storm of wheel turns neither reaches zero nor overflows.
+}
+
+// A storm of wheel turns neither reaches zero nor overflows.
+TEST_F(FittedRectangle, ZoomStaysWithinItsBounds) {
     for (int i = 0; i < 200; ++i)
         wheel(view, mouse, -1200);
     EXPECT_GT(view.scale(), 0);

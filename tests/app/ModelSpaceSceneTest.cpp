@@ -15,19 +15,33 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
+// Groups as "code value" apart by '|', as the code and value lines of a file.
+Lines g(const std::string& groups) {
+    Lines out;
+    for (size_t start = 0; start <= groups.size();) {
+        const size_t end = std::min(groups.find('|', start), groups.size());
+        const size_t blank = groups.find(' ', start);
+        out.push_back(groups.substr(start, blank - start));
+        out.push_back(groups.substr(blank + 1, end - blank - 1));
+        start = end + 1;
+    }
+    return out;
+}
+
+Lines operator+(Lines a, const Lines& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
 // A drawing of the given version with the layers WALLS (red), HIDDEN (off), FROZEN (frozen), the
 // blocks and the entities given as code/value lines.
 std::string drawingText(const Lines& entities, const Lines& blocks = {},
                         const std::string& version = "AC1015") {
-    Lines all = {"0",  "SECTION", "2",  "HEADER", "9",  "$ACADVER", "1", version,   "0",  "ENDSEC",
-                 "0",  "SECTION", "2",  "TABLES", "0",  "TABLE",    "2", "LAYER",   "0",  "LAYER",
-                 "2",  "Walls",   "70", "0",      "62", "1",        "0", "LAYER",   "2",  "HIDDEN",
-                 "70", "0",       "62", "-3",     "0",  "LAYER",    "2", "FROZEN",  "70", "1",
-                 "62", "5",       "0",  "ENDTAB", "0",  "ENDSEC",   "0", "SECTION", "2",  "BLOCKS"};
-    all.insert(all.end(), blocks.begin(), blocks.end());
-    all.insert(all.end(), {"0", "ENDSEC", "0", "SECTION", "2", "ENTITIES"});
-    all.insert(all.end(), entities.begin(), entities.end());
-    all.insert(all.end(), {"0", "ENDSEC", "0", "EOF"});
+    const Lines all = g("0 SECTION|2 HEADER|9 $ACADVER|1 " + version +
+                        "|0 ENDSEC|0 SECTION|2 TABLES|0 TABLE|"
+                        "2 LAYER|0 LAYER|2 Walls|70 0|62 1|0 LAYER|2 HIDDEN|70 0|62 -3|0 LAYER|2 FROZEN|70 1|"
+                        "62 5|0 ENDTAB|0 ENDSEC|0 SECTION|2 BLOCKS") +
+                      blocks + g("0 ENDSEC|0 SECTION|2 ENTITIES") + entities + g("0 ENDSEC|0 EOF");
     std::string text;
     for (const std::string& l : all)
         text += l + "\n";
@@ -40,11 +54,6 @@ Lines line(const Lines& extra, double x1 = 0, double y1 = 0, double x2 = 10, dou
     l.insert(l.end(), {"10", std::to_string(x1), "20", std::to_string(y1), "11", std::to_string(x2), "21",
                        std::to_string(y2)});
     return l;
-}
-
-Lines operator+(Lines a, const Lines& b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
 }
 
 class SceneTest : public ::testing::Test {
@@ -65,31 +74,40 @@ protected:
     ModelSpaceScene m_scene;
 };
 
-TEST(AciColour, StandardColoursGreysAndTheRest) {
-    EXPECT_EQ(aciColour(1), 0xFF0000u);
-    EXPECT_EQ(aciColour(3), 0x00FF00u);
+// Colours 1 and 3 as red and green: see the scene's colour tests.
+TEST(AciColour, BlueWhiteAndGreyAreTheStandardOnes) {
     EXPECT_EQ(aciColour(5), 0x0000FFu);
     EXPECT_EQ(aciColour(7), kForeground);
     EXPECT_EQ(aciColour(8), 0x808080u);
+}
+
+TEST(AciColour, TheLastSixAreGreysGrowingLighter) {
     for (int grey = 250; grey < 255; ++grey) {
         const SceneColour c = aciColour(grey), next = aciColour(grey + 1);
-        EXPECT_EQ(c & 0xFF, c >> 16) << grey; // a grey
+        EXPECT_EQ(c & 0xFF, c >> 16) << grey;
+        EXPECT_EQ(c & 0xFF, (c >> 8) & 0xFF) << grey;
         EXPECT_LT(c & 0xFF, next & 0xFF) << grey;
     }
-    EXPECT_EQ(aciColour(10), 0xFF0000u);  // the hue ring starts at red
-    EXPECT_EQ(aciColour(170), 0x0000FFu); // and passes blue
+}
+
+TEST(AciColour, TheHueRingStartsAtRedPassesBlueAndHasPaleAndDarkShades) {
+    EXPECT_EQ(aciColour(10), 0xFF0000u);
+    EXPECT_EQ(aciColour(170), 0x0000FFu);
     EXPECT_EQ(aciColour(11) >> 16, 0xFFu);
-    EXPECT_GT(aciColour(11) & 0xFF, 0u);   // the pale shade
-    EXPECT_LT(aciColour(18) >> 16, 0x80u); // a dark one
+    EXPECT_GT(aciColour(11) & 0xFF, 0u);
+    EXPECT_LT(aciColour(18) >> 16, 0x80u);
+}
+
+TEST(AciColour, AnIndexOutsideTheTableIsTheForeground) {
     for (int bad : {0, -1, 256, 1000})
         EXPECT_EQ(aciColour(bad), kForeground) << bad;
 }
 
 TEST_F(SceneTest, ColoursComeFromTheEntityOrItsLayerAndLayersOffOrFrozenHideTheirEntities) {
     const ModelSpaceScene& scene =
-        build(line({"8", "WALLS"}) + line({"8", "walls", "62", "3"}) + line({"8", "Walls", "62", "256"}) +
-              line({"8", "HIDDEN"}) + line({"8", "FROZEN", "62", "2"}) + line({"8", "NOSUCH"}) +
-              line({"8", "WALLS", "62", "0"}) + line({"8", "WALLS", "420", "1193046"}) + line({}));
+        build(line(g("8 WALLS")) + line(g("8 walls|62 3")) + line(g("8 Walls|62 256")) + line(g("8 HIDDEN")) +
+              line(g("8 FROZEN|62 2")) + line(g("8 NOSUCH")) + line(g("8 WALLS|62 0")) +
+              line(g("8 WALLS|420 1193046")) + line({}));
     std::vector<SceneColour> colours;
     for (const ScenePolyline& p : scene.polylines())
         colours.push_back(p.colour);
@@ -99,8 +117,8 @@ TEST_F(SceneTest, ColoursComeFromTheEntityOrItsLayerAndLayersOffOrFrozenHideThei
 }
 
 TEST_F(SceneTest, PaperSpaceAndInvisibleEntitiesAreLeftOut) {
-    const ModelSpaceScene& scene = build(line({"67", "1"}, 100, 100, 200, 200) + line({"67", "0"}) +
-                                         line({"60", "1"}, 100, 100, 200, 200));
+    const ModelSpaceScene& scene =
+        build(line(g("67 1"), 100, 100, 200, 200) + line(g("67 0")) + line(g("60 1"), 100, 100, 200, 200));
     ASSERT_EQ(scene.polylines().size(), 1u);
     EXPECT_DOUBLE_EQ(scene.extents().maxX, 10);
     EXPECT_DOUBLE_EQ(scene.extents().maxY, 0);
@@ -109,9 +127,8 @@ TEST_F(SceneTest, PaperSpaceAndInvisibleEntitiesAreLeftOut) {
 TEST_F(SceneTest, LightweightPolylineKeepsItsClosedFlagAndBulgesWithinItsExtents) {
     // A 10 x 4 rectangle whose top edge bulges up into a half circle of radius 5.
     const ModelSpaceScene& scene =
-        build({"0",  "LWPOLYLINE", "8",  "WALLS", "90", "4",  "70", "1",  "10", "0",  "20", "0",  "10",
-               "10", "20",         "0",  "10",    "10", "20", "4",  "42", "1",  "10", "0",  "20", "4",
-               "0",  "LWPOLYLINE", "70", "0",     "10", "20", "20", "0",  "10", "30", "20", "0"});
+        build(g("0 LWPOLYLINE|8 WALLS|90 4|70 1|10 0|20 0|10 10|20 0|10 10|20 4|42 1|10 0|20 4|"
+                "0 LWPOLYLINE|70 0|10 20|20 0|10 30|20 0"));
     ASSERT_EQ(scene.polylines().size(), 2u);
     EXPECT_TRUE(scene.polylines()[0].closed);
     EXPECT_FALSE(scene.polylines()[1].closed);
@@ -130,8 +147,7 @@ TEST_F(SceneTest, LightweightPolylineKeepsItsClosedFlagAndBulgesWithinItsExtents
 
 TEST_F(SceneTest, ArcsRunCounterClockwiseFromStartToEndAngle) {
     // From 90 degrees round through 180 and 270 to 0: three quarters of a circle.
-    const ModelSpaceScene& scene = build({"0",  "ARC", "10", "10",     "20", "0",   "40", "5",   "50", "90",
-                                          "51", "0",   "0",  "CIRCLE", "10", "100", "20", "100", "40", "1"});
+    const ModelSpaceScene& scene = build(g("0 ARC|10 10|20 0|40 5|50 90|51 0|0 CIRCLE|10 100|20 100|40 1"));
     ASSERT_EQ(scene.polylines().size(), 2u);
     const std::vector<SceneVertex> arc = vertices(0);
     ASSERT_GE(arc.size(), 2u);
@@ -158,8 +174,7 @@ TEST_F(SceneTest, ArcsRunCounterClockwiseFromStartToEndAngle) {
 // An extrusion pointing down, as mirrored drawings have, mirrors x; the arc still ends where it
 // ends, about the same centre, turning the other way.
 TEST_F(SceneTest, ArcsSeenFromBelowAreMirrored) {
-    build({"0", "ARC", "10", "10", "20", "0", "40", "5", "50", "0", "51", "90", "210", "0", "220", "0", "230",
-           "-1"});
+    build(g("0 ARC|10 10|20 0|40 5|50 0|51 90|210 0|220 0|230 -1"));
     const std::vector<SceneVertex> arc = vertices(0);
     ASSERT_EQ(arc.size(), 2u);
     EXPECT_NEAR(arc[0].x, -15, 1e-9);
@@ -174,12 +189,9 @@ TEST_F(SceneTest, ArcsSeenFromBelowAreMirrored) {
 
 TEST_F(SceneTest, TextsKeepPointHeightRotationAlignmentAndDecodedCharacters) {
     const ModelSpaceScene& scene =
-        build({"0",   "TEXT",    "8",   "WALLS", "10", "1",  "20",
-               "2",   "40",      "2.5", "50",    "90", "1",  "%%d W\xE4nde",
-               "0",   "TEXT",    "10",  "0",     "20", "0",  "11",
-               "50",  "21",      "60",  "72",    "1",  "73", "2",
-               "1",   "centred", "0",   "MTEXT", "10", "0",  "20",
-               "100", "40",      "2",   "71",    "1",  "1",  "{\\fArial|b1;Ab}\\PCd\\P\\S1^2;"});
+        build(g("0 TEXT|8 WALLS|10 1|20 2|40 2.5|50 90|1 %%d W\xE4nde|"
+                "0 TEXT|10 0|20 0|11 50|21 60|72 1|73 2|1 centred|0 MTEXT|10 0|20 100|40 2|71 1") +
+              Lines{"1", "{\\fArial|b1;Ab}\\PCd\\P\\S1^2;"});
     ASSERT_EQ(scene.texts().size(), 5u);
     const SceneText& first = scene.texts()[0];
     EXPECT_EQ(first.text, "\u00B0 W\u00E4nde");
@@ -201,14 +213,11 @@ TEST_F(SceneTest, TextsKeepPointHeightRotationAlignmentAndDecodedCharacters) {
 }
 
 TEST_F(SceneTest, BlockReferencesAreMovedScaledRotatedAndTakeTheirColourIntoByBlock) {
-    const Lines blocks = {"0", "BLOCK",  "2",  "Door", "70", "0", "10", "1", "20", "0", "0",  "LINE",
-                          "8", "0",      "62", "0",    "10", "1", "20", "0", "11", "2", "21", "0",
-                          "0", "CIRCLE", "8",  "0",    "10", "1", "20", "0", "40", "1", "0",  "ENDBLK"};
+    const Lines blocks = g("0 BLOCK|2 Door|70 0|10 1|20 0|0 LINE|8 0|62 0|10 1|20 0|11 2|21 0|"
+                           "0 CIRCLE|8 0|10 1|20 0|40 1|0 ENDBLK");
     const ModelSpaceScene& scene =
-        build({"0",  "INSERT", "8",  "WALLS",  "2",  "DOOR", "10", "10",     "20", "10",
-               "41", "2",      "42", "2",      "50", "90",   "62", "3",      "0",  "INSERT",
-               "2",  "door",   "10", "0",      "20", "0",    "41", "1",      "42", "3",
-               "0",  "INSERT", "8",  "HIDDEN", "2",  "door", "0",  "INSERT", "2",  "missing"},
+        build(g("0 INSERT|8 WALLS|2 DOOR|10 10|20 10|41 2|42 2|50 90|62 3|"
+                "0 INSERT|2 door|10 0|20 0|41 1|42 3|0 INSERT|8 HIDDEN|2 door|0 INSERT|2 missing"),
               blocks);
     ASSERT_EQ(scene.polylines().size(), 4u);
     const std::vector<SceneVertex> door = vertices(0);
@@ -230,21 +239,12 @@ TEST_F(SceneTest, BlockReferencesAreMovedScaledRotatedAndTakeTheirColourIntoByBl
     EXPECT_FALSE(scene.isTruncated());
 }
 
-TEST_F(SceneTest, EllipsesSolidsAndDimensionPictures) {
-    const Lines blocks = {"0",  "BLOCK", "2",    "*D1", "70", "1",  "10", "0",     "20",
-                          "0",  "0",     "LINE", "8",   "0",  "62", "0",  "10",    "50",
-                          "20", "50",    "11",   "60",  "21", "50", "0",  "ENDBLK"};
+// A full ellipse with axes 10 and 5, and the half from parameter 0 to pi.
+TEST_F(SceneTest, EllipsesFollowTheirAxesFromStartToEndParameter) {
     const ModelSpaceScene& scene =
-        build({"0",  "ELLIPSE", "10", "0",         "20", "0",   "11", "10",
-               "21", "0",       "40", "0.5",       "41", "0",   "42", "6.283185307179586",
-               "0",  "ELLIPSE", "10", "0",         "20", "0",   "11", "10",
-               "21", "0",       "40", "0.5",       "41", "0",   "42", "3.141592653589793",
-               "0",  "SOLID",   "10", "0",         "20", "0",   "11", "4",
-               "21", "0",       "12", "0",         "22", "3",   "13", "4",
-               "23", "3",       "0",  "DIMENSION", "2",  "*D1", "62", "3",
-               "10", "50",      "20", "50"},
-              blocks);
-    ASSERT_EQ(scene.polylines().size(), 4u);
+        build(g("0 ELLIPSE|10 0|20 0|11 10|21 0|40 0.5|41 0|42 6.283185307179586|"
+                "0 ELLIPSE|10 0|20 0|11 10|21 0|40 0.5|41 0|42 3.141592653589793"));
+    ASSERT_EQ(scene.polylines().size(), 2u);
     EXPECT_TRUE(scene.polylines()[0].closed);
     for (const SceneVertex& v : vertices(0))
         EXPECT_NEAR(v.x * v.x / 100 + v.y * v.y / 25, 1, 1e-9);
@@ -253,23 +253,33 @@ TEST_F(SceneTest, EllipsesSolidsAndDimensionPictures) {
     EXPECT_NEAR(half.back().x, -10, 1e-9);
     for (const SceneVertex& v : half)
         EXPECT_GE(v.y, -1e-9);
-    const std::vector<SceneVertex> solid = vertices(2);
+    EXPECT_DOUBLE_EQ(scene.extents().minY, -5);
+}
+
+// The third and fourth corners of a SOLID stand crosswise: the outline goes 1, 2, 4, 3.
+TEST_F(SceneTest, SolidsAreOutlinedWithTheirLastTwoCornersSwapped) {
+    const ModelSpaceScene& scene = build(g("0 SOLID|10 0|20 0|11 4|21 0|12 0|22 3|13 4|23 3"));
+    ASSERT_EQ(scene.polylines().size(), 1u);
+    const std::vector<SceneVertex> solid = vertices(0);
     ASSERT_EQ(solid.size(), 4u);
     EXPECT_DOUBLE_EQ(solid[2].x, 4);
     EXPECT_DOUBLE_EQ(solid[2].y, 3);
     EXPECT_DOUBLE_EQ(solid[3].x, 0);
-    EXPECT_EQ(scene.polylines()[3].colour, 0x00FF00u);
+}
+
+TEST_F(SceneTest, DimensionsDrawTheirPictureBlockInTheirOwnColour) {
+    const Lines blocks = g("0 BLOCK|2 *D1|70 1|10 0|20 0|0 LINE|8 0|62 0|10 50|20 50|11 60|21 50|0 ENDBLK");
+    const ModelSpaceScene& scene = build(g("0 DIMENSION|2 *D1|62 3|10 50|20 50"), blocks);
+    ASSERT_EQ(scene.polylines().size(), 1u);
+    EXPECT_EQ(scene.polylines()[0].colour, 0x00FF00u);
     EXPECT_DOUBLE_EQ(scene.extents().maxX, 60);
-    EXPECT_DOUBLE_EQ(scene.extents().minY, -5);
 }
 
 TEST_F(SceneTest, BlocksThatReferThemselvesStop) {
-    const Lines blocks = {"0",     "BLOCK",  "2",  "A",  "10", "0",      "20", "0", "0",      "LINE",   "10",
-                          "0",     "20",     "0",  "11", "1",  "21",     "0",  "0", "INSERT", "2",      "B",
-                          "10",    "1",      "20", "0",  "0",  "INSERT", "2",  "A", "0",      "ENDBLK", "0",
-                          "BLOCK", "2",      "B",  "10", "0",  "20",     "0",  "0", "INSERT", "2",      "A",
-                          "0",     "INSERT", "2",  "B",  "0",  "INSERT", "2",  "A", "0",      "ENDBLK"};
-    const ModelSpaceScene& scene = build({"0", "INSERT", "2", "A", "10", "0", "20", "0"}, blocks);
+    const Lines blocks =
+        g("0 BLOCK|2 A|10 0|20 0|0 LINE|10 0|20 0|11 1|21 0|0 INSERT|2 B|10 1|20 0|0 INSERT|2 A|"
+          "0 ENDBLK|0 BLOCK|2 B|10 0|20 0|0 INSERT|2 A|0 INSERT|2 B|0 INSERT|2 A|0 ENDBLK");
+    const ModelSpaceScene& scene = build(g("0 INSERT|2 A|10 0|20 0"), blocks);
     EXPECT_TRUE(scene.isTruncated());
     EXPECT_EQ(scene.polylines().size(), 1u);
 }
@@ -277,21 +287,21 @@ TEST_F(SceneTest, BlocksThatReferThemselvesStop) {
 // Broken values leave their entity out and nothing else.
 TEST_F(SceneTest, BrokenValuesLeaveTheirEntityOut) {
     const std::vector<Lines> broken = {
-        {"0", "LINE", "10", "abc", "20", "0", "11", "1", "21", "1"},
-        {"0", "LINE", "10", "nan", "20", "0", "11", "1", "21", "1"},
-        {"0", "LINE", "10", "1e300", "20", "0", "11", "1", "21", "1"},
-        {"0", "LINE", "10", "1e999", "20", "0"},
-        {"0", "CIRCLE", "10", "0", "20", "0", "40", "-1"},
-        {"0", "CIRCLE", "10", "0", "20", "0"},
-        {"0", "ARC", "10", "0", "20", "0", "40", "1", "50", "inf"},
-        {"0", "LWPOLYLINE", "20", "1", "10", "0"},
-        {"0", "LWPOLYLINE", "70", "1"},
-        {"0", "TEXT", "10", "0", "20", "0", "40", "0", "1", "x"},
-        {"0", "TEXT", "10", "0", "20", "0", "40", "-inf", "1", "x"},
-        {"0", "INSERT", "2", "B", "10", "0", "20", "0", "41", "0"},
-        {"0", "POLYLINE", "70", "0", "0", "VERTEX", "10", "x", "20", "0", "0", "SEQEND"},
+        g("0 LINE|10 abc|20 0|11 1|21 1"),
+        g("0 LINE|10 nan|20 0|11 1|21 1"),
+        g("0 LINE|10 1e300|20 0|11 1|21 1"),
+        g("0 LINE|10 1e999|20 0"),
+        g("0 CIRCLE|10 0|20 0|40 -1"),
+        g("0 CIRCLE|10 0|20 0"),
+        g("0 ARC|10 0|20 0|40 1|50 inf"),
+        g("0 LWPOLYLINE|20 1|10 0"),
+        g("0 LWPOLYLINE|70 1"),
+        g("0 TEXT|10 0|20 0|40 0|1 x"),
+        g("0 TEXT|10 0|20 0|40 -inf|1 x"),
+        g("0 INSERT|2 B|10 0|20 0|41 0"),
+        g("0 POLYLINE|70 0|0 VERTEX|10 x|20 0|0 SEQEND"),
     };
-    const Lines blocks = {"0", "BLOCK", "2", "B", "0", "LINE", "11", "1", "21", "1", "0", "ENDBLK"};
+    const Lines blocks = g("0 BLOCK|2 B|0 LINE|11 1|21 1|0 ENDBLK");
     for (const Lines& entity : broken) {
         std::string shown;
         for (const std::string& l : entity)
@@ -303,18 +313,19 @@ TEST_F(SceneTest, BrokenValuesLeaveTheirEntityOut) {
     }
 }
 
-TEST_F(SceneTest, OldStylePolylinesAndAnEmptyModelSpace) {
-    const ModelSpaceScene& scene = build(
-        {"0",  "POLYLINE", "66", "1",      "70", "1",      "10", "0", "20", "0", "0",  "VERTEX", "10", "0",
-         "20", "0",        "42", "0",      "0",  "VERTEX", "10", "4", "20", "0", "0",  "VERTEX", "10", "4",
-         "20", "3",        "0",  "SEQEND", "0",  "LINE",   "10", "0", "20", "0", "11", "1",      "21", "1"},
-        {}, "AC1009");
+TEST_F(SceneTest, OldStylePolylinesKeepTheirVerticesAndClosedFlag) {
+    const ModelSpaceScene& scene =
+        build(g("0 POLYLINE|66 1|70 1|10 0|20 0|0 VERTEX|10 0|20 0|42 0|0 VERTEX|10 4|20 0|"
+                "0 VERTEX|10 4|20 3|0 SEQEND|0 LINE|10 0|20 0|11 1|21 1"),
+              {}, "AC1009");
     ASSERT_EQ(scene.polylines().size(), 2u);
     EXPECT_TRUE(scene.polylines()[0].closed);
     EXPECT_EQ(scene.polylines()[0].count, 3u);
     EXPECT_DOUBLE_EQ(scene.extents().maxX, 4);
+}
 
-    const ModelSpaceScene& empty = build({"0", "LINE", "67", "1"});
+TEST_F(SceneTest, EmptyModelSpaceHasEmptyExtents) {
+    const ModelSpaceScene& empty = build(g("0 LINE|67 1"));
     EXPECT_TRUE(empty.isEmpty());
     EXPECT_TRUE(empty.extents().empty);
 }

@@ -26,8 +26,13 @@ class ShippedDrawingsAudit(unittest.TestCase):
     def test_template_and_samples_pass_the_audit_untouched(self):
         for path in [dxfcheck.template_path()] + dxfcheck.sample_paths():
             with self.subTest(path=os.path.basename(path)):
-                doc, auditor = dxfcheck.audit(self, path)
+                _, auditor = dxfcheck.audit(self, path)
                 self.assertEqual([f.message for f in auditor.fixes], [], "ezdxf had to fix " + path)
+
+    def test_template_and_samples_use_each_handle_once_below_the_seed_and_name_their_code_page(self):
+        for path in [dxfcheck.template_path()] + dxfcheck.sample_paths():
+            with self.subTest(path=os.path.basename(path)):
+                doc = ezdxf.readfile(path)
                 tags = dxfcheck.read_tags(path)
                 body = tags[tags.index((2, b"CLASSES")):]  # $HANDSEED itself has code 5
                 handles = [int(v, 16) for c, v in body if c in (5, 105)]
@@ -54,7 +59,7 @@ class ShippedDrawingsAudit(unittest.TestCase):
             for name in names:
                 self.assertIn(name, have, table)
 
-    def test_samples_keep_the_former_drawings_settings_and_have_content(self):
+    def test_samples_keep_the_former_drawings_settings(self):
         for path, version in zip(dxfcheck.sample_paths(), ["AC1032", "AC1024", "AC1015"]):
             name = os.path.splitext(os.path.basename(path))[0]
             with self.subTest(sample=name):
@@ -73,6 +78,11 @@ class ShippedDrawingsAudit(unittest.TestCase):
                 expected = {}
                 flatten(former["namedObjects"], "", expected)
                 self.assertEqual(dxfcheck.xrecords(doc), expected)
+
+    def test_samples_have_entities_of_each_kind_coloured_layers_and_a_title_block(self):
+        for path in dxfcheck.sample_paths():
+            with self.subTest(sample=os.path.basename(path)):
+                doc = ezdxf.readfile(path)
                 kinds = {e.dxftype() for e in doc.modelspace()}
                 self.assertLessEqual({"LINE", "LWPOLYLINE", "CIRCLE", "ARC", "TEXT"}, kinds)
                 layers = {e.dxf.layer for e in doc.modelspace()}

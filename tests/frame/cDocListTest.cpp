@@ -25,7 +25,7 @@ protected:
 };
 
 // A module loaded after the drawing was opened, with no event since, is in ModuleTest.
-TEST_F(DocumentContexts, OneRecordPerDocumentKeepsItsStateAndItsDatabaseReactor) {
+TEST_F(DocumentContexts, OneRecordPerDocumentKeepsItsStateAndItsDatabaseReactorThroughSwitches) {
     AcApDocument* first = host.newDocument();
     ASSERT_NE(first, nullptr);
     ASSERT_NE(gCurDoc, nullptr);
@@ -43,22 +43,35 @@ TEST_F(DocumentContexts, OneRecordPerDocumentKeepsItsStateAndItsDatabaseReactor)
     ASSERT_TRUE(host.activateDocument(first));
     EXPECT_EQ(gCurDoc, firstRecord);
     EXPECT_EQ(gCurDoc->errorCount, 7);
-    EXPECT_EQ(firstRecord->dbsReactor->database(), first->database()) << "still its own after a switch";
+    EXPECT_EQ(firstRecord->dbsReactor->database(), first->database());
+}
 
+TEST_F(DocumentContexts, NoDocumentIsToldAndKeepsTheCurrentRecord) {
+    ASSERT_NE(host.newDocument(), nullptr);
+    cDocCntx* current = gCurDoc;
     testhost::capture().printed.clear();
     gDocList.ActivateDocument(nullptr);
-    EXPECT_EQ(gCurDoc, firstRecord);
+    EXPECT_EQ(gCurDoc, current);
     EXPECT_EQ(printed(), "Keine Zeichnung gefunden\n");
     ASSERT_FALSE(uiLines().empty());
     EXPECT_EQ(uiLines().back().rfind("BOX info:", 0), 0u) << uiLines().back();
+}
 
+// Clearing the list afterwards deletes both reactors: one of a dead database, one of a live one.
+TEST_F(DocumentContexts, AClosedDocumentKeepsItsRecordButItsReactorLetsGoOfTheDatabase) {
+    AcApDocument* first = host.newDocument();
+    ASSERT_NE(first, nullptr);
+    cDocCntx* firstRecord = gCurDoc;
+    ASSERT_NE(host.newDocument(), nullptr);
     ASSERT_TRUE(host.closeDocument(first));
-    EXPECT_EQ(gDocList.find(first), firstRecord) << "records of closed documents stay";
+    EXPECT_EQ(gDocList.find(first), firstRecord);
     EXPECT_EQ(firstRecord->dbsReactor->database(), nullptr) << "the closed database is not touched again";
     EXPECT_EQ(gDocList.count, 2);
-    gDocList.clear(); // deletes both reactors: one dead database, one live one
+}
+
+TEST_F(DocumentContexts, NoWorkingDatabaseGivesNoDatabaseReactor) {
     host.setWorkingDatabaseAvailable(false);
-    EXPECT_EQ(cDocCntx(nullptr).dbsReactor, nullptr) << "no working database, no database reactor";
+    EXPECT_EQ(cDocCntx(nullptr).dbsReactor, nullptr);
 }
 
 // A document whose file name is whatever the test says; the host never gives a bare name.

@@ -66,12 +66,14 @@ TEST_F(ProfileFile, ReadsValuesByTheWindowsRules) {
         EXPECT_EQ(get(section, key), expected) << section << "/" << key;
 }
 
-TEST_F(ProfileFile, MissingFileGivesTheDefaultAndCrLfBomAndNoFinalLineEndAreRead) {
+TEST_F(ProfileFile, MissingFileOrAFolderGivesTheDefault) {
     EXPECT_EQ(get("Settings", "Key", "20"), "20");
     std::string out;
     EXPECT_EQ(getString(m_dir.string(), "S", "K", "dir", out), 3u) << "a folder is no file";
     EXPECT_EQ(out, "dir");
+}
 
+TEST_F(ProfileFile, CrLfBomAndNoFinalLineEndAreRead) {
     writeRaw("\xEF\xBB\xBF[Sec]\r\nA=1\r\nB= 2 \r\nC=last");
     EXPECT_EQ(get("Sec", "A"), "1");
     EXPECT_EQ(get("Sec", "B"), "2");
@@ -107,11 +109,12 @@ TEST_F(ProfileFile, WriteReplacesOrAddsAndKeepsEveryOtherLine) {
     ASSERT_TRUE(writeString(m_file, "ONE", "c", "3"));
     ASSERT_TRUE(writeString(m_file, "Two", "d", "4"));
     EXPECT_EQ(readRaw(), "; keep\r\n[One]\r\na=1\r\njunk\r\nc=3\r\n\r\n[Two]\r\nkey=new\r\nb=2\r\nd=4\r\n");
+}
 
+TEST_F(ProfileFile, WriteKeepsTheBomAndWritesALineBreakAsABlank) {
     writeRaw("\xEF\xBB\xBF[S]\nk=v\n");
     ASSERT_TRUE(writeString(m_file, "S", "Pattern", "two\nlines"));
-    EXPECT_EQ(readRaw(), "\xEF\xBB\xBF[S]\nk=v\nPattern=two lines\n")
-        << "the BOM is kept, a line break is a blank";
+    EXPECT_EQ(readRaw(), "\xEF\xBB\xBF[S]\nk=v\nPattern=two lines\n");
 }
 
 TEST_F(ProfileFile, WriteFailsWithoutLosingAnything) {
@@ -173,7 +176,7 @@ TEST_F(ProfileFile, HeldFileWritesAsTheOneShotFunctionsAndReadsWhatItWrote) {
               "other=o\r\n");
 }
 
-TEST_F(ProfileFile, HeldFileSeesChangesMadeByOthersAndLeavesAnUnchangedFileAlone) {
+TEST_F(ProfileFile, HeldFileSeesChangesMadeByOthers) {
     writeRaw("[S]\nK=one\n");
     kova::profile::ProfileFile held(m_file);
     std::string out;
@@ -190,8 +193,12 @@ TEST_F(ProfileFile, HeldFileSeesChangesMadeByOthersAndLeavesAnUnchangedFileAlone
     EXPECT_EQ(out, "gone");
     ASSERT_TRUE(held.writeString("S", "K", "back"));
     EXPECT_EQ(readRaw(), "[S]\nK=back\n");
+}
 
-    // Writing the line that stands already rewrites nothing: the file keeps its inode.
+// Writing the line that stands already rewrites nothing: the file keeps its inode.
+TEST_F(ProfileFile, HeldFileRewritesNothingForALineThatStandsAlready) {
+    writeRaw("[S]\nK=back\n");
+    kova::profile::ProfileFile held(m_file);
     struct stat before {
     }, after{};
     ASSERT_EQ(::stat(m_file.c_str(), &before), 0);

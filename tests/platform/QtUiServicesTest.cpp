@@ -18,22 +18,31 @@ using namespace kova;
 
 namespace {
 
-// The folder's name holds blanks: the unquoted rows also show the program found by its path.
-TEST(StartProgram, ResultCodesTellWhyAProgramCannotStartAndAStartPassesItsQuotedArgument) {
-    const fs::path dir = fs::temp_directory_path() / ("startprogram test " + std::to_string(getpid()));
-    fs::remove_all(dir);
-    fs::create_directories(dir);
-    const auto makeFile = [&](const std::string& name, const std::string& content, fs::perms perms) {
+// A folder whose name holds blanks, with a script that writes its argument to "<argument>.seen".
+class StartProgram : public ::testing::Test {
+protected:
+    void SetUp() override {
+        fs::remove_all(dir);
+        fs::create_directories(dir);
+        script = makeFile("copy.sh", "#!/bin/sh\nprintf '%s' \"$1\" > \"$1.seen\"\n", fs::perms::owner_all);
+    }
+    void TearDown() override { fs::remove_all(dir); }
+    std::string makeFile(const std::string& name, const std::string& content, fs::perms perms) const {
         std::ofstream(dir / name, std::ios::binary) << content;
         fs::permissions(dir / name, perms);
         return (dir / name).string();
-    };
-    const std::string script =
-        makeFile("copy.sh", "#!/bin/sh\nprintf '%s' \"$1\" > \"$1.seen\"\n", fs::perms::owner_all);
+    }
+
+    const fs::path dir = fs::temp_directory_path() / ("startprogram test " + std::to_string(getpid()));
+    const std::string argument = (dir / "log file.err").string();
+    std::string script;
+};
+
+// The unquoted rows also show the program found by its path with blanks in it.
+TEST_F(StartProgram, ResultCodesTellWhyAProgramCannotStart) {
     const std::string plain =
         makeFile("notes.sh", "#!/bin/sh\n", fs::perms::owner_read | fs::perms::owner_write);
     const std::string data = makeFile("data.bin", "just text, no program", fs::perms::owner_all);
-    const std::string argument = (dir / "log file.err").string();
     const std::pair<std::string, int> rows[] = {
         {"\"" + script + "\" \"" + argument + "\"", ExecResult::Started},
         {"sh \"-c\" \"exit 0\"", ExecResult::Started},
@@ -50,21 +59,26 @@ TEST(StartProgram, ResultCodesTellWhyAProgramCannotStartAndAStartPassesItsQuoted
             EXPECT_EQ(ui.startProgram(commandLine), expected) << "command line: " << commandLine;
         }
     }
+}
 
-    ASSERT_EQ(ui.startProgram(rows[0].first), ExecResult::Started);
+TEST_F(StartProgram, AStartedProgramGetsItsQuotedArgumentWhole) {
+    QtUiServices ui;
+    ASSERT_EQ(ui.startProgram("\"" + script + "\" \"" + argument + "\""), ExecResult::Started);
     const fs::path marker = argument + ".seen";
     for (int i = 0; i < 200 && !fs::exists(marker); ++i)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     std::ifstream in(marker);
     std::string seen;
     std::getline(in, seen);
-    EXPECT_EQ(seen, argument) << "started detached with its argument whole";
-    fs::remove_all(dir);
+    EXPECT_EQ(seen, argument) << "started detached";
 }
 
-TEST(QtUiServices, TranslatesTheModulesFilterAndShowsNoMissingHelpFile) {
+TEST(QtUiServices, ShowsNoMissingHelpFile) {
     QtUiServices ui;
     EXPECT_EQ(ui.showHelp("/no/such/folder/VarDesk.html", "main"), 0);
+}
+
+TEST(QtUiServices, TranslatesTheModulesFilter) {
     const std::pair<const char*, const char*> rows[] = {
         {"Benutzerdefinierte Variablenliste (*.var)|*.var|Alle Dateien (*.*)|*.*||",
          "Benutzerdefinierte Variablenliste (*.var);;Alle Dateien (*)"},

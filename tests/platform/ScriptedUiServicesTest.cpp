@@ -40,7 +40,7 @@ protected:
     ScriptedUiServices ui{host};
 };
 
-TEST_F(ScriptedUi, BoxesPrintOneLineAndOnlyQuestionsTakeAnAnswer) {
+TEST_F(ScriptedUi, BoxesPrintOneLineAndTakeNoAnswer) {
     ui.messageBox(BoxKind::Warning, "W", "a\nb", BoxButtons::Ok);
     ui.messageBox(BoxKind::Error, "E", "Hilfedatei\n\r    /x/VarDesk.html\n\rnicht gefunden\n\r",
                   BoxButtons::Ok);
@@ -50,7 +50,9 @@ TEST_F(ScriptedUi, BoxesPrintOneLineAndOnlyQuestionsTakeAnAnswer) {
                                  "BOX error: E: Hilfedatei\\n    /x/VarDesk.html\\nnicht gefunden",
                                  "ALERT: 2 message texts not found", "BOX plain: P: no icon"}));
     EXPECT_TRUE(host.verbs.empty()) << "an OK-only box takes no answer line";
+}
 
+TEST_F(ScriptedUi, QuestionsTakeAnAnswerAndAnUnknownOneIsTheSafeButton) {
     const std::tuple<BoxButtons, const char*, BoxAnswer> rows[] = {
         {BoxButtons::YesNo, "No", BoxAnswer::No},
         {BoxButtons::YesNo, "ok", BoxAnswer::Yes},
@@ -66,7 +68,7 @@ TEST_F(ScriptedUi, BoxesPrintOneLineAndOnlyQuestionsTakeAnAnswer) {
     EXPECT_EQ(host.verbs, Lines(std::size(rows), "answer"));
 }
 
-TEST_F(ScriptedUi, FileDialogLineAndAnswers) {
+TEST_F(ScriptedUi, FileDialogPrintsOneLineAndASaveAddsTheExtension) {
     const std::string filter = "Liste (*.var)|*.var|Alle Dateien (*.*)|*.*||";
     const std::tuple<FileDialogKind, const char*, std::optional<std::string>> rows[] = {
         {FileDialogKind::Open, "/tmp/noext", "/tmp/noext"},
@@ -87,7 +89,7 @@ TEST_F(ScriptedUi, FileDialogLineAndAnswers) {
     EXPECT_EQ(host.verbs, Lines(std::size(rows), "file"));
 }
 
-TEST_F(ScriptedUi, ExecChecksWithoutStartingAndHelpPrintsOnlyWhatCanBeShown) {
+TEST_F(ScriptedUi, ExecChecksAndPrintsTheCommandLineWithoutStarting) {
     const fs::path dir = fs::temp_directory_path() / "scripted_ui_test";
     fs::remove_all(dir);
     fs::create_directories(dir);
@@ -99,8 +101,12 @@ TEST_F(ScriptedUi, ExecChecksWithoutStartingAndHelpPrintsOnlyWhatCanBeShown) {
     EXPECT_EQ(ui.startProgram(line), ExecResult::Started);
     EXPECT_EQ(ui.startProgram((dir / "none").string() + " \"x\""), ExecResult::FileNotFound);
     EXPECT_FALSE(fs::exists(marker)) << "a checked program is not started";
+    EXPECT_EQ(host.lines, (Lines{"EXEC: " + line, "EXEC: " + (dir / "none").string() + " \"x\""}));
+    fs::remove_all(dir);
+}
 
-    const std::string help = (dir / "VarDesk.html").string();
+TEST_F(ScriptedUi, HelpPrintsOnlyAPageThatCanBeShown) {
+    const std::string help = (fs::temp_directory_path() / "scripted_ui_test.html").string();
     std::ofstream(help) << "<html></html>";
     EXPECT_TRUE(ui.loadHelpEngine());
     EXPECT_NE(ui.showHelp(help, "main"), 0);
@@ -109,9 +115,8 @@ TEST_F(ScriptedUi, ExecChecksWithoutStartingAndHelpPrintsOnlyWhatCanBeShown) {
     ui.setHelpEngineAvailable(false);
     EXPECT_FALSE(ui.loadHelpEngine());
     EXPECT_EQ(ui.showHelp(help, "main"), 0);
-    EXPECT_EQ(host.lines, (Lines{"EXEC: " + line, "EXEC: " + (dir / "none").string() + " \"x\"",
-                                 "HELP: " + help + "#main", "HELP: " + help}));
-    fs::remove_all(dir);
+    EXPECT_EQ(host.lines, (Lines{"HELP: " + help + "#main", "HELP: " + help}));
+    fs::remove(help);
 }
 
 } // namespace

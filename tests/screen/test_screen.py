@@ -103,21 +103,27 @@ class ScreenSession(unittest.TestCase):
 class MainDialogOnScreen(ScreenSession):
     """The list, its rows and the status bar as they are painted (each step builds on the one before)."""
 
-    def test_1_list_rows_images_grid_and_no_focus_band(self):
+    def list_view(self):
+        """The main dialog, its list's report and the rectangle of the list's viewport."""
         window = self.main()
-        lst = kit.control(window, "9002", "VarListView")
-        vx, vy, vw, vh = kit.control(window, "9002/qt_scrollarea_viewport")["rect"]
+        return window, kit.control(window, "9002", "VarListView"), kit.control(window, "9002/qt_scrollarea_viewport")["rect"]
+
+    def test_1a_list_starts_without_current_row_selection_or_focus_band(self):
+        window, lst, (vx, vy, vw, _) = self.list_view()
+        probe = self.probe(window, "main-start")
         rows = lst["rows"]
         highlight = kit.colour(lst["highlight"])
-        base = kit.colour(lst["base"])
-        grid = kit.colour(lst["button"])
-        probe = self.probe(window, "main-start")
-
-        self.assertEqual(lst["current"], -1, "the list starts without a current row")
+        self.assertEqual(lst["current"], -1)
         # Nothing in the list has the highlight colour: no selection and no focus band.
         for y in range(vy, vy + rows[2][1] + rows[2][3]):
             self.assertNotIn(highlight, probe.row_colours(vx, vx + vw - 1, y), f"highlight at y={y}")
 
+    def test_1b_rows_hold_their_whole_image_and_the_grid_lines(self):
+        window, lst, (vx, vy, _, _) = self.list_view()
+        probe = self.probe(window, "main-rows")
+        rows = lst["rows"]
+        base = kit.colour(lst["base"])
+        grid = kit.colour(lst["button"])
         _, top0, _, height0 = rows[0]
         self.assertGreaterEqual(height0, 17, "a row holds its 16-pixel image and the grid line")
         # The letter image of the header "A" keeps its dark bottom edge (its line 14 of 16): the
@@ -130,7 +136,11 @@ class MainDialogOnScreen(ScreenSession):
         self.assertEqual(probe.at(vx + col1 - 1, vy + top0 + 5), grid)
         self.assertEqual(probe.at(vx + col1 + 30, vy + top0 + 5), base)
 
-        # The first Down selects the first row.
+    def test_1c_first_down_selects_the_first_row(self):
+        window, lst, (vx, vy, _, _) = self.list_view()
+        rows = lst["rows"]
+        highlight = kit.colour(lst["highlight"])
+        col1, top0 = rows[0][2], rows[0][1]
         self.host.key(window, "Down")
         self.host.settle()
         probe = self.probe(window, "main-down")
@@ -220,8 +230,8 @@ class MainDialogOnScreen(ScreenSession):
         self.assertEqual(len({f["rect"][0] for f in fields}), 1)
         self.assertButtonsFit(config)
 
-    def test_6_boxes_and_file_dialogs_belong_to_the_dialog(self):
-        # Save with an empty user list: a box, centred on the VarDesk dialog that asks.
+    def test_6a_box_is_centred_on_the_dialog_that_asks(self):
+        # Save with an empty user list: a box.
         window = self.main()
         self.host.click_control(window, tool(window, "Nur Benutzerdefinierte"))
         self.host.settle()
@@ -238,8 +248,8 @@ class MainDialogOnScreen(ScreenSession):
         self.host.key(box, "Return")
         self.host.wait_gone(box["title"])
 
-        # Save as of the selected rows over an existing file: the file dialog belongs to the
-        # VarDesk dialog, asks nothing, and the file is replaced.
+    def test_6b_save_as_over_a_file_asks_nothing_and_replaces_it(self):
+        # The selected rows; the file dialog belongs to the VarDesk dialog.
         window = self.main()
         self.host.click_control(window, tool(window, "Alle aktuellen"))
         self.host.settle()
@@ -263,8 +273,9 @@ class MainDialogOnScreen(ScreenSession):
         self.assertNotIn("OLD", written)
         self.assertTrue(written.strip(), "the selected rows were not written")
 
-        # Open without the extension finds the list with it.
-        os.rename(target, os.path.join(self.host.work, "andere.var"))
+    def test_6c_open_without_the_extension_finds_the_list_with_it(self):
+        with open(os.path.join(self.host.work, "andere.var"), "w", encoding="utf-8") as f:
+            f.write("LUPREC                   #2\n")
         window = self.main()
         self.host.click_control(window, tool(window, "Öffnen"))
         files = self.host.wait_window(lambda w: w["class"] == "QFileDialog", "file dialog")
@@ -285,15 +296,17 @@ class MainDialogAtScaleTwo(ScreenSession):
     scale = 2
     screen_size = "2400x1800x24"
 
-    def test_layout_and_images(self):
+    def test_1_default_size_is_in_logical_pixels_and_the_screen_has_twice_as_many(self):
         window = self.main()
         self.assertEqual(window["ratio"], 2)
-        self.assertEqual(window["geometry"][2:], [450, 320], "the default size in logical pixels")
+        self.assertEqual(window["geometry"][2:], [450, 320])
         image = self.probe(window).image
-        self.assertEqual((image.width, image.height), (900, 640), "twice the pixels on the screen")
-        lst = kit.control(window, "9002", "VarListView")
+        self.assertEqual((image.width, image.height), (900, 640))
+
+    def test_2_row_images_are_drawn_sharp(self):
+        window = self.main()
         vx, vy, _, _ = kit.control(window, "9002/qt_scrollarea_viewport")["rect"]
-        _, top0, _, height0 = lst["rows"][0]
+        _, top0, _, height0 = kit.control(window, "9002", "VarListView")["rows"][0]
         self.assertGreaterEqual(height0, 17)
         probe = self.probe(window, "scaled-main")
         # A sharp image is drawn from a 32-pixel picture: one blown up from 16 pixels repeats each
@@ -302,7 +315,9 @@ class MainDialogAtScaleTwo(ScreenSession):
         blocks = all(probe.image.at(x0 + 2 * i, y0 + 2 * j) == probe.image.at(x0 + 2 * i + 1, y0 + 2 * j + 1)
                      for i in range(16) for j in range(15))
         self.assertFalse(blocks, "the row image is drawn at 16 pixels and blown up")
-        panes = kit.controls(window, "59393/QLabel")
+
+    def test_3_status_pane_text_fits(self):
+        window = self.main()
         self.host.key(window, "Down", "Down")
         self.host.settle()
         window = self.main()
@@ -311,13 +326,15 @@ class MainDialogAtScaleTwo(ScreenSession):
         x, _, w, _ = kit.scaled(panes[1]["rect"], 2)
         self.assertLessEqual(probe.last_ink(panes[1]["rect"]), x + w - 4)
 
+    def test_4_search_dialog_buttons_fit(self):
+        window = self.main()
         self.host.click_control(window, tool(window, "Suchen"))
         search = self.host.window("Suchen")
+        self.addCleanup(self.close_top, search)
         self.host.settle()
         search = self.host.window("Suchen")
         self.probe(search, "scaled-search")
         self.assertButtonsFit(search)
-        self.close_top(search)
 
 
 if __name__ == "__main__":

@@ -110,8 +110,26 @@ TEST_F(Documents, CreateOpenSwitchAndCloseSendTheirEventsInOrder) {
     acDocManagerPtr()->removeReactor(&log);
 }
 
-TEST_F(Documents, LocksAreGivenUnlessRefusedAndTheEditorHearsOpenSaveCloseAndVariables) {
+TEST_F(Documents, LocksAreGivenUnlessRefusedAndARefusalIsToldAsAVeto) {
     AcApDocManager* dm = acDocManagerPtr();
+    AcApDocument* doc = host().newDocument();
+    EventLog log;
+    dm->addReactor(&log);
+    ASSERT_EQ(dm->lockDocument(doc, AcAp::kWrite, nullptr, nullptr, true), Acad::eOk);
+    EXPECT_EQ(doc->myLockMode(), AcAp::kWrite);
+    EXPECT_EQ(dm->unlockDocument(doc), Acad::eOk);
+    EXPECT_EQ(doc->myLockMode(), AcAp::kNotLocked);
+    EXPECT_NE(dm->unlockDocument(doc), Acad::eOk) << "nothing left to unlock";
+    EXPECT_EQ(dm->lockDocument(nullptr, AcAp::kWrite, nullptr, nullptr, true), Acad::eLockViolation);
+    EXPECT_EQ(log.events, Lines{});
+    host().setDocumentLockRefused(true);
+    EXPECT_EQ(dm->lockDocument(doc, AcAp::kWrite, nullptr, nullptr, true), Acad::eLockViolation);
+    host().setDocumentLockRefused(false);
+    dm->removeReactor(&log);
+    EXPECT_EQ(log.events, Lines{"lockVetoed Drawing1.dwg"});
+}
+
+TEST_F(Documents, TheEditorHearsOpenVariablesSaveUnknownCommandsAndClose) {
     AcApDocument* doc = host().newDocument();
     ASSERT_TRUE(host().saveDocument(doc, scratch + "/Ed.dwg"));
     ASSERT_TRUE(host().closeDocument(doc));
@@ -121,30 +139,17 @@ TEST_F(Documents, LocksAreGivenUnlessRefusedAndTheEditorHearsOpenSaveCloseAndVar
     ed->addReactor(&log);
     doc = host().openDocument(scratch + "/Ed.dwg");
     ASSERT_NE(doc, nullptr);
-    dm->addReactor(&log);
-
-    ASSERT_EQ(dm->lockDocument(doc, AcAp::kWrite, nullptr, nullptr, true), Acad::eOk);
-    EXPECT_EQ(doc->myLockMode(), AcAp::kWrite);
-    EXPECT_EQ(dm->unlockDocument(doc), Acad::eOk);
-    EXPECT_EQ(doc->myLockMode(), AcAp::kNotLocked);
-    EXPECT_NE(dm->unlockDocument(doc), Acad::eOk) << "nothing left to unlock";
-    EXPECT_EQ(dm->lockDocument(nullptr, AcAp::kWrite, nullptr, nullptr, true), Acad::eLockViolation);
-    host().setDocumentLockRefused(true);
-    EXPECT_EQ(dm->lockDocument(doc, AcAp::kWrite, nullptr, nullptr, true), Acad::eLockViolation);
-    host().setDocumentLockRefused(false);
-    dm->removeReactor(&log);
-
     ASSERT_TRUE(host().setVariableText("LUPREC", "3"));
     ASSERT_TRUE(host().saveDocument(doc, scratch + "/Ed2.dwg"));
     ASSERT_FALSE(host().runCommand("NOSUCH"));
     ASSERT_TRUE(host().closeDocument(doc));
     ed->removeReactor(&log);
     EXPECT_EQ(log.events,
-              (Lines{"beginDwgOpen Ed.dwg", "endDwgOpen Ed.dwg", "lockVetoed Ed.dwg", "sysVarChanged LUPREC",
-                     "beginSave Ed2.dwg", "saveComplete Ed2.dwg", "unknownCommand NOSUCH", "beginClose"}));
+              (Lines{"beginDwgOpen Ed.dwg", "endDwgOpen Ed.dwg", "sysVarChanged LUPREC", "beginSave Ed2.dwg",
+                     "saveComplete Ed2.dwg", "unknownCommand NOSUCH", "beginClose"}));
 }
 
-TEST(RxRuntime, RegistryAndClassDictionaryAnswerByNameAndClassesKnowTheirBases) {
+TEST(RxRuntime, RegistryAndClassDictionaryAnswerByName) {
     AcRxDictionary* registry = acrxSysRegistry();
     AcRxObject* linker = registry->at("DynamicLinker");
     ASSERT_NE(linker, nullptr);
@@ -155,6 +160,9 @@ TEST(RxRuntime, RegistryAndClassDictionaryAnswerByNameAndClassesKnowTheirBases) 
     ASSERT_NE(classes, nullptr);
     EXPECT_EQ(classes->at("AcEditorReactor"), AcEditorReactor::desc());
     EXPECT_STREQ(static_cast<AcRxClass*>(classes->at("AcDbXrecord"))->name(), "AcDbXrecord");
+}
+
+TEST(RxRuntime, ClassesKnowTheirBasesAndNotTheirSiblings) {
     EXPECT_FALSE(AcRxEventReactor::desc()->isDerivedFrom(AcEditorReactor::desc()));
     struct Mine : AcEditorReactor {
     } reactor;
@@ -285,7 +293,7 @@ TEST_F(Documents, BrokenDrawingFilesOpenNothingAndSayWhy) {
     EXPECT_EQ(host().openDocument(scratch, &message), nullptr);
 }
 
-TEST_F(Documents, ObjectsAreOpenedAndClosedLikeInARealHost) {
+TEST_F(Documents, AWriterOpensAloneAndReadersShare) {
     AcDbDatabase* db = host().newDocument()->database();
     AcDbDictionary* nod = nullptr;
     AcDbDictionary* again = nullptr;
@@ -302,12 +310,6 @@ TEST_F(Documents, ObjectsAreOpenedAndClosedLikeInARealHost) {
     AcDbObjectId id;
     auto* rec = new AcDbXrecord();
     EXPECT_EQ(nod->setAt("X", rec, id), Acad::eNotOpenForWrite);
-    resbuf odd{};
-    odd.restype = RTENAME;
-    EXPECT_EQ(rec->setFromRbChain(odd), Acad::eInvalidInput);
-    resbuf* out = nullptr;
-    ASSERT_EQ(rec->rbChain(&out), Acad::eOk);
-    EXPECT_EQ(out, nullptr) << "no data gives a null chain";
     rec->close(); // never added: closing it ends it
     AcDbObject* missing = nod;
     EXPECT_EQ(nod->getAt("NOSUCH", missing, AcDb::kForRead), Acad::eKeyNotFound);
@@ -315,9 +317,22 @@ TEST_F(Documents, ObjectsAreOpenedAndClosedLikeInARealHost) {
     nod->close();
     again->close();
     EXPECT_EQ(host().openObjectCount(), 0);
+}
 
-    EXPECT_EQ(acutBuildList(RTSTR, "a", 4711, 1, RTNONE), nullptr) << "an unknown type gives no list";
-    resbuf* list = acutBuildList(RTSTR, "a", RTSHORT, 3, 0); // 0 ends a list as RTNONE does
+TEST(ResultBuffers, AnXrecordRefusesAnEntityNameAndGivesANullChainWhenEmpty) {
+    auto* rec = new AcDbXrecord();
+    resbuf odd{};
+    odd.restype = RTENAME;
+    EXPECT_EQ(rec->setFromRbChain(odd), Acad::eInvalidInput);
+    resbuf* out = &odd;
+    ASSERT_EQ(rec->rbChain(&out), Acad::eOk);
+    EXPECT_EQ(out, nullptr);
+    rec->close(); // never added: closing it ends it
+}
+
+TEST(ResultBuffers, BuildListRefusesAnUnknownTypeAndEndsAtZero) {
+    EXPECT_EQ(acutBuildList(RTSTR, "a", 4711, 1, RTNONE), nullptr);
+    resbuf* list = acutBuildList(RTSTR, "a", RTSHORT, 3, 0);
     EXPECT_EQ(entries(list), (Lines{std::to_string(RTSTR) + " a", std::to_string(RTSHORT) + " 3"}));
     acutRelRb(list);
     EXPECT_EQ(acutRelRb(nullptr), RTNORM);

@@ -19,100 +19,37 @@ using Lines = std::vector<std::string>;
 using DxfFiles = HostTest;
 using cadhost::dxf::CodePage;
 
-std::string join(const Lines& lines) {
+// A DXF file from its records, each its groups as "code value" apart by '|'.
+std::string dxf(std::initializer_list<std::string> records) {
     std::string text;
-    for (const std::string& l : lines)
-        text += l + "\n";
+    for (const std::string& record : records)
+        for (size_t start = 0; start <= record.size();) {
+            const size_t end = std::min(record.find('|', start), record.size());
+            const std::string group = record.substr(start, end - start);
+            const size_t blank = group.find(' ');
+            const std::string code = group.substr(0, blank);
+            text += std::string(code.size() < 3 ? 3 - code.size() : 0, ' ') + code + "\n" +
+                    group.substr(blank + 1) + "\n";
+            start = end + 1;
+        }
     return text;
 }
 
 // An R2000 drawing as another program might write it: a comment, a variable the host does not
 // know, a layer name in Windows-1252, an entity with xdata, and objects of its own.
 std::string otherProgramsDrawing(const std::string& lupRec = "3") {
-    return join({"999",  "made by another program",
-                 "  0",  "SECTION",
-                 "  2",  "HEADER",
-                 "  9",  "$ACADVER",
-                 "  1",  "AC1015",
-                 "  9",  "$DWGCODEPAGE",
-                 "  3",  "ANSI_1252",
-                 "  9",  "$HANDSEED",
-                 "  5",  "40",
-                 "  9",  "$LUPREC",
-                 " 70",  lupRec,
-                 "  9",  "$FOOVAR",
-                 " 40",  "1.25",
-                 "  9",  "$CLAYER",
-                 "  8",  "W\xE4nde \\U+0394",
-                 "  9",  "$INSBASE",
-                 " 10",  "1.0",
-                 " 20",  "2.0",
-                 " 30",  "0.0",
-                 "  0",  "ENDSEC",
-                 "  0",  "SECTION",
-                 "  2",  "ENTITIES",
-                 "  0",  "LINE",
-                 "  5",  "20",
-                 "  8",  "0",
-                 " 10",  "0",
-                 " 20",  "0",
-                 " 30",  "0",
-                 " 11",  "10",
-                 " 21",  "5",
-                 " 31",  "0",
-                 "1001", "OTHERAPP",
-                 "1000", "kept",
-                 "  0",  "ENDSEC",
-                 "  0",  "SECTION",
-                 "  2",  "OBJECTS",
-                 "  0",  "DICTIONARY",
-                 "  5",  "C",
-                 "330",  "0",
-                 "100",  "AcDbDictionary",
-                 "281",  "1",
-                 "  3",  "ACAD_LAYOUT",
-                 "350",  "1A",
-                 "  3",  "OTHER_APP",
-                 "350",  "30",
-                 "  0",  "DICTIONARY",
-                 "  5",  "1A",
-                 "330",  "C",
-                 "100",  "AcDbDictionary",
-                 "  3",  "Model",
-                 "350",  "1B",
-                 "  0",  "LAYOUT",
-                 "  5",  "1B",
-                 "330",  "1A",
-                 "100",  "AcDbLayout",
-                 "  1",  "Model",
-                 "  0",  "DICTIONARY",
-                 "  5",  "30",
-                 "102",  "{ACAD_REACTORS",
-                 "330",  "C",
-                 "102",  "}",
-                 "330",  "C",
-                 "100",  "AcDbDictionary",
-                 "  3",  "DATA",
-                 "360",  "31",
-                 "  0",  "XRECORD",
-                 "  5",  "31",
-                 "330",  "30",
-                 "100",  "AcDbXrecord",
-                 "280",  "1",
-                 "  1",  "Gel\xE4nde",
-                 " 40",  "2.5",
-                 " 10",  "1",
-                 " 20",  "2",
-                 " 30",  "3",
-                 " 70",  "7",
-                 "330",  "1B",
-                 "  0",  "ENDSEC",
-                 "  0",  "EOF"});
-}
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), {});
+    return dxf({"999 made by another program",
+                "0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|9 $DWGCODEPAGE|3 ANSI_1252|9 $HANDSEED|5 40",
+                "9 $LUPREC|70 " + lupRec + "|9 $FOOVAR|40 1.25|9 $CLAYER|8 W\xE4nde \\U+0394",
+                "9 $INSBASE|10 1.0|20 2.0|30 0.0|0 ENDSEC", "0 SECTION|2 ENTITIES",
+                "0 LINE|5 20|8 0|10 0|20 0|30 0|11 10|21 5|31 0|1001 OTHERAPP|1000 kept",
+                "0 ENDSEC|0 SECTION|2 OBJECTS",
+                "0 DICTIONARY|5 C|330 0|100 AcDbDictionary|281 1|3 ACAD_LAYOUT|350 1A|3 OTHER_APP|350 30",
+                "0 DICTIONARY|5 1A|330 C|100 AcDbDictionary|3 Model|350 1B",
+                "0 LAYOUT|5 1B|330 1A|100 AcDbLayout|1 Model",
+                "0 DICTIONARY|5 30|102 {ACAD_REACTORS|330 C|102 }|330 C|100 AcDbDictionary|3 DATA|360 31",
+                "0 XRECORD|5 31|330 30|100 AcDbXrecord|280 1|1 Gel\xE4nde|40 2.5|10 1|20 2|30 3|70 7|330 1B",
+                "0 ENDSEC|0 EOF"});
 }
 
 void writeFile(const std::string& path, const std::string& text) {
@@ -161,6 +98,9 @@ TEST(DxfTagFile, RefusesWhatIsNoAsciiDxfAndNamesTheLine) {
         EXPECT_FALSE(file.parse(bytes, message)) << said;
         EXPECT_NE(message.find(said), std::string::npos) << said << " -- said: " << message;
     }
+}
+
+TEST(DxfDrawing, RefusesAnOpenSectionAStrayEntityAndAMissingOrUnknownVersion) {
     const std::pair<std::string, const char*> badDrawings[] = {
         {"  0\nSECTION\n  2\nHEADER\n  0\nEOF\n", "line 1: the section HEADER has no end"},
         {"  0\nLINE\n  0\nEOF\n", "line 1: a section should begin here"},
@@ -175,9 +115,8 @@ TEST(DxfTagFile, RefusesWhatIsNoAsciiDxfAndNamesTheLine) {
     }
 }
 
-TEST(DxfText, DecodesAndEncodesEachCodePageWithoutLosingAByte) {
+TEST(DxfText, DecodesEachCodePageWithoutLosingAByte) {
     using cadhost::dxf::decodeText;
-    using cadhost::dxf::encodeText;
     struct Row {
         std::string raw;
         CodePage page;
@@ -192,6 +131,10 @@ TEST(DxfText, DecodesAndEncodesEachCodePageWithoutLosingAByte) {
                         {"\\U+12", CodePage::Utf8, "\\U+12"}}; // no escape: as it stands
     for (const Row& r : rows)
         EXPECT_EQ(decodeText(r.raw, r.page), r.text) << r.raw;
+}
+
+TEST(DxfText, EncodesEachCodePageWithoutLosingAByte) {
+    using cadhost::dxf::encodeText;
     EXPECT_EQ(encodeText("Wände €Δ", CodePage::Ansi1252), "W\xE4nde \x80\\U+0394");
     EXPECT_EQ(encodeText("Wände Δ", CodePage::Utf8), "Wände Δ");
     EXPECT_EQ(encodeText("a\xFFz\x81", CodePage::Ansi1252), "a\xFFz\x81");
@@ -313,9 +256,8 @@ TEST_F(DxfFiles, VariablesWithoutHeaderPlaceTravelInTheHostsOwnRecord) {
 }
 
 TEST_F(DxfFiles, AnR12DrawingHasNoDictionaryAndSaysWhatItCannotKeep) {
-    const std::string r12 = join({"  0", "SECTION",  "  2", "HEADER", "  9", "$ACADVER", "  1", "AC1009",
-                                  "  9", "$LUPREC",  " 70", "4",      "  0", "ENDSEC",   "  0", "SECTION",
-                                  "  2", "ENTITIES", "  0", "ENDSEC", "  0", "EOF"});
+    const std::string r12 = dxf({"0 SECTION|2 HEADER|9 $ACADVER|1 AC1009|9 $LUPREC|70 4|0 ENDSEC",
+                                 "0 SECTION|2 ENTITIES|0 ENDSEC|0 EOF"});
     const std::string path = scratch + "/old.dxf";
     writeFile(path, r12);
     ASSERT_NE(host().openDocument(path), nullptr);
@@ -354,7 +296,7 @@ TEST_F(DxfFiles, AFormerJsonDrawingOpensAndIsSavedAsDxf) {
     EXPECT_EQ(listing, (Lines{"XRECORD KOVA/KOPF", "  1 Halle", "  70 3"}));
 }
 
-TEST_F(DxfFiles, SavingKeepsTheModeAndRefusesAWriteProtectedDrawing) {
+TEST_F(DxfFiles, SavingKeepsTheFilesMode) {
     const std::string path = scratch + "/kept.dxf";
     ASSERT_NE(host().newDocument(path), nullptr);
     ASSERT_TRUE(host().saveDocument(host().currentDocument()));
@@ -364,7 +306,12 @@ TEST_F(DxfFiles, SavingKeepsTheModeAndRefusesAWriteProtectedDrawing) {
     struct stat info {};
     ASSERT_EQ(::stat(path.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0640u);
+}
 
+TEST_F(DxfFiles, AWriteProtectedDrawingIsNotSavedAndNothingIsLeftBeside) {
+    const std::string path = scratch + "/kept.dxf";
+    ASSERT_NE(host().newDocument(path), nullptr);
+    ASSERT_TRUE(host().saveDocument(host().currentDocument()));
     ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
     const std::string before = readFile(path);
     ASSERT_TRUE(host().setVariableText("LUPREC", "2"));

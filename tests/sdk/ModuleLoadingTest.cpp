@@ -30,17 +30,8 @@ TEST_F(Modules, MessagesComeAtTheirMoments) {
     ASSERT_TRUE(host().runCommand("testcmd"));
     EXPECT_EQ(take(), std::vector<std::string>{"invoke Drawing3.dwg code=7"});
     EXPECT_EQ(acedGetFunCode(), -1) << "no code outside the invoke message";
-    std::stringstream saved;
-    saved << std::ifstream(host().profileDir() + "/globals.json").rdbuf();
-    EXPECT_NE(saved.str().find("\"SAVETIME\": 42"), std::string::npos)
+    EXPECT_NE(readFile(host().profileDir() + "/globals.json").find("\"SAVETIME\": 42"), std::string::npos)
         << "the command's global change is saved";
-
-    // An exception that a module lets escape ends its command with a message, not the host.
-    const cadhost::HostResult thrown = host().runCommand("throwcmd");
-    EXPECT_FALSE(thrown);
-    EXPECT_EQ(thrown.message, "Command THROWCMD ended with an error: the module's own fault.");
-    EXPECT_EQ(acedGetFunCode(), -1);
-    EXPECT_EQ(acDocManagerPtr()->documentCount(), 3) << "the drawings stay open";
 
     ASSERT_TRUE(host().closeDocument(third));
     EXPECT_EQ(take(), std::vector<std::string>{"unloaddwg Drawing3.dwg undef=5100"});
@@ -57,7 +48,21 @@ TEST_F(Modules, MessagesComeAtTheirMoments) {
     EXPECT_EQ(take(), std::vector<std::string>{});
 }
 
-TEST_F(Modules, LoadRefusesFailingMissingDoubleAndForeignFilesAndShutdownUnloads) {
+// An exception that a module lets escape ends its command with a message, not the host.
+TEST_F(Modules, AnExceptionLeavingACommandEndsThatCommandOnly) {
+    host().newDocument();
+    host().newDocument();
+    ASSERT_TRUE(host().loadModule(SDK_TEST_MODULE));
+    const cadhost::HostResult thrown = host().runCommand("throwcmd");
+    EXPECT_FALSE(thrown);
+    EXPECT_EQ(thrown.message, "Command THROWCMD ended with an error: the module's own fault.");
+    EXPECT_EQ(acedGetFunCode(), -1);
+    EXPECT_EQ(acDocManagerPtr()->documentCount(), 2) << "the drawings stay open";
+    printed.clear();
+    EXPECT_TRUE(host().runCommand("testcmd")) << "the module's commands still run";
+}
+
+TEST_F(Modules, LoadRefusesAFailingMissingForeignOrDoubleModule) {
     host().newDocument();
     printed.clear();
     EXPECT_NE(host().loadModule(SDK_TEST_MODULE_FAILING).message.find("failed to initialise"),
@@ -73,6 +78,11 @@ TEST_F(Modules, LoadRefusesFailingMissingDoubleAndForeignFilesAndShutdownUnloads
     ASSERT_TRUE(host().loadModule(SDK_TEST_MODULE));
     EXPECT_NE(host().loadModule(SDK_TEST_MODULE).message.find("already loaded"), std::string::npos);
     EXPECT_EQ(host().loadedModules().size(), 1u);
+}
+
+TEST_F(Modules, ShutdownClosesEveryDrawingBeforeTheModuleLeaves) {
+    host().newDocument();
+    ASSERT_TRUE(host().loadModule(SDK_TEST_MODULE));
     printed.clear();
     host().shutdown();
     EXPECT_EQ(take(), (std::vector<std::string>{"unloaddwg Drawing1.dwg undef=5100", "unloadapp"}))
@@ -140,7 +150,7 @@ public:
     std::vector<std::string> alerts;
 };
 
-TEST_F(Modules, AlertGoesToTheUiServicesOrTheCommandLineAndDefunNeedsAModuleAndADrawing) {
+TEST_F(Modules, AlertGoesToTheUiServicesOrElseToTheCommandLine) {
     EXPECT_EQ(acutPrintf("%s=%d\n", "x", 42), 5);
     EXPECT_EQ(acedAlert("plain"), RTNORM);
     EXPECT_EQ(printed, "x=42\nALERT: plain\n");
@@ -149,7 +159,10 @@ TEST_F(Modules, AlertGoesToTheUiServicesOrTheCommandLineAndDefunNeedsAModuleAndA
     acedAlert("boxed");
     EXPECT_EQ(ui.alerts, std::vector<std::string>{"boxed"});
     EXPECT_EQ(printed, "x=42\nALERT: plain\n");
+    host().setUiServices(nullptr);
+}
 
+TEST_F(Modules, DefunNeedsAModuleAndADrawingAndRegAppADrawing) {
     EXPECT_EQ(acedDefun("C:X", 1), RTERROR) << "no drawing";
     EXPECT_FALSE(acdbRegApp("KOVA_VARDESK"));
     host().newDocument();

@@ -7,9 +7,17 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
+
+// The whole content of a file, empty when it cannot be read.
+inline std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
 
 // A fresh host for each test: the session is shut down and set up again with the variable table
 // of data/, a scratch profile folder, and the command line captured in `printed`.

@@ -24,12 +24,6 @@ resbuf rb(short type, double x, double y = 0, double z = 0) {
         std::tie(rb.resval.rpoint[0], rb.resval.rpoint[1], rb.resval.rpoint[2]) = std::tie(x, y, z);
     return rb;
 }
-std::string fileText(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream content;
-    content << in.rdbuf();
-    return content.str();
-}
 
 resbuf textRb(const char* v) {
     resbuf rb{};
@@ -47,7 +41,7 @@ protected:
     }
 };
 
-TEST_F(SysVars, ResbufValuesMustHaveTheVariablesTypeAndReadBackInIt) {
+TEST_F(SysVars, ResbufOfTheVariablesTypeIsTakenAndReadsBackInThatType) {
     const std::pair<const char*, resbuf> taken[] = {
         {"LUPREC", rb(RTSHORT, 3)},  {"HPMAXLINES", rb(RTLONG, 5000)}, {"TEXTSIZE", rb(RTREAL, 3.5)},
         {"CLAYER", textRb("Wände")}, {"LIMMAX", rb(RTPOINT, 100, 50)}, {"INSBASE", rb(RT3DPOINT, 1, 2, 3)}};
@@ -65,6 +59,9 @@ TEST_F(SysVars, ResbufValuesMustHaveTheVariablesTypeAndReadBackInIt) {
         if (got.restype == RTSTR)
             std::free(got.resval.rstring);
     }
+}
+
+TEST_F(SysVars, ResbufOfAnotherTypeOrARefusedValueSaysWhyAndKeepsTheOldValue) {
     const std::pair<const char*, resbuf> refused[] = {
         {"LUPREC", rb(RTREAL, 3)},           {"LUPREC", rb(RTLONG, 3)},    {"TEXTSIZE", textRb("3.5")},
         {"TEXTSIZE", rb(RTREAL, NAN)},       {"INSBASE", rb(RTREAL, 1)},   {"HPMAXLINES", textRb("100")},
@@ -87,7 +84,7 @@ TEST_F(SysVars, ResbufValuesMustHaveTheVariablesTypeAndReadBackInIt) {
     EXPECT_EQ(acedGetVar("NOSUCHVAR", &none), RTERROR);
 }
 
-TEST_F(SysVars, CdateIsNowInLocalTimeAndTheDatabaseAnswersItsFormat) {
+TEST_F(SysVars, CdateIsNowInLocalTime) {
     resbuf rb{};
     ASSERT_EQ(acedGetVar("CDATE", &rb), RTNORM);
     ASSERT_EQ(rb.restype, RTREAL);
@@ -97,6 +94,9 @@ TEST_F(SysVars, CdateIsNowInLocalTimeAndTheDatabaseAnswersItsFormat) {
     double today = (t.tm_year + 1900) * 10000.0 + (t.tm_mon + 1) * 100 + t.tm_mday;
     EXPECT_GE(rb.resval.rreal, today);
     EXPECT_LT(rb.resval.rreal, today + 0.24); // YYYYMMDD.HHMMSS
+}
+
+TEST_F(SysVars, DatabaseAnswersItsNumberFormatFromItsVariables) {
     AcDbDatabase* db = acdbHostApplicationServices()->workingDatabase();
     ASSERT_TRUE(host().setVariableText("DIMDSEP", ";"));
     EXPECT_EQ(db->dimdsep(), ';');
@@ -156,7 +156,7 @@ TEST_F(SysVars, DamagedGlobalsFileKeepsWhatCanBeReadAndIsMovedAside) {
         EXPECT_EQ(text("FONTALT"), std::string("FONTALT = ") + c.fontalt) << c.content;
         EXPECT_EQ(text("OSMODE"), std::string("OSMODE = ") + c.osmode) << c.content;
         EXPECT_EQ(text("SAVETIME"), "SAVETIME = 10") << c.content;
-        EXPECT_EQ(fileText(path + ".unreadable"), c.content);
+        EXPECT_EQ(readFile(path + ".unreadable"), c.content);
         EXPECT_FALSE(std::filesystem::exists(path)) << "nothing is written before a change";
     }
 }
@@ -168,7 +168,7 @@ TEST_F(SysVars, TextThatIsNoUtf8IsRefusedForAGlobal) {
     resbuf font = textRb("romans.shx");
     ASSERT_EQ(acedSetVar("FONTALT", &font), RTNORM);
     ASSERT_TRUE(host().saveDocument(host().currentDocument(), host().profileDir() + "/a.dwg"));
-    const std::string saved = fileText(path);
+    const std::string saved = readFile(path);
     for (const char* bad : {"gr\xFC\xDF", "\xFF", "\xC3", "\xED\xA0\x80"}) {
         printed.clear();
         resbuf value = textRb(bad);
@@ -180,7 +180,7 @@ TEST_F(SysVars, TextThatIsNoUtf8IsRefusedForAGlobal) {
     EXPECT_EQ(text("FONTALT"), "FONTALT = romans.shx");
     resbuf umlaut = textRb("gr\xC3\xBC\xC3\x9F.shx");
     EXPECT_EQ(acedSetVar("FONTALT", &umlaut), RTNORM) << "UTF-8 is taken";
-    EXPECT_EQ(fileText(path), saved);
+    EXPECT_EQ(readFile(path), saved);
     for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(path).parent_path()))
         EXPECT_FALSE(entry.path().filename().string().starts_with("globals.json."))
             << "left beside: " << entry.path();

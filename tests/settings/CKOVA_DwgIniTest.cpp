@@ -62,11 +62,9 @@ protected:
     }
 };
 
-TEST_F(DrawingStore, NamesAreNormalisedAndAMissingNameRefusesAll) {
+TEST_F(DrawingStore, NamesAreUpperCasedAndTheDrawingAndEntryNamesCleaned) {
     CKOVA_DwgIni store;
-    EXPECT_EQ(store.rootName(), "KOVA_");
     store.SetRootName("Kova_Var.Desk");
-    EXPECT_FALSE(store.Put("Key", "v", 1)) << "no drawing and entry name yet";
     store.SetDrawingName("my var.desk:v2\\x");
     store.SetEntryName("Set tings.a");
     EXPECT_EQ(store.rootName(), "KOVA_VAR.DESK") << "the root is upper-cased, not cleaned";
@@ -74,20 +72,41 @@ TEST_F(DrawingStore, NamesAreNormalisedAndAMissingNameRefusesAll) {
     EXPECT_EQ(store.entryName(), "SET_TINGS_A");
 }
 
-TEST_F(DrawingStore, NumbersReadAsTextAndTheRecordIsLeftAloneWithoutAChange) {
-    const Record before = {{1, "TEXT"},  {1, "abc"},  {1, "REAL"}, {40, "0.333333"},
-                           {1, "SHORT"}, {70, "-12"}, {1, "LONG"}, {90, "123456789"}};
-    storeChain(acutBuildList(1, "TEXT", 1, "abc", 1, "REAL", 40, 1.0 / 3.0, 1, "SHORT", 70, -12, 1, "LONG",
-                             90, static_cast<Adesk::Int32>(123456789), RTNONE));
+TEST_F(DrawingStore, PutIsRefusedUntilTheDrawingAndEntryNamesAreSet) {
+    CKOVA_DwgIni store;
+    store.SetRootName("Kova_VarDesk");
+    EXPECT_FALSE(store.Put("Key", "v", 1));
+    store.SetDrawingName("VarDesk");
+    EXPECT_FALSE(store.Put("Key", "v", 1));
+    store.SetEntryName("Settings");
+    EXPECT_TRUE(store.Put("Key", "v", 1));
+}
+
+// Numbers of every kind, as another writer leaves them.
+const Record kNumbers = {{1, "TEXT"},  {1, "abc"},  {1, "REAL"}, {40, "0.333333"},
+                         {1, "SHORT"}, {70, "-12"}, {1, "LONG"}, {90, "123456789"}};
+resbuf* numbersChain() {
+    return acutBuildList(1, "TEXT", 1, "abc", 1, "REAL", 40, 1.0 / 3.0, 1, "SHORT", 70, -12, 1, "LONG", 90,
+                         static_cast<Adesk::Int32>(123456789), RTNONE);
+}
+
+TEST_F(DrawingStore, NumbersReadAsText) {
+    storeChain(numbersChain());
     auto store = openStore();
     EXPECT_EQ(get(*store, "text"), "abc") << "a get upper-cases its key";
     EXPECT_EQ(get(*store, "REAL"), "0.333333333333");
     EXPECT_EQ(get(*store, "SHORT"), "-12");
     EXPECT_EQ(get(*store, "LONG"), "123456789");
     EXPECT_EQ(get(*store, "MISSING"), "<none>");
+}
+
+TEST_F(DrawingStore, RecordIsNotWrittenBackWithoutAChange) {
+    storeChain(numbersChain());
+    auto store = openStore();
+    get(*store, "REAL");
     EXPECT_FALSE(store->isDirty());
     EXPECT_EQ(destroy(store), 0);
-    EXPECT_EQ(testhost::storedRecord(kDictionary, "SETTINGS"), before) << "not sorted: not written back";
+    EXPECT_EQ(testhost::storedRecord(kDictionary, "SETTINGS"), kNumbers) << "not sorted: not written back";
 }
 
 // A pair with a non-text key is dropped, a key at the chain's end has no value, a lower-case key
@@ -102,15 +121,26 @@ TEST_F(DrawingStore, BrokenRecordIsMendedAndWrittenBackSorted) {
     EXPECT_EQ(get(*store, "mixed"), "<none>");
     EXPECT_TRUE(store->isDirty());
     ASSERT_TRUE(store->Put("Text", "t", 1));
-    EXPECT_FALSE(store->Put("Other", "abc", 70)) << "a short takes a number only";
     EXPECT_EQ(destroy(store), 0);
     const Record after = {{1, "A"},     {1, ""},   {1, "LONG"}, {90, "-5"}, {1, "REAL"},  {40, "2.5"},
                           {1, "SHORT"}, {70, "7"}, {1, "TEXT"}, {1, "t"},   {1, "mixed"}, {1, "m"}};
     EXPECT_EQ(testhost::storedRecord(kDictionary, "SETTINGS"), after);
+}
 
-    store = openStore();
+TEST_F(DrawingStore, ANumberGroupTakesOnlyANumber) {
+    auto store = openStore();
+    EXPECT_FALSE(store->Put("Other", "abc", 70));
+    EXPECT_TRUE(store->Put("Other", "12", 70));
+    EXPECT_EQ(destroy(store), 0);
+    EXPECT_EQ(testhost::storedRecord(kDictionary, "SETTINGS"), (Record{{1, "OTHER"}, {70, "12"}}));
+}
+
+TEST_F(DrawingStore, PutOfAnEqualValueStillMarksTheRecordChanged) {
+    storeChain(acutBuildList(1, "TEXT", 1, "t", RTNONE));
+    auto store = openStore();
+    ASSERT_FALSE(store->isDirty());
     ASSERT_TRUE(store->Put("text", "t", 1));
-    EXPECT_TRUE(store->isDirty()) << "even for an equal value";
+    EXPECT_TRUE(store->isDirty());
     EXPECT_EQ(destroy(store), 0);
 }
 

@@ -62,10 +62,9 @@ TEST_F(HelpService, MissingFileKeyOrPageGiveTheirBoxesWithoutLoadingTheEngine) {
         EXPECT_EQ(uiLines(), Texts{expected}) << helpBase << " " << section << "/" << key;
     }
     EXPECT_EQ(ui.loadAttempts, 0);
+}
 
-    // A page the engine refuses names the help file without its topic.
-    testhost::capture().script.lines.clear();
-    gHelpBase = "VarDesk";
+TEST_F(HelpService, PageTheEngineRefusesNamesTheHelpFileWithoutItsTopic) {
     ShowHelp("VarDesk", "Broken");
     EXPECT_EQ(uiLines(), Texts{pageMissing()});
 }

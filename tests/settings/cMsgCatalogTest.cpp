@@ -52,32 +52,40 @@ TEST_F(MsgCatalog, FullFileGivesNoAlertAndEveryTextUnderItsOwnKey) {
         EXPECT_EQ(catalog.*entry.text, std::string("value of ") + entry.key) << entry.key;
 }
 
-TEST_F(MsgCatalog, MissingKeysKeepTheirDefaultsAndAreNamedInTheAlerts) {
+TEST_F(MsgCatalog, MissingKeyKeepsItsDefaultAndIsNamedInAnAlert) {
     writeCatalog({"TxSpawnNoMemory"});
     cMsgCatalog one;
     EXPECT_TRUE(one.Load(file));
     EXPECT_EQ(alerts(), Texts{"message text not found: key 'TxSpawnNoMemory'"});
-    EXPECT_EQ(one.TxSpawnNoMemory, cMsgCatalog().TxSpawnNoMemory) << "keeps its default";
+    EXPECT_EQ(one.TxSpawnNoMemory, cMsgCatalog().TxSpawnNoMemory);
+}
 
-    // An empty value counts as missing, so a text cannot be emptied from the file.
+// So a text cannot be emptied from the file. From two missing keys on, the first is named and the
+// count follows.
+TEST_F(MsgCatalog, EmptyValueCountsAsMissing) {
     writeCatalog({"TxAbort", "MnFile"}, "TxAbort=\n");
     cMsgCatalog two;
     EXPECT_FALSE(two.Load(file));
     EXPECT_EQ(two.missingCount, 2);
     EXPECT_EQ(alerts(), (Texts{"message text not found: key 'MnFile'", "2 message texts not found"}));
-    EXPECT_EQ(two.TxAbort, "Abbruch");
-    EXPECT_EQ(two.MnFile, "Datei");
+    EXPECT_EQ(two.TxAbort, cMsgCatalog().TxAbort);
+    EXPECT_EQ(two.MnFile, cMsgCatalog().MnFile);
+}
 
+TEST_F(MsgCatalog, MissingFileOrSectionKeepsEveryDefault) {
+    const cMsgCatalog defaults;
     cMsgCatalog none;
     EXPECT_FALSE(none.Load((folder / "none.msg").string()));
-    EXPECT_EQ(alerts(),
-              (Texts{"message text not found: key 'RsVersionTitle'", "146 message texts not found"}));
-    EXPECT_EQ(none.TiMsgBoxQuestion, "RT·VarDesk - Rückfrage");
+    EXPECT_EQ(alerts(), (Texts{"message text not found: key 'RsVersionTitle'",
+                               std::to_string(cMsgCatalog::Entries().size()) + " message texts not found"}));
+    EXPECT_EQ(none.TiMsgBoxQuestion, defaults.TiMsgBoxQuestion);
 
+    writeCatalog();
     cMsgCatalog other;
     other.section = "Other"; // the section follows the module base name
     EXPECT_FALSE(other.Load(file));
-    alerts();
+    EXPECT_EQ(other.missingCount, static_cast<int>(cMsgCatalog::Entries().size()));
+    EXPECT_EQ(other.TxAbort, defaults.TxAbort);
 }
 
 TEST_F(MsgCatalog, ReplacesEscapesInTheirOrder) {

@@ -30,16 +30,16 @@ protected:
     cSetup setup;
 };
 
-TEST_F(SetupStore, MissingKeyOrFileGivesTheDefaultAndAnEmptyValueGivesEmpty) {
-    const std::string absent = ini;
+TEST_F(SetupStore, MissingFileGivesTheDefaultAndAGetMakesNoFile) {
     ini = (folder / "absent" / "none.ini").string();
     openFileOnly();
     std::int32_t number = 0;
     setup.GetInt("MainPosX", "20", number);
     EXPECT_EQ(number, 20);
-    EXPECT_FALSE(std::filesystem::exists(folder / "absent")) << "a get makes no file";
+    EXPECT_FALSE(std::filesystem::exists(folder / "absent"));
+}
 
-    ini = absent;
+TEST_F(SetupStore, MissingKeyGivesTheDefaultAndAnEmptyValueGivesEmpty) {
     write("Empty", "");
     openFileOnly();
     std::string out = "before";
@@ -49,7 +49,7 @@ TEST_F(SetupStore, MissingKeyOrFileGivesTheDefaultAndAnEmptyValueGivesEmpty) {
     EXPECT_EQ(out, "");
 }
 
-TEST_F(SetupStore, TypedGetsScanWithTheirFormats) {
+TEST_F(SetupStore, IntegerGetsScanDecimalOrAnyBase) {
     // text, decimal scan, scan in any base; -1 is the value held before when the text does not scan
     const std::tuple<const char*, std::int32_t, std::int32_t> ints[] = {
         {"  -7", -7, -7}, {"12abc", 12, 12}, {"abc", -1, -1},
@@ -67,7 +67,10 @@ TEST_F(SetupStore, TypedGetsScanWithTheirFormats) {
                   (std::vector<std::int32_t>{decimal, decimal, decimal, anyBase}))
             << "int, long, flag word, any base of \"" << text << "\"";
     }
-    // A text that is no number leaves a flag as it was.
+}
+
+// A text that is no number leaves a flag as it was.
+TEST_F(SetupStore, FlagReadsZeroAsOffAnyOtherNumberAsOnAndLeavesANonNumberAlone) {
     write("Value", "yes");
     openFileOnly();
     bool flag = true;
@@ -79,6 +82,9 @@ TEST_F(SetupStore, TypedGetsScanWithTheirFormats) {
         setup.GetBool("Value", "", flag);
         EXPECT_EQ(flag, expected) << text;
     }
+}
+
+TEST_F(SetupStore, UnsignedAndRealGetsScanTheWholeRangeAndExponents) {
     write("Value", "4294967295");
     openFileOnly();
     std::uint32_t big = 5;

@@ -93,7 +93,7 @@ TEST_F(AvlFile, ExampleFileGivesItsRecordsThemesAndReportLines) {
     EXPECT_EQ(result.box, FileResult::Box::None) << result.text;
 }
 
-TEST_F(AvlFile, LinePreparationAndSingleLineErrors) {
+TEST_F(AvlFile, LinesAreTrimmedCutAtADoubleSemicolonAndCountedAsInTheFile) {
     const std::string e1 = "Fehler 1: zu wenig Argumente in Zeile ";
     struct Case {
         const char* name;

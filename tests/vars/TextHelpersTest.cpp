@@ -14,7 +14,7 @@ const std::string kGrin = "\xF0\x9F\x98\x80";  // 😀
 const std::string kWideSpace = "\xE3\x80\x80"; // U+3000
 using Words = std::vector<std::string>;
 
-TEST(TextHelpers, TrimAndUpperCaseStepOverWholeCharacters) {
+TEST(TextHelpers, TrimStepsOverWholeCharacters) {
     const Words trims[] = {
         // input, trimLeft, trimRight, trimBoth
         {"   ", "", "", ""},
@@ -26,6 +26,9 @@ TEST(TextHelpers, TrimAndUpperCaseStepOverWholeCharacters) {
         std::string l = c[0], r = c[0], b = c[0];
         EXPECT_EQ((Words{c[0], trimLeft(l), trimRight(r), trimBoth(b)}), c) << "input [" << c[0] << "]";
     }
+}
+
+TEST(TextHelpers, UpperCaseChangesWholeCharactersAndKeepsInvalidBytes) {
     // äöü -> ÄÖÜ; ß has no one-to-one upper form; invalid bytes stay.
     std::string text = "\xC3\xA4\xC3\xB6\xC3\xBC stra\xC3\x9F"
                        "e " +
@@ -60,14 +63,16 @@ TEST(TextHelpers, RemoveReplaceFindAndCutNeverSplitACharacter) {
     EXPECT_EQ(mid("abc", 1, 10), "bc");
     EXPECT_EQ(mid(kUmlaut + kEuro + kGrin, 2, 3), kEuro);
     EXPECT_EQ(mid(kGrin + "x", 4, 1), "x");
+}
 
+TEST(TextHelpers, CompareSortsByByteValue) {
     EXPECT_LT(compareText("B", "a"), 0) << "upper case sorts before lower case";
     EXPECT_LT(compareText("Z", kUmlaut), 0) << "multi-byte characters sort after ASCII";
     EXPECT_LT(compareText("AB", "ABC"), 0);
 }
 
 // Splitting into fields: see the example description file (AvlFileTest).
-TEST(TextHelpers, PathParts) {
+TEST(TextHelpers, PathPartsSplitAtTheLastSlashAndTheLastDot) {
     const Words paths[] = {
         // path, directory, file name, stem
         {"c.avl", "", "c.avl", "c"},

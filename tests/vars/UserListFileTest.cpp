@@ -69,13 +69,15 @@ protected:
 
 // The written form, the selection alone and a round trip under ',': see the scenario
 // commands_saveopen.
-TEST_F(UserListFile, RoundTripsUnderEachSeparatorAndARecordWithoutANewValueWritesItsCurrentOne) {
-    edit({{"OSMODE", "4133"}, {"INSBASE", "-1 2.5 1e3"}, {"LIMMAX", "10,20"}, {"CLAYER", "W\xC3\xA4nde"}});
+TEST_F(UserListFile, ARecordWithoutANewValueWritesItsCurrentOne) {
     var("DWGNAME").setInUserList();
     ASSERT_TRUE(list.writeUserFile(dir(), "out.var", false));
     EXPECT_NE(readFile(folder / "out.var").find(padded("DWGNAME", var("DWGNAME").currentText)),
               std::string::npos);
-    var("DWGNAME").clearInUserList();
+}
+
+TEST_F(UserListFile, RoundTripsUnderEachSeparator) {
+    edit({{"OSMODE", "4133"}, {"INSBASE", "-1 2.5 1e3"}, {"LIMMAX", "10,20"}, {"CLAYER", "W\xC3\xA4nde"}});
     const Lines before = newTexts();
     for (const char separator : {' ', ';'}) {
         SCOPED_TRACE(std::string("separator '") + separator + "'");
@@ -131,38 +133,44 @@ TEST_F(UserListFile, ReaderGrammarIsFree) {
     }
 }
 
-TEST_F(UserListFile, ValuesThatDoNotParseKeepTheOldNewValueAndUnknownNamesAreCounted) {
+TEST_F(UserListFile, ValuesThatDoNotParseKeepTheOldNewValue) {
     edit({{"LTSCALE", "2.5"}, {"INSBASE", "1 2 3"}, {"LIMMAX", "4 5"}});
     EXPECT_EQ(read("LTSCALE#abc\nINSBASE#1.0000#2.0000#3.0000\nLIMMAX\nOSMODE#\n"), 1);
-    EXPECT_EQ(var("LTSCALE").newText, "2.5000");
+    EXPECT_EQ(var("LTSCALE").newText, "2.5000") << "a record the file does not name keeps its new value";
     EXPECT_EQ(var("LTSCALE").newValue.rreal, 2.5);
     EXPECT_EQ(var("INSBASE").newText, "1.0000 2.0000 3.0000") << "a point saved under '#'";
     EXPECT_EQ(var("LIMMAX").newText, "4.0000 5.0000");
     EXPECT_EQ(var("OSMODE").newText, "0") << "an empty integer keeps its (zero) new value";
     for (const char* name : {"LTSCALE", "INSBASE", "LIMMAX", "OSMODE"})
         EXPECT_TRUE(var(name).inUserList()) << name;
+}
 
-    list.clearAllNewValues();
+TEST_F(UserListFile, UnknownNamesAreCountedAndARecordTheFileDoesNotNameIsLeftAlone) {
+    edit({{"LTSCALE", "2.5"}});
     EXPECT_EQ(read("ALT1#1\nALT2#2\n\xff\xfe#3\nOSMODE#4\n"), 4) << "one more than the unknown names";
     EXPECT_TRUE(report.empty());
     EXPECT_EQ(var("OSMODE").newText, "4");
-    EXPECT_TRUE(var("LTSCALE").newText.empty()) << "a record the file does not name is left alone";
+    EXPECT_EQ(var("LTSCALE").newText, "2.5000") << "a record the file does not name keeps its new value";
 }
 
 // Broken files at large are the fuzz target's; a file that cannot be opened: see the scenario
 // dialogs_files.
-TEST_F(UserListFile, LongLinesEmptyFilesAndFatalErrorsGiveTheSystemsWords) {
+TEST_F(UserListFile, OverlongLineIsCutReportedAndReadingGoesOn) {
     EXPECT_EQ(read("CLAYER#" + std::string(100000, '7') + "\nOSMODE#5\n"), 1);
     EXPECT_EQ(report, ReportList{"I/O-Fehler beim Lesen in Zeile 1."});
     EXPECT_EQ(var("CLAYER").newText.size(), kMaxLineBytes - 7 + 2);
     EXPECT_EQ(var("OSMODE").newText, "5");
+}
+
+TEST_F(UserListFile, EmptyFileNamesNothingAndShowsNoBox) {
     writeFile("leer.var", "");
-    list.clearAllNewValues();
     EXPECT_EQ(read("", "leer.var"), 1);
     EXPECT_FALSE(list.hasUserEntries());
     EXPECT_EQ(outcome.box, FileResult::Box::None) << outcome.text;
+}
 
-    // Only a regular file is read; the alarm ends a reader that would hang.
+// The alarm ends a reader that would hang.
+TEST_F(UserListFile, AnythingButARegularFileCannotBeOpened) {
     std::filesystem::create_directory(folder / "ordner.var");
     ASSERT_EQ(mkfifo((folder / "fifo.var").c_str(), 0600), 0);
     std::filesystem::create_symlink("/dev/urandom", folder / "zufall.var");
@@ -177,7 +185,7 @@ TEST_F(UserListFile, LongLinesEmptyFilesAndFatalErrorsGiveTheSystemsWords) {
 }
 
 // A save that fails half way (a full disk, here the file size limit) leaves the old list whole
-// and no stray file beside it; a write-protected list is not replaced.
+// and no stray file beside it.
 TEST_F(UserListFile, FailedSaveKeepsTheOldList) {
     for (cSysVar* v = list.first; v; v = v->next)
         v->setInUserList();
@@ -199,7 +207,13 @@ TEST_F(UserListFile, FailedSaveKeepsTheOldList) {
     EXPECT_EQ(written.text, "Fataler I/O-Fehler beim Schreiben von 'alt.var'.Abbruch");
     EXPECT_EQ(readFile(folder / "alt.var"), old);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "no file beside it";
+}
 
+TEST_F(UserListFile, WriteProtectedListIsNotReplaced) {
+    var("OSMODE").setInUserList();
+    ASSERT_TRUE(list.writeUserFile(dir(), "alt.var", false));
+    const std::string old = readFile(folder / "alt.var");
+    edit({{"OSMODE", "37"}});
     std::filesystem::permissions(folder / "alt.var", std::filesystem::perms::owner_read);
     const FileResult refused = list.writeUserFile(dir(), "alt.var", false);
     EXPECT_FALSE(refused);

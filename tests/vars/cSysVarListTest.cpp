@@ -34,13 +34,19 @@ TEST(SysVarList, AnyInputOrderGivesTheSameChain) {
     } while (std::next_permutation(input.begin(), input.begin() + 3));
 }
 
-TEST(SysVarList, EqualNamesKeepTheOrderOfTheFileAndFailedAddsChangeNothing) {
+TEST(SysVarList, ThemeZeroABadModeOrABlankNameIsRefusedAndChangesNothing) {
     cSysVarList list;
     ASSERT_TRUE(list.addVariable("1", "B", "+-", "", 1));
     EXPECT_FALSE(list.addVariable("0", "A", "+-", "", 2));
     EXPECT_FALSE(list.addVariable("1", "A", "?", "", 3));
     EXPECT_FALSE(list.addVariable("1", " ", "++", "", 4));
     EXPECT_EQ(chainNames(list), Names{"B"});
+    EXPECT_FALSE(list.containsName("A"));
+}
+
+TEST(SysVarList, EqualNamesKeepTheOrderOfTheFileAndFindNameGivesTheFirst) {
+    cSysVarList list;
+    ASSERT_TRUE(list.addVariable("1", "B", "+-", "", 1));
     ASSERT_TRUE(list.addVariable("1", " A ", "+-", "first", 2));
     ASSERT_TRUE(list.addVariable("1", "A", "+-", "second", 3));
     ASSERT_TRUE(list.addVariable("1", "A  ", "+-", "third", 4));
@@ -139,20 +145,26 @@ TEST(SysVarList, IndexByNameStaysInStepThroughInsertsAndRemovals) {
     EXPECT_EQ(chainNames(list), (Names{"A", "B"}));
 }
 
-// Themes stand in title order whatever the order of their indices, and the walk, the lookups and
-// the refusals go by the index beside the chain.
-TEST(ThemeList, IndexKeepsTitleOrderAndLookupsThroughClear) {
-    cThemeList themes;
-    const std::pair<int, const char*> added[] = {{5, "Zeichnen"},  {2, "  Anzeige "}, {9, "bemaßung"},
-                                                 {-3, "Bemaßung"}, {7, "Ändern"},     {1, "Zoom"}};
-    for (int round = 0; round < 2; ++round) {
-        for (const auto& [index, name] : added)
-            ASSERT_EQ(themes.addTheme(index, name), themeresult::inserted) << name;
-        EXPECT_EQ(themes.addTheme(2, "Neu"), themeresult::indexInUse);
-        EXPECT_EQ(themes.addTheme(4, "Anzeige"), themeresult::nameInUse) << "compared trimmed";
-        EXPECT_TRUE(themes.hasThemeName("bemaßung"));
-        EXPECT_FALSE(themes.hasThemeName("BEMASSUNG"));
+const std::pair<int, const char*> kThemes[] = {{5, "Zeichnen"},  {2, "  Anzeige "}, {9, "bemaßung"},
+                                               {-3, "Bemaßung"}, {7, "Ändern"},     {1, "Zoom"}};
 
+TEST(ThemeList, AnIndexOrATrimmedTitleInUseIsRefusedAndTitlesAreFoundByCase) {
+    cThemeList themes;
+    for (const auto& [index, name] : kThemes)
+        ASSERT_EQ(themes.addTheme(index, name), themeresult::inserted) << name;
+    EXPECT_EQ(themes.addTheme(2, "Neu"), themeresult::indexInUse);
+    EXPECT_EQ(themes.addTheme(4, "Anzeige"), themeresult::nameInUse);
+    EXPECT_TRUE(themes.hasThemeName("bemaßung"));
+    EXPECT_FALSE(themes.hasThemeName("BEMASSUNG"));
+}
+
+// Themes stand in title order whatever the order of their indices, and the walk goes by the
+// index beside the chain; a second round after clear finds the index empty.
+TEST(ThemeList, WalkGoesInTitleOrderAndClearEmptiesTheIndex) {
+    cThemeList themes;
+    for (int round = 0; round < 2; ++round) {
+        for (const auto& [index, name] : kThemes)
+            ASSERT_EQ(themes.addTheme(index, name), themeresult::inserted) << name;
         Names titles;
         std::vector<int> indices;
         for (int index = themes.firstThemeIndex(); index != 0; index = themes.themeIndexAfter(index)) {
@@ -168,7 +180,7 @@ TEST(ThemeList, IndexKeepsTitleOrderAndLookupsThroughClear) {
         EXPECT_EQ(themes.themeIndexAfter(8), 0);
         themes.clear();
         EXPECT_EQ(themes.firstThemeIndex(), 0);
-        EXPECT_FALSE(themes.hasThemeIndex(5)) << "clear empties the index too";
+        EXPECT_FALSE(themes.hasThemeIndex(5));
         EXPECT_FALSE(themes.hasThemeName("Zoom"));
     }
 }
