@@ -340,8 +340,8 @@ Acad::ErrorStatus DrawingDatabase::getNamedObjectsDictionary(AcDbDictionary*& di
 }
 
 VarValue DrawingDatabase::variable(const VarDef& def) const {
-    auto it = m_variables.find(def.name);
-    return it == m_variables.end() ? def.defaultValue : it->second;
+    const VarValue* stored = m_variables.find(def);
+    return stored ? *stored : def.defaultValue;
 }
 
 void DrawingDatabase::setVariable(const VarDef& def, const VarValue& value) {
@@ -353,7 +353,7 @@ void DrawingDatabase::setVariable(const VarDef& def, const VarValue& value) {
                 call(r);
     };
     tell([&](AcDbDatabaseReactor* r) { r->headerSysVarWillChange(this, def.name.c_str()); });
-    m_variables[def.name] = value;
+    m_variables.set(def, value);
     tell([&](AcDbDatabaseReactor* r) { r->headerSysVarChanged(this, def.name.c_str(), true); });
 }
 
@@ -412,7 +412,7 @@ std::unique_ptr<DrawingDatabase> DrawingDatabase::fromJson(const std::string& te
                     message = "variable " + name + ": " + why;
                     return nullptr;
                 }
-                db->m_variables[def->name] = v;
+                db->m_variables.set(*def, v);
             }
         }
         if (root.contains("regApps")) {

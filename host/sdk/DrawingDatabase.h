@@ -4,6 +4,7 @@
 #include "DxfDrawing.h"
 #include "ResbufUtil.h"
 #include "VariableTable.h"
+#include "VariableValues.h"
 
 #include <cstdint>
 #include <map>
@@ -86,6 +87,8 @@ public:
     VarValue variable(const VarDef& def) const;
     // Stores a value already admitted by the rules, telling the reactors before and after.
     void setVariable(const VarDef& def, const VarValue& value);
+    // The session loaded table to in place of from: the stored values move to its definitions.
+    void rebindVariables(const VariableTable& from, const VariableTable& to) { m_variables.rebind(from, to); }
 
     bool registerApplication(const std::string& name);
     bool isApplicationRegistered(const std::string& name) const;
@@ -147,7 +150,7 @@ private:
     std::unique_ptr<dxf::Drawing> m_file;
     // Values of drawing variables as the file gave them (or the default where it gave none): a
     // variable still at it is written as it was read.
-    std::map<std::string, VarValue> m_valuesAtOpen;
+    VarValues m_valuesAtOpen;
     // The host's own record of the variables that have no header variable; -1: none in the file.
     long m_hostRecord = -1;
     bool m_hasDictionary = false;
@@ -155,7 +158,7 @@ private:
     AcDbDictionary* m_nod;
     std::vector<AcDbObject*> m_graveyard;
     mutable std::vector<AcDbDatabaseReactor*> m_reactors;
-    std::map<std::string, VarValue> m_variables;
+    VariableValues m_variables;
     std::set<std::string> m_regApps;
     std::uint64_t m_lastHandle = 0;
 };

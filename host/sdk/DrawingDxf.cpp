@@ -315,7 +315,7 @@ void DrawingDatabase::readHeader(const VariableTable& table, std::vector<std::st
                             valueToText(def.defaultValue, 6, ',') + " and keeps the file's value.");
             continue;
         }
-        m_variables[def.name] = value;
+        m_variables.set(def, value);
         m_valuesAtOpen[def.name] = value;
     }
     for (const std::string& app : m_file->registeredApplications())
@@ -374,7 +374,7 @@ void DrawingDatabase::readObjects(const VariableTable& table) {
                 break;
             }
             if (admitValue(*def, value).empty())
-                m_variables[def->name] = value;
+                m_variables.set(*def, value);
         }
     }
 }

@@ -65,8 +65,8 @@ VarValue SessionState::valueOf(const VarDef& def, const Document* doc) const {
         break;
     }
     if (def.global) {
-        auto it = globals.find(def.name);
-        return it == globals.end() ? def.defaultValue : it->second;
+        const VarValue* stored = globals.find(def);
+        return stored ? *stored : def.defaultValue;
     }
     return doc ? doc->db->variable(def) : def.defaultValue;
 }
@@ -101,7 +101,7 @@ std::string SessionState::setValue(const VarDef& def, VarValue value) {
     const bool globalChanged = def.global && !(valueOf(def, nullptr) == value);
     tellEditorReactors([&](AcEditorReactor* r) { r->sysVarWillChange(def.name.c_str()); });
     if (def.global) {
-        globals[def.name] = value;
+        globals.set(def, value);
     } else {
         current->db->setVariable(def, value);
     }
@@ -118,7 +118,11 @@ void SessionState::loadGlobals() {
     if (profileDir.empty() || table.isEmpty())
         return;
     std::vector<std::string> notes;
-    GlobalsFile::read(globalsPath(), table, globals, notes);
+    VarValues saved;
+    GlobalsFile::read(globalsPath(), table, saved, notes);
+    for (auto& [name, value] : saved)
+        if (const VarDef* def = table.find(name))
+            globals.set(*def, std::move(value));
     for (const std::string& note : notes)
         print(note + "\n");
 }
@@ -133,7 +137,7 @@ bool SessionState::saveGlobals() {
     globalsChanged = false;
     if (profileDir.empty() || table.isEmpty())
         return true;
-    std::map<std::string, VarValue> values;
+    VarValues values;
     for (const VarDef& def : table.definitions())
         if (def.global && !def.readOnly && def.computed == Computed::None)
             values[def.name] = valueOf(def, nullptr);
@@ -152,6 +156,9 @@ HostResult HostSession::loadVariableTable(const std::string& path) {
     bool read = table.load(path, report);
     if (!read)
         return HostResult::failure(report);
+    // Open drawings hold their values by the places of the old table's definitions.
+    for (const std::unique_ptr<Document>& doc : d->documents)
+        doc->db->rebindVariables(d->table, table);
     d->table = std::move(table);
     d->globals.clear();
     d->loadGlobals();

@@ -76,8 +76,8 @@ std::string asideName(const std::string& path) {
 }
 
 // Takes one entry's value for the variable name; false with the reason when it is not taken.
-bool takeValue(const VariableTable& table, const std::string& name, const json& value,
-               std::map<std::string, VarValue>& values, std::string& why) {
+bool takeValue(const VariableTable& table, const std::string& name, const json& value, VarValues& values,
+               std::string& why) {
     const VarDef* def = table.find(name);
     if (!isWritableGlobal(def)) {
         why = "no changeable global variable of this host";
@@ -124,7 +124,7 @@ size_t valueEnd(const std::string& text, size_t at) {
 
 // The entries of a damaged file, looked for one by one: each "NAME": value whose name is a
 // variable of the table. Gives the number of entries that could not be taken.
-int salvage(const std::string& text, const VariableTable& table, std::map<std::string, VarValue>& values) {
+int salvage(const std::string& text, const VariableTable& table, VarValues& values) {
     int lost = 0;
     size_t at = 0;
     while ((at = text.find('"', at)) != std::string::npos) {
@@ -171,8 +171,8 @@ bool GlobalsFile::isStorableText(const std::string& text, std::string& why) {
     return true;
 }
 
-void GlobalsFile::read(const std::string& path, const VariableTable& table,
-                       std::map<std::string, VarValue>& values, std::vector<std::string>& notes) {
+void GlobalsFile::read(const std::string& path, const VariableTable& table, VarValues& values,
+                       std::vector<std::string>& notes) {
     try {
         std::error_code ec;
         if (!fs::exists(fs::symlink_status(path, ec)))
@@ -222,8 +222,7 @@ void GlobalsFile::read(const std::string& path, const VariableTable& table,
     }
 }
 
-bool GlobalsFile::write(const std::string& path, const std::map<std::string, VarValue>& values,
-                        std::string& why) {
+bool GlobalsFile::write(const std::string& path, const VarValues& values, std::string& why) {
     std::string content;
     try {
         json vars = json::object();

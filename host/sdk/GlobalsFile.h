@@ -2,7 +2,6 @@
 #pragma once
 #include "VariableTable.h"
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -20,14 +19,13 @@ public:
     // (damage, a value out of range, a name the table does not hold as a changeable global), the
     // file is moved aside to a name that says so, so that the next write cannot lose it, and a
     // note says where it went. Never throws.
-    static void read(const std::string& path, const VariableTable& table,
-                     std::map<std::string, VarValue>& values, std::vector<std::string>& notes);
+    static void read(const std::string& path, const VariableTable& table, VarValues& values,
+                     std::vector<std::string>& notes);
 
     // Writes values (the table's changeable globals, by upper-case name) to a new file beside
     // path and renames it over path. False with the reason in why; the old file is then as it was.
     // Never throws.
-    static bool write(const std::string& path, const std::map<std::string, VarValue>& values,
-                      std::string& why);
+    static bool write(const std::string& path, const VarValues& values, std::string& why);
 
     // True when text can stand in the file: valid UTF-8. Else why says where it breaks.
     static bool isStorableText(const std::string& text, std::string& why);

@@ -6,6 +6,7 @@
 #include "hostsession.h"
 #include "UiServices.h"
 #include "VariableTable.h"
+#include "VariableValues.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -94,7 +95,7 @@ public:
 // Everything one session holds; HostSession::Impl is this under the name the header gives.
 struct SessionState {
     VariableTable table;
-    std::map<std::string, VarValue> globals;
+    VariableValues globals;
     // A global changed since globals.json was last written. The file is written when the
     // command that changed it ends, not on every change: a module that sets thousands of
     // variables in one command would otherwise rewrite the whole file for each of them.

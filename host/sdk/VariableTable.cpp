@@ -362,13 +362,36 @@ void VariableTable::parse(const std::string& content, const std::string& source,
     }
     std::sort(m_defs.begin(), m_defs.end(), [](const VarDef& a, const VarDef& b) { return a.name < b.name; });
     m_index.clear();
-    for (size_t i = 0; i < m_defs.size(); ++i)
+    for (size_t i = 0; i < m_defs.size(); ++i) {
+        m_defs[i].index = i;
         m_index[m_defs[i].name] = i;
+    }
 }
 
-const VarDef* VariableTable::find(const std::string& name) const {
-    auto it = m_index.find(upperCase(trim(name)));
-    return it == m_index.end() ? nullptr : &m_defs[it->second];
+// How many definitions after the last one found a lookup tries before it hashes.
+constexpr size_t kNameOrderReach = 4;
+
+const VarDef* VariableTable::find(std::string_view name) const {
+    const size_t first = name.find_first_not_of(" \t\r\n");
+    if (first == std::string_view::npos)
+        return nullptr;
+    name = name.substr(first, name.find_last_not_of(" \t\r\n") - first + 1);
+    // Modules ask by the upper-case name nearly always, and a module that reads or sets its
+    // whole list asks in name order, skipping some (the read-only ones when it sets): the few
+    // definitions after the last one found are tried first, which walks the table in memory
+    // order instead of hashing into it at random.
+    const bool upper = std::none_of(name.begin(), name.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+    if (upper)
+        for (size_t i = m_lastFound + 1; i < m_defs.size() && i <= m_lastFound + kNameOrderReach; ++i)
+            if (m_defs[i].name == name) {
+                m_lastFound = i;
+                return &m_defs[i];
+            }
+    auto it = upper ? m_index.find(name) : m_index.find(upperCase(std::string(name)));
+    if (it == m_index.end())
+        return nullptr;
+    m_lastFound = it->second;
+    return &m_defs[it->second];
 }
 
 std::string admitValue(const VarDef& def, VarValue& value) {

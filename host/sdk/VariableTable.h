@@ -4,7 +4,9 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -21,6 +23,16 @@ struct VarValue {
 
     bool operator==(const VarValue& o) const;
 };
+
+// Maps keyed by upper-case variable name. They are searched with a std::string_view, so that a
+// lookup with the name a module passes makes no copy of it.
+struct NameHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view name) const noexcept { return std::hash<std::string_view>{}(name); }
+};
+template <class T> using NameMap = std::unordered_map<std::string, T, NameHash, std::equal_to<>>;
+// Values by variable name: a drawing's, and the session's globals.
+using VarValues = NameMap<VarValue>;
 
 // Variables whose value the host computes when asked instead of storing it.
 enum class Computed { None, DwgName, DwgPrefix, CDate, Date, DwgTitled };
@@ -49,6 +61,8 @@ struct VarDef {
     // group code (a point as CODE, CODE+10, CODE+20); the header has it from that version on.
     int dxfCode = 0;     // 0: no header variable; the host keeps the value in a record of its own
     int dxfSince = 1009; // AC1009 (R12)
+
+    size_t index = 0; // place in the table's name order
 };
 
 class VariableTable {
@@ -60,14 +74,15 @@ public:
     void parse(const std::string& content, const std::string& source, std::string& report);
 
     bool isEmpty() const { return m_defs.empty(); }
-    // Case ignored; null when unknown.
-    const VarDef* find(const std::string& name) const;
+    // Case and surrounding blanks ignored; null when unknown.
+    const VarDef* find(std::string_view name) const;
     // In name order.
     const std::vector<VarDef>& definitions() const { return m_defs; }
 
 private:
     std::vector<VarDef> m_defs;
-    std::unordered_map<std::string, size_t> m_index;
+    NameMap<size_t> m_index;
+    mutable size_t m_lastFound = 0; // the definition find returned last
 };
 
 // Applies the rules of def to value: normalises it and returns an empty text when it is taken,

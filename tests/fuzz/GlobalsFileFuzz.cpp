@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string saved = dir + "/saved.json";
     if (!writeInputFile(path, data, size))
         return 0;
-    std::map<std::string, cadhost::VarValue> values;
+    cadhost::VarValues values;
     std::vector<std::string> notes;
     cadhost::GlobalsFile::read(path, hostTable(), values, notes);
     // Only changeable globals of the table are taken; a file with anything else is set aside.
@@ -32,7 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string why;
     if (!cadhost::GlobalsFile::write(saved, values, why))
         __builtin_trap();
-    std::map<std::string, cadhost::VarValue> again;
+    cadhost::VarValues again;
     std::vector<std::string> againNotes;
     cadhost::GlobalsFile::read(saved, hostTable(), again, againNotes);
     if (again != values || !againNotes.empty())

@@ -216,6 +216,35 @@ TEST(VariableTableFile, BadLinesAreReportedAndTheRestIsKept) {
     std::filesystem::remove_all(pattern);
 }
 
+// Values are kept by the place of their variable in the table: another table, with other places,
+// must not give an open drawing's value to another variable. Lookups in any order find the same.
+TEST(VariableTableFile, AnotherTableKeepsEachOpenDrawingValueWithItsName) {
+    cadhost::HostSession& host = cadhost::HostSession::instance();
+    host.shutdown();
+    char pattern[] = "/tmp/sdk_table_XXXXXX";
+    ASSERT_NE(mkdtemp(pattern), nullptr);
+    const std::string first = std::string(pattern) + "/first.tsv",
+                      second = std::string(pattern) + "/second.tsv";
+    std::ofstream(first) << "ALPHA int 1 rw drawing\nBETA int 2 rw drawing\nGAMMA int 3 rw drawing\n";
+    std::ofstream(second) << "AARDVARK int 9 rw drawing\nALPHA int 1 rw drawing\nBETA int 2 rw drawing\n"
+                             "GAMMA int 3 rw drawing\n";
+    ASSERT_TRUE(host.loadVariableTable(first));
+    ASSERT_NE(host.newDocument(), nullptr);
+    resbuf value = rb(RTSHORT, 7);
+    ASSERT_EQ(acedSetVar("BETA", &value), RTNORM);
+    ASSERT_TRUE(host.loadVariableTable(second));
+    auto valueOf = [](const char* name) {
+        resbuf out{};
+        return acedGetVar(name, &out) == RTNORM ? out.resval.rint : -1;
+    };
+    const std::pair<const char*, int> expected[] = {{"GAMMA", 3}, {"AARDVARK", 9}, {" beta ", 7},
+                                                    {"ALPHA", 1}, {"BETA", 7},     {"AARDVARK", 9}};
+    for (const auto& [name, wanted] : expected)
+        EXPECT_EQ(valueOf(name), wanted) << name;
+    host.shutdown();
+    std::filesystem::remove_all(pattern);
+}
+
 } // namespace
 
 // A drawing's or profile's value that the table refuses: the callers put "variable LUPREC: "
