@@ -24,6 +24,7 @@ namespace {
 // The host's own record of the drawing variables that have no header variable in the file.
 constexpr const char* kHostRecordKey = "CADHOST_VARIABLES";
 constexpr int kMaxDepth = 64;
+constexpr int kR12Version = 1009; // AC1009: the last version without an OBJECTS section
 
 // The code point of the text's first character; its first byte where that is no UTF-8.
 long firstCodePoint(std::string_view text) {
@@ -288,12 +289,14 @@ std::unique_ptr<DrawingDatabase> DrawingDatabase::fromFile(std::string bytes, co
     std::unique_ptr<DrawingDatabase> db(new DrawingDatabase(std::move(file)));
     db->readHeader(table, notes);
     db->readObjects(table);
-    if (!db->hasNamedObjects())
-        notes.push_back(db->m_file->hasSection("OBJECTS")
-                            ? "Its OBJECTS section has no root dictionary: records that programs keep in a "
-                              "drawing cannot be stored in it."
-                            : "It is an R12 drawing (AC1009), which has no named objects dictionary: records "
-                              "that programs keep in a drawing cannot be stored in it.");
+    if (!db->hasNamedObjects()) {
+        std::string why = "It has no OBJECTS section, so no named objects dictionary";
+        if (db->m_file->hasSection("OBJECTS"))
+            why = "Its OBJECTS section has no root dictionary";
+        else if (db->m_file->version() <= kR12Version)
+            why = "It is an R12 drawing (AC1009), which has no named objects dictionary";
+        notes.push_back(why + ": records that programs keep in a drawing cannot be stored in it.");
+    }
     return db;
 }
 

@@ -255,6 +255,15 @@ TEST_F(DxfFiles, VariablesWithoutHeaderPlaceTravelInTheHostsOwnRecord) {
     EXPECT_EQ(readFile(path).find("CADHOST_VARIABLES"), std::string::npos);
 }
 
+TEST_F(DxfFiles, ALaterDrawingWithoutObjectsIsNotCalledR12) {
+    writeFile(scratch + "/flat.dxf", dxf({"0 SECTION|2 HEADER|9 $ACADVER|1 AC1015|0 ENDSEC",
+                                          "0 SECTION|2 ENTITIES|0 ENDSEC|0 EOF"}));
+    ASSERT_NE(host().openDocument(scratch + "/flat.dxf"), nullptr);
+    EXPECT_EQ(take(),
+              (Lines{"flat.dxf: It has no OBJECTS section, so no named objects dictionary: records that "
+                     "programs keep in a drawing cannot be stored in it."}));
+}
+
 TEST_F(DxfFiles, AnR12DrawingHasNoDictionaryAndSaysWhatItCannotKeep) {
     const std::string r12 = dxf({"0 SECTION|2 HEADER|9 $ACADVER|1 AC1009|9 $LUPREC|70 4|0 ENDSEC",
                                  "0 SECTION|2 ENTITIES|0 ENDSEC|0 EOF"});
