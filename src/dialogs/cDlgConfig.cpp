@@ -35,7 +35,8 @@ bool hasFileStatus(const std::string& path) {
 } // namespace
 
 cDlgConfig::cDlgConfig(DocumentState& context, QWidget* parent)
-    : TemplateDialog(parent), avlPath(context.avlFilePath), editorPath(context.editorPath), m_context(context) {
+    : TemplateDialog(parent), avlPath(context.avlFilePath), editorPath(context.editorPath),
+      m_context(context) {
     DialogTemplate t;
     const DialogBaseUnits base = startFromTemplate(kTemplateId, t);
     keepRectIn(context.configPosX, context.configPosY, context.configSizeX, context.configSizeY);

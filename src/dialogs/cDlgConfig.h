@@ -41,8 +41,6 @@ public:
     void OnBrowseAvl();
     void OnBrowseEditor();
 
-    // Every way out (OK, button 1013, Escape, the close box) stores the window's rectangle.
-
 public slots:
     void accept() override; // the OK step (button 1014 and Enter)
 

@@ -56,8 +56,6 @@ public:
 
     void onFindNotify(const FindNotification& notification) override;
 
-    // Every way out (OK, Cancel, Escape, the close box) stores the rectangle and column widths.
-
 public slots:
     void accept() override; // OK, and Enter
 
@@ -68,7 +66,7 @@ private:
     void OnInitDialog() override;
     void SetupList();
     void LayoutControls() override;
-    void saveOnEnd() override;
+    void saveOnEnd() override; // the column widths; the menu goes
 
     DocumentState& m_context;
     VarListModel* m_model = nullptr;
