@@ -29,15 +29,15 @@ std::string nameOf(const char* measure, int size) {
 // what it sets; a string keeps its text.
 std::string newValueText(const cSysVar& record, int round) {
     switch (record.valueType) {
-    case vartype::real:
+    case ValueType::Real:
         return round ? "1.5" : "2.5";
-    case vartype::point2d:
+    case ValueType::Point2d:
         return round ? "2 1" : "1 2";
-    case vartype::point3d:
+    case ValueType::Point3d:
         return round ? "3 2 1" : "1 2 3";
-    case vartype::longInt:
+    case ValueType::LongInt:
         return round ? "2000" : "1000";
-    case vartype::string: {
+    case ValueType::String: {
         std::string text;
         record.editText(text);
         return text;

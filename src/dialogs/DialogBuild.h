@@ -1,25 +1,17 @@
-// Building a dialog from its template: the start every secondary dialog shares, and its controls.
+// Building a dialog from its template: its controls, margins and edges.
 #pragma once
 #include "CEditEx.h"
 #include "DialogTemplate.h"
+#include "vars/QtText.h"
 
 #include <QGroupBox>
 #include <QString>
 #include <QWidget>
 
-#include <string>
 #include <type_traits>
-
-class QDialog;
 
 // Pixels between a dialog's edge and its controls, and between the main groups of controls.
 inline constexpr int kMargin = 10;
-
-// Starts a resizable dialog from template templateId: the id the automation reads, a title bar
-// with a close box and no size grip, the template's font, size and title. Returns the base units
-// the controls are placed with. A template that cannot be loaded leaves t empty: the controls then
-// start at 0, and the dialog's layout places them.
-DialogBaseUnits startFromTemplate(QDialog& dialog, int templateId, DialogTemplate& t);
 
 // A control of the template, named by its id, at its place and with its text. An edit field
 // starts empty and an icon button shows no text; a control the template lacks starts at 0.
@@ -36,11 +28,6 @@ Control* makeControl(QWidget* parent, const DialogTemplate& t, int id, const Dia
                 control->setText(c->text);
     }
     return control;
-}
-
-// A catalog or file text, which the system keeps in UTF-8, as Qt's text.
-inline QString qs(const std::string& text) {
-    return QString::fromStdString(text);
 }
 
 // Right and bottom as the window system counts them: one past the last pixel.

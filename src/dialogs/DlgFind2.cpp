@@ -16,7 +16,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QResizeEvent>
 
 #include <algorithm>
 #include <type_traits>
@@ -29,9 +28,10 @@ constexpr int kCheckIndent = 20;
 
 } // namespace
 
-DlgFind2::DlgFind2(DocumentState& context, QWidget* parent) : QDialog(parent), m_context(context) {
+DlgFind2::DlgFind2(DocumentState& context, QWidget* parent) : TemplateDialog(parent), m_context(context) {
     DialogTemplate t;
-    const DialogBaseUnits base = startFromTemplate(*this, kTemplateId, t);
+    const DialogBaseUnits base = startFromTemplate(kTemplateId, t);
+    keepRectIn(context.searchPosX, context.searchPosY, context.searchSizeX, context.searchSizeY);
 
     // The template's order, which is also the tab order. The group box comes before its check
     // boxes so that they lie above it.
@@ -56,20 +56,12 @@ DlgFind2::DlgFind2(DocumentState& context, QWidget* parent) : QDialog(parent), m
     connect(m_next, &QPushButton::clicked, this, &DlgFind2::OnNext);
     connect(m_previous, &QPushButton::clicked, this, &DlgFind2::OnPrevious);
     connect(m_all, &QPushButton::clicked, this, &DlgFind2::OnAll);
-    connect(m_cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(m_cancel, &QPushButton::clicked, this, &DlgFind2::reject);
     connect(m_help, &QPushButton::clicked, this, [] { ShowHelp("VarDesk", "SearchDialog"); });
     connect(m_pattern, &CEditEx::keyNotify, this, &DlgFind2::OnPatternKey, Qt::DirectConnection);
 }
 
 // ---- start and end ----
-
-void DlgFind2::setVisible(bool visible) {
-    if (visible && !m_initialised) {
-        m_initialised = true;
-        OnInitDialog();
-    }
-    QDialog::setVisible(visible);
-}
 
 void DlgFind2::OnInitDialog() {
     m_header = FindNotification{this, 0, kFindNotifyCode};
@@ -80,9 +72,7 @@ void DlgFind2::OnInitDialog() {
     setMinimumSize(kMinTrackWidth - frameExtra.width(), kTrackHeight - frameExtra.height());
     setMaximumHeight(kTrackHeight - frameExtra.height());
 
-    PlaceWindow(m_context.searchPosX, m_context.searchPosY, m_context.searchSizeX, m_context.searchSizeY,
-                this);
-    SetDialogIcon(this);
+    placeAtKeptRect();
 
     setWindowTitle(qs(gMsg.TiSearch));
     m_search->setText(qs(gMsg.RsBtnSearch));
@@ -111,18 +101,10 @@ void DlgFind2::OnInitDialog() {
     m_pattern->setText(qs(m_context.searchPattern));
 
     // A hidden window gets its size event only when shown: lay out for the present size now.
-    m_lastClientRect = rect();
     LayoutControls();
 }
 
-void DlgFind2::done(int result) {
-    SaveSettings();
-    QDialog::done(result);
-}
-
-void DlgFind2::SaveSettings() {
-    storeWindowRect(*this, m_context.searchPosX, m_context.searchPosY, m_context.searchSizeX,
-                    m_context.searchSizeY);
+void DlgFind2::saveOnEnd() {
     std::int32_t mask = 0;
     if (m_checkVariable->checkState() == Qt::Checked)
         mask |= kMaskName;
@@ -133,7 +115,7 @@ void DlgFind2::SaveSettings() {
     if (m_checkValueNew->checkState() == Qt::Checked)
         mask |= kMaskNew;
     m_context.searchCheck = mask;
-    m_context.searchPattern = m_pattern->text().toStdString();
+    m_context.searchPattern = stdText(m_pattern->text());
 }
 
 // ---- the steps ----
@@ -147,7 +129,7 @@ void DlgFind2::OnPatternKey(const EditKeyNotification& notification) {
 
 void DlgFind2::OnSearch() {
     m_hits.clear();
-    const std::string typed = m_pattern->text().toStdString();
+    const std::string typed = stdText(m_pattern->text());
     const std::string pattern = typed.empty() ? std::string() : formatText("*%s*", typed.c_str());
 
     // The boxes as they stand now, not the stored mask.
@@ -230,28 +212,25 @@ void DlgFind2::sendNotification() {
         m_owner->onFindNotify(m_header);
 }
 
-int DlgFind2::rowToShow(const QList<int>& selectedRows, std::int32_t value) {
+FoundRow DlgFind2::rowToShow(const QList<int>& selectedRows, std::int32_t value) {
     if (selectedRows.isEmpty())
-        return -1;
+        return {};
     const std::int64_t k = -static_cast<std::int64_t>(value);
-    if (k == selectedRows.size() || selectedRows.size() == 1)
-        return selectedRows.first();
+    if (k == selectedRows.size())
+        return {selectedRows.first(), true};
+    if (selectedRows.size() == 1)
+        return {selectedRows.first(), false};
     if (k < 0 || k >= selectedRows.size())
-        return -1;
-    return selectedRows[static_cast<int>(k)];
+        return {};
+    return {selectedRows[static_cast<int>(k)], false};
 }
 
 // ---- layout ----
 
-void DlgFind2::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    if (!m_initialised || rect() == m_lastClientRect)
+void DlgFind2::LayoutControls() {
+    if (rect() == m_lastClientRect)
         return;
     m_lastClientRect = rect();
-    LayoutControls();
-}
-
-void DlgFind2::LayoutControls() {
     setUpdatesEnabled(false);
     const int W = width();
     const int H = height();

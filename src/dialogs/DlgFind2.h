@@ -1,6 +1,7 @@
 // DlgFind2: the search dialog, which selects variables by a wildcard pattern in its owner's list.
 #pragma once
-#include <QDialog>
+#include "TemplateDialog.h"
+
 #include <QList>
 #include <QRect>
 
@@ -26,12 +27,19 @@ struct FindNotification {
 
 inline constexpr std::int32_t kFindNotifyCode = 1024;
 
+// The row an owner shows after a notification, and whether the selected rows it was chosen from
+// are every hit of a search.
+struct FoundRow {
+    int row = -1; // -1: none
+    bool isEveryHit = false;
+};
+
 // A dialog that opens DlgFind2 and shows its steps. The handler runs synchronously inside the
 // step, before the step's message box, and must:
 //   1. rebuild its list, so that the rows of the records with isSelected come up selected and
 //      the flags are cleared;
 //   2. with no selected row, stop;
-//   3. scroll to the row that DlgFind2::rowToShow names.
+//   3. scroll to the row that DlgFind2::rowToShow names, if any.
 class FindOwner {
 public:
     virtual void onFindNotify(const FindNotification& notification) = 0;
@@ -51,7 +59,7 @@ protected:
 //   all hits:            minus the current hit index
 // The rectangle, the field mask and the pattern are stored in the document context on every
 // way out.
-class DlgFind2 : public QDialog {
+class DlgFind2 : public TemplateDialog {
     Q_OBJECT
 public:
     static constexpr int kTemplateId = 1121;
@@ -89,9 +97,11 @@ public:
     void setLimitToUserList(bool limit) { m_limitToUserList = limit; }
 
     // The row an owner scrolls into view after a notification with value N, given the rows that
-    // are selected after its rebuild, ascending: the first of them when their count equals -N or
-    // is 1, else the one at position -N among them; -1 when there is none.
-    static int rowToShow(const QList<int>& selectedRows, std::int32_t value);
+    // are selected after its rebuild, ascending: the first of them when their count equals -N
+    // (then every hit of a search is selected) or is 1, else the one at position -N among them;
+    // none when there is no such position. Hits without a row in the owner's view leave fewer
+    // selected rows than hits, so a walk may find none.
+    static FoundRow rowToShow(const QList<int>& selectedRows, std::int32_t value);
 
     // ---- the steps, as their buttons run them ----
     void OnSearch();
@@ -102,24 +112,17 @@ public:
     const std::vector<cSysVar*>& hits() const { return m_hits; }
     std::int32_t currentHit() const { return m_header.value; }
 
-    void setVisible(bool visible) override;
-    void done(int result) override;
-
-protected:
-    void resizeEvent(QResizeEvent* event) override;
-
 private:
-    void OnInitDialog();
+    void OnInitDialog() override;
     void OnPatternKey(const EditKeyNotification& notification);
-    void LayoutControls();
-    void SaveSettings();
+    void LayoutControls() override;
+    void saveOnEnd() override;
     void sendNotification();
     void selectHit(int index);
 
     DocumentState& m_context;
     FindOwner* m_owner = nullptr;
     bool m_limitToUserList = false;
-    bool m_initialised = false;
     std::vector<cSysVar*> m_hits;
     FindNotification m_header; // value is the current hit index between the steps
     QRect m_lastClientRect;

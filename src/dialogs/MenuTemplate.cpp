@@ -2,6 +2,7 @@
 #include "MenuTemplate.h"
 
 #include "settings/cMsgCatalog.h"
+#include "vars/QtText.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -58,7 +59,7 @@ bool loadMenuTemplate(int id, QVector<MenuPopup>& out, QString* error) {
 }
 
 const std::string* catalogText(const QString& key) {
-    const std::string wanted = key.toStdString();
+    const std::string wanted = stdText(key);
     for (const cMsgCatalog::Entry& entry : cMsgCatalog::Entries())
         if (wanted == entry.key)
             return &(gMsg.*entry.text);

@@ -2,6 +2,7 @@
 #include "VarListDelegate.h"
 
 #include "ModuleResources.h"
+#include "vars/QtText.h"
 
 #include <QAbstractItemView>
 #include <QFontMetrics>
@@ -74,8 +75,8 @@ RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, ListOr
                 c = colourOfRef(kReadOnlyBackground);
         if (!record->isDrawingSpecific())
             look.foregrounds[0] = colourOfRef(kGlobalNameColour);
-        look.texts[1] = QString::fromStdString(record->currentText);
-        look.texts[2] = QString::fromStdString(record->newText);
+        look.texts[1] = qs(record->currentText);
+        look.texts[2] = qs(record->newText);
         look.foregrounds[2] = colourOfRef(record->compareColour);
     }
     if (selected)

@@ -2,6 +2,7 @@
 #include "VarListModel.h"
 
 #include "settings/cMsgCatalog.h"
+#include "vars/QtText.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -186,7 +187,7 @@ int VarListModel::rowOf(const cSysVar* record) const {
 QString VarListModel::cellText(int row, int column) const {
     if (row < 0 || row >= rowCount() || column < 0 || column >= m_columns)
         return {};
-    return QString::fromStdString(m_rows[row].texts[column]);
+    return qs(m_rows[row].texts[column]);
 }
 
 int VarListModel::rowCount(const QModelIndex& parent) const {
@@ -203,7 +204,7 @@ QVariant VarListModel::data(const QModelIndex& index, int role) const {
     const Row& row = m_rows[index.row()];
     switch (role) {
     case Qt::DisplayRole:
-        return QString::fromStdString(row.texts[index.column()]);
+        return qs(row.texts[index.column()]);
     case kRowImageRole:
         return index.column() == 0 ? QVariant(row.image) : QVariant();
     case kRowRecordRole:
@@ -217,7 +218,7 @@ bool VarListModel::setData(const QModelIndex& index, const QVariant& value, int 
     if (!index.isValid() || index.row() >= rowCount() || index.column() >= m_columns ||
         (role != Qt::EditRole && role != Qt::DisplayRole))
         return false;
-    m_rows[index.row()].texts[index.column()] = value.toString().toStdString();
+    m_rows[index.row()].texts[index.column()] = stdText(value.toString());
     emit dataChanged(index, index, {Qt::DisplayRole});
     return true;
 }

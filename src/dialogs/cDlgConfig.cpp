@@ -17,7 +17,6 @@
 #include <QFontMetrics>
 #include <QLabel>
 #include <QPushButton>
-#include <QResizeEvent>
 
 #include <sys/stat.h>
 
@@ -36,9 +35,11 @@ bool hasFileStatus(const std::string& path) {
 } // namespace
 
 cDlgConfig::cDlgConfig(DocumentState& context, QWidget* parent)
-    : QDialog(parent), avlPath(context.avlFilePath), editorPath(context.editorPath), m_context(context) {
+    : TemplateDialog(parent), avlPath(context.avlFilePath), editorPath(context.editorPath),
+      m_context(context) {
     DialogTemplate t;
-    const DialogBaseUnits base = startFromTemplate(*this, kTemplateId, t);
+    const DialogBaseUnits base = startFromTemplate(kTemplateId, t);
+    keepRectIn(context.configPosX, context.configPosY, context.configSizeX, context.configSizeY);
 
     m_ok = makeControl<QPushButton>(this, t, kIdOk, base);
     m_ok->setDefault(true);
@@ -69,18 +70,8 @@ cDlgConfig::cDlgConfig(DocumentState& context, QWidget* parent)
 
 // ---- start and end ----
 
-void cDlgConfig::setVisible(bool visible) {
-    if (visible && !m_initialised) {
-        m_initialised = true;
-        OnInitDialog();
-    }
-    QDialog::setVisible(visible);
-}
-
 void cDlgConfig::OnInitDialog() {
-    PlaceWindow(m_context.configPosX, m_context.configPosY, m_context.configSizeX, m_context.configSizeY,
-                this);
-    SetDialogIcon(this);
+    placeAtKeptRect();
 
     setWindowTitle(qs(gMsg.TiConfig));
     m_ok->setText(qs(gMsg.RsBtnOk));
@@ -110,7 +101,7 @@ void cDlgConfig::accept() {
     if (QWidget* focused = focusWidget(); focused == m_avlField || focused == m_editorField) {
         auto* field = static_cast<CEditEx*>(focused);
         m_ok->setFocus(Qt::MouseFocusReason);
-        workingPathOf(field) = field->text().toStdString();
+        workingPathOf(field) = stdText(field->text());
     }
 
     // The paths the user confirms here are the user's own: an offer of the drawing's ends.
@@ -142,17 +133,7 @@ void cDlgConfig::accept() {
     }
 
     // There is no way back into the dialog from the question.
-    QDialog::accept();
-}
-
-void cDlgConfig::done(int result) {
-    SaveRect();
-    QDialog::done(result);
-}
-
-void cDlgConfig::SaveRect() {
-    storeWindowRect(*this, m_context.configPosX, m_context.configPosY, m_context.configSizeX,
-                    m_context.configSizeY);
+    TemplateDialog::accept();
 }
 
 // ---- the path fields ----
@@ -168,10 +149,10 @@ bool cDlgConfig::eventFilter(QObject* watched, QEvent* event) {
             // Posted, so that the click that brought the focus does not undo the selection.
             QMetaObject::invokeMethod(field, &QLineEdit::selectAll, Qt::QueuedConnection);
         } else if (event->type() == QEvent::FocusOut) {
-            workingPathOf(field) = field->text().toStdString();
+            workingPathOf(field) = stdText(field->text());
         }
     }
-    return QDialog::eventFilter(watched, event);
+    return TemplateDialog::eventFilter(watched, event);
 }
 
 void cDlgConfig::OnPathKey(const EditKeyNotification& notification) {
@@ -180,7 +161,7 @@ void cDlgConfig::OnPathKey(const EditKeyNotification& notification) {
         return;
     if (notification.key == kVirtualKeyReturn) {
         m_ok->setFocus(Qt::OtherFocusReason);
-        workingPathOf(field) = field->text().toStdString();
+        workingPathOf(field) = stdText(field->text());
     } else if (notification.key == kVirtualKeyEscape) {
         // The field's loss of focus comes first and takes its text over, so Escape keeps what was
         // typed; it only leaves the field.
@@ -213,12 +194,6 @@ void cDlgConfig::OnBrowseEditor() {
 }
 
 // ---- layout ----
-
-void cDlgConfig::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    if (m_initialised)
-        LayoutControls();
-}
 
 void cDlgConfig::LayoutControls() {
     const int bw = m_ok->width();

@@ -1,6 +1,6 @@
 // cDlgConfig: the configuration dialog for the two paths of the system, the AVL file and the editor.
 #pragma once
-#include <QDialog>
+#include "TemplateDialog.h"
 
 #include <cstdint>
 #include <string>
@@ -15,7 +15,7 @@ struct EditKeyNotification;
 // in the context only on OK: a path the file system knows is stored at once, and when one is
 // missing the user is asked whether to take both all the same. OK ends the dialog after either
 // answer. The rectangle is stored at every end.
-class cDlgConfig : public QDialog {
+class cDlgConfig : public TemplateDialog {
     Q_OBJECT
 public:
     static constexpr int kTemplateId = 1118;
@@ -41,29 +41,21 @@ public:
     void OnBrowseAvl();
     void OnBrowseEditor();
 
-    void setVisible(bool visible) override;
-
-    // Every way out (OK, button 1013, Escape, the close box) stores the window's rectangle.
-    void done(int result) override;
-
 public slots:
     void accept() override; // the OK step (button 1014 and Enter)
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void OnInitDialog();
-    void LayoutControls();
-    void SaveRect();
+    void OnInitDialog() override;
+    void LayoutControls() override;
     void OnPathKey(const EditKeyNotification& notification);
     // The working path that field edits.
     std::string& workingPathOf(const CEditEx* field);
     void browse(CEditEx* field, const std::string& filterName, const std::string& extension);
 
     DocumentState& m_context;
-    bool m_initialised = false;
     QPushButton* m_ok = nullptr;
     QPushButton* m_cancel = nullptr;
     QPushButton* m_help = nullptr;

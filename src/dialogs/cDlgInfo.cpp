@@ -1,15 +1,14 @@
 // cDlgInfo: the info dialog with the program's title, version, command and copyright lines.
 #include "cDlgInfo.h"
 
+#include "DialogBuild.h"
 #include "DialogRoutines.h"
 #include "ModuleResources.h"
 #include "settings/cMsgCatalog.h"
 
 #include <QFontMetrics>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
-#include <QScreen>
 
 #include <algorithm>
 
@@ -28,27 +27,14 @@ QLabel* makeStatic(QWidget* parent, const DialogTemplate& t, int id, const Dialo
 
 cDlgInfo::cDlgInfo(std::string titleLine, std::string versionLine, std::string commandLine,
                    std::string copyrightLine, QWidget* parent)
-    : QDialog(parent), m_titleLine(std::move(titleLine)), m_versionLine(std::move(versionLine)),
+    : TemplateDialog(parent), m_titleLine(std::move(titleLine)), m_versionLine(std::move(versionLine)),
       m_commandLine(std::move(commandLine)), m_copyrightLine(std::move(copyrightLine)) {
-    setProperty("templateId", kTemplateId);
-    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
-                   Qt::MSWindowsFixedSizeDialogHint);
     DialogTemplate t;
-    loadDialogTemplate(kTemplateId, t); // without it the controls stand at 0 and the start still works
-    const QFont font = dialogFontOf(t);
-    setFont(font);
-    const DialogBaseUnits base = baseUnitsOf(font);
-    setFixedSize(dialogUnitsToPixels(t.size, base));
-    setWindowTitle(t.title);
+    const DialogBaseUnits base = startFromTemplate(kTemplateId, t, Sizing::Fixed);
 
-    m_ok = new QPushButton(this);
-    m_ok->setObjectName(QString::number(kIdOk));
+    m_ok = makeControl<QPushButton>(this, t, kIdOk, base);
     m_ok->setDefault(true);
-    if (const DialogControl* c = t.control(kIdOk)) {
-        m_ok->setText(c->text);
-        m_ok->setGeometry(dialogUnitsToPixels(c->rect, base));
-    }
-    connect(m_ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(m_ok, &QPushButton::clicked, this, &cDlgInfo::accept);
     m_title = makeStatic(this, t, kIdTitle, base);
     m_version = makeStatic(this, t, kIdVersion, base);
     m_command = makeStatic(this, t, kIdCommand, base);
@@ -75,28 +61,15 @@ std::string cDlgInfo::copyrightLineText() {
     return "Copyright (C) 2024 KOVA";
 }
 
-void cDlgInfo::setVisible(bool visible) {
-    if (visible && !m_initialised) {
-        m_initialised = true;
-        OnInitDialog();
-    }
-    QDialog::setVisible(visible);
-}
-
 void cDlgInfo::OnInitDialog() {
-    // Centred on the screen, as the template asks.
-    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-        QRect frame = frameGeometry();
-        frame.moveCenter(screen->geometry().center());
-        move(frame.topLeft());
-    }
+    centreOnScreen(); // as the template asks
 
     // Measured with the font the label will paint with, which is only settled once it is polished.
     m_title->ensurePolished();
     const QFontMetrics metrics = m_title->fontMetrics();
     int widest = 0;
     for (const std::string* line : {&m_titleLine, &m_versionLine, &m_commandLine, &m_copyrightLine})
-        widest = std::max(widest, metrics.horizontalAdvance(QString::fromStdString(*line)));
+        widest = std::max(widest, metrics.horizontalAdvance(qs(*line)));
     if (widest > kNarrowTextWidth) {
         const QSize frameExtra = windowFrameExtra(*this);
         setFixedSize(widest + 88 - frameExtra.width(), height());
@@ -116,9 +89,9 @@ void cDlgInfo::OnInitDialog() {
         }
     }
 
-    setWindowTitle(QString::fromStdString(gMsg.TiDlgInfo));
-    m_title->setText(QString::fromStdString(m_titleLine));
-    m_version->setText(QString::fromStdString(m_versionLine));
-    m_command->setText(QString::fromStdString(m_commandLine));
-    m_copyright->setText(QString::fromStdString(m_copyrightLine));
+    setWindowTitle(qs(gMsg.TiDlgInfo));
+    m_title->setText(qs(m_titleLine));
+    m_version->setText(qs(m_versionLine));
+    m_command->setText(qs(m_commandLine));
+    m_copyright->setText(qs(m_copyrightLine));
 }

@@ -1,8 +1,6 @@
 // cDlgInfo: the info dialog with the program's title, version, command and copyright lines.
 #pragma once
-#include "DialogTemplate.h"
-
-#include <QDialog>
+#include "TemplateDialog.h"
 
 #include <string>
 
@@ -12,7 +10,7 @@ class QPushButton;
 // Built from template 1097. The four texts are measured at start; when the longest is wider
 // than 80 pixels all four get its width and the dialog grows to the right, the OK button staying
 // centred.
-class cDlgInfo : public QDialog {
+class cDlgInfo : public TemplateDialog {
     Q_OBJECT
 public:
     static constexpr int kTemplateId = 1097;
@@ -35,16 +33,13 @@ public:
     static std::string commandLineText();
     static std::string copyrightLineText();
 
-    void setVisible(bool visible) override;
-
 private:
-    void OnInitDialog();
+    void OnInitDialog() override;
 
     std::string m_titleLine;
     std::string m_versionLine;
     std::string m_commandLine;
     std::string m_copyrightLine;
-    bool m_initialised = false;
 
     QPushButton* m_ok = nullptr;
     QLabel* m_title = nullptr;

@@ -12,15 +12,11 @@
 #include "VarListView.h"
 #include "vars/DocumentState.h"
 
-#include "hostui.h"
-#include "UiServices.h"
-
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QMenu>
 #include <QPushButton>
-#include <QResizeEvent>
 
 #include <algorithm>
 #include <new>
@@ -33,9 +29,10 @@ constexpr int kIconSize = 16;
 } // namespace
 
 cDlgSlctSysVar::cDlgSlctSysVar(DocumentState& context, QWidget* parent)
-    : QDialog(parent), m_context(context) {
+    : TemplateDialog(parent), m_context(context) {
     DialogTemplate t;
-    const DialogBaseUnits base = startFromTemplate(*this, kTemplateId, t);
+    const DialogBaseUnits base = startFromTemplate(kTemplateId, t);
+    keepRectIn(context.selectionPosX, context.selectionPosY, context.selectionSizeX, context.selectionSizeY);
 
     m_ok = makeControl<QPushButton>(this, t, kIdOk, base);
     m_ok->setDefault(true);
@@ -70,18 +67,9 @@ cDlgSlctSysVar::~cDlgSlctSysVar() {
 
 // ---- start and end ----
 
-void cDlgSlctSysVar::setVisible(bool visible) {
-    if (visible && !m_initialised) {
-        m_initialised = true;
-        OnInitDialog();
-    }
-    QDialog::setVisible(visible);
-}
-
 void cDlgSlctSysVar::OnInitDialog() {
     lastClientRect = QRect(0, 0, 0, 0);
-    PlaceWindow(m_context.selectionPosX, m_context.selectionPosY, m_context.selectionSizeX,
-                m_context.selectionSizeY, this);
+    placeAtKeptRect();
 
     m_help->setText(qs(gMsg.RsBtnHelp));
     m_find->setText(qs(gMsg.RsBtnSearch));
@@ -98,7 +86,6 @@ void cDlgSlctSysVar::OnInitDialog() {
     setWindowTitle(qs(gMsg.TiSlctSysVar));
     m_markAll->setToolTip(qs(gMsg.MnSelectAll));
     m_invert->setToolTip(qs(gMsg.MnInverse));
-    SetDialogIcon(this);
 
     contextMenu = new (std::nothrow) QMenu(this);
     if (contextMenu) {
@@ -147,17 +134,10 @@ void cDlgSlctSysVar::accept() {
         if (cSysVar* record = m_model->recordAt(row))
             if (selection->isSelected(m_model->index(row, 0)))
                 record->setInUserList();
-    QDialog::accept();
+    TemplateDialog::accept();
 }
 
-void cDlgSlctSysVar::done(int result) {
-    SaveGeometry();
-    QDialog::done(result);
-}
-
-void cDlgSlctSysVar::SaveGeometry() {
-    storeWindowRect(*this, m_context.selectionPosX, m_context.selectionPosY, m_context.selectionSizeX,
-                    m_context.selectionSizeY);
+void cDlgSlctSysVar::saveOnEnd() {
     const int first = listCtrl->isColumnHidden(0) ? 0 : listCtrl->columnWidth(0);
     if (first != 0)
         m_context.listCtrl2FirstCol = VarListView::clampedStartWidth(0, first);
@@ -197,10 +177,7 @@ void cDlgSlctSysVar::OnFind() {
     if (!find)
         return;
     find->setOwner(this); // the search walks all variables: no limit to the user list
-    if (kova::UiServices* ui = acHostUiServices())
-        ui->runModal(*find);
-    else
-        find->exec();
+    runDialog(*find);
     delete find;
 }
 
@@ -211,18 +188,12 @@ void cDlgSlctSysVar::onFindNotify(const FindNotification& notification) {
     for (const QModelIndex& index : listCtrl->selectionModel()->selectedRows())
         selectedRows.push_back(index.row());
     std::sort(selectedRows.begin(), selectedRows.end());
-    const int row = DlgFind2::rowToShow(selectedRows, notification.value);
-    if (row >= 0)
-        listCtrl->scrollTo(m_model->index(row, 0));
+    const FoundRow found = DlgFind2::rowToShow(selectedRows, notification.value);
+    if (found.row >= 0)
+        listCtrl->scrollTo(m_model->index(found.row, 0));
 }
 
 // ---- layout and context menu ----
-
-void cDlgSlctSysVar::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    if (m_initialised)
-        LayoutControls();
-}
 
 void cDlgSlctSysVar::LayoutControls() {
     if (rect() == lastClientRect)

@@ -1,8 +1,8 @@
 // cDlgSlctSysVar: the selection dialog, through which variables enter the user list.
 #pragma once
 #include "DlgFind2.h"
+#include "TemplateDialog.h"
 
-#include <QDialog>
 #include <QIcon>
 #include <QRect>
 
@@ -19,7 +19,7 @@ class DocumentState;
 // order the main dialog uses, with its current value. OK sets inUserList of the variables of
 // the selected rows and never clears it; any other end changes no flag but the search's
 // isSelected. The rectangle and the two column widths are stored in the context at every end.
-class cDlgSlctSysVar : public QDialog, public FindOwner {
+class cDlgSlctSysVar : public TemplateDialog, public FindOwner {
     Q_OBJECT
 public:
     static constexpr int kTemplateId = 1007;
@@ -56,26 +56,19 @@ public:
 
     void onFindNotify(const FindNotification& notification) override;
 
-    void setVisible(bool visible) override;
-
-    // Every way out (OK, Cancel, Escape, the close box) stores the rectangle and column widths.
-    void done(int result) override;
-
 public slots:
     void accept() override; // OK, and Enter
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    void OnInitDialog();
+    void OnInitDialog() override;
     void SetupList();
-    void LayoutControls();
-    void SaveGeometry();
+    void LayoutControls() override;
+    void saveOnEnd() override; // the column widths; the menu goes
 
     DocumentState& m_context;
-    bool m_initialised = false;
     VarListModel* m_model = nullptr;
     QPushButton* m_ok = nullptr;
     QPushButton* m_cancel = nullptr;

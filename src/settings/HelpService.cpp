@@ -7,7 +7,6 @@
 #include "ProfileFile.h"
 #include "UiServices.h"
 
-#include <adscodes.h>
 #include <hostui.h>
 
 namespace {
@@ -31,7 +30,7 @@ std::string directoryOf(const std::string& path) {
 
 std::string gHelpBase;
 
-int HtmlHelpLoader(const std::string& fileAndTopic) {
+bool HtmlHelpLoader(const std::string& fileAndTopic) {
     kova::UiServices* ui = acHostUiServices();
     if (!gEngine.loaded && !gEngine.loadingFailed) {
         if (ui != nullptr && ui->loadHelpEngine())
@@ -40,13 +39,13 @@ int HtmlHelpLoader(const std::string& fileAndTopic) {
             gEngine.loadingFailed = true;
     }
     if (!gEngine.loaded || ui == nullptr)
-        return 0;
+        return false;
     // The topic is what follows "#" in the file name part of the text.
     const std::size_t slash = fileAndTopic.find_last_of('/');
     const std::size_t hash = fileAndTopic.find('#', slash == std::string::npos ? 0 : slash);
     if (hash == std::string::npos)
-        return ui->showHelp(fileAndTopic, {});
-    return ui->showHelp(fileAndTopic.substr(0, hash), fileAndTopic.substr(hash + 1));
+        return ui->showHelp(fileAndTopic, {}) != 0;
+    return ui->showHelp(fileAndTopic.substr(0, hash), fileAndTopic.substr(hash + 1)) != 0;
 }
 
 void ResetHtmlHelpLoader() {
@@ -56,7 +55,7 @@ void ResetHtmlHelpLoader() {
 void ShowHelp(const std::string& section, const std::string& key) {
     const std::string fileName = gHelpBase + ".html";
     std::string helpPath;
-    if (gLispBridge.PathInfo(fileName, helpPath) != RTNORM) {
+    if (gLispBridge.PathInfo(fileName, helpPath) != LispResult::Normal) {
         gMsg.ShowErrorBox(gMsg.TxPathNotFound1 + " '" + fileName + "' " + gMsg.TxPathNotFound2);
         return;
     }
@@ -67,6 +66,6 @@ void ShowHelp(const std::string& section, const std::string& key) {
         gMsg.ShowErrorBox(gMsg.TxHelpKeyNotFound1 + " '" + key + "' " + gMsg.TxHelpKeyNotFound2);
         return;
     }
-    if (HtmlHelpLoader(helpPath + topic) == 0)
+    if (!HtmlHelpLoader(helpPath + topic))
         gMsg.ShowErrorBox(gMsg.TxHelpFileNotFound1 + "\n    " + helpPath + "\n" + gMsg.TxHelpFileNotFound2);
 }

@@ -10,9 +10,9 @@
 void ShowHelp(const std::string& section, const std::string& key);
 
 // Shows fileAndTopic ("/path/VarDesk.html#anchor") with the host's help engine. The engine is
-// asked for once; when it is missing it is not asked again in this process. Returns 0 when the
+// asked for once; when it is missing it is not asked again in this process. False when the
 // engine is missing or could not show the page.
-int HtmlHelpLoader(const std::string& fileAndTopic);
+bool HtmlHelpLoader(const std::string& fileAndTopic);
 
 // Forgets the engine's state, as a new process would start. For tests only.
 void ResetHtmlHelpLoader();

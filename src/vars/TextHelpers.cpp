@@ -2,6 +2,7 @@
 #include "TextHelpers.h"
 
 #include "CNumericScope.h"
+#include "QtText.h"
 
 #include <QChar>
 #include <QDateTime>
@@ -368,6 +369,6 @@ std::string& formatDateTime(DateTime moment, int part, std::string& out) {
         out = kInvalid;
         return out;
     }
-    out = text.toStdString();
+    out = stdText(text);
     return out;
 }

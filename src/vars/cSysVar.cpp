@@ -50,7 +50,7 @@ char* copyString(const std::string& text) {
 cSysVar::cSysVar(const cSysVarList* owner_) : owner(owner_) {}
 
 cSysVar::~cSysVar() {
-    if (valueType == vartype::string) {
+    if (valueType == ValueType::String) {
         freeNewString();
         freeCurrentString();
     }
@@ -110,11 +110,11 @@ bool cSysVar::readFromHost() {
         flags |= varflag::isUnreadable;
         return false;
     }
-    const int type = buffer.restype;
-    if (valueType != vartype::none && type != valueType) {
+    const auto type = static_cast<ValueType>(buffer.restype);
+    if (valueType != ValueType::None && type != valueType) {
         // The host changed the variable's kind: what both values held is of the old kind, and a
         // string pointer must not be read as a number nor a number freed as a pointer.
-        if (valueType == vartype::string) {
+        if (valueType == ValueType::String) {
             freeNewString();
             freeCurrentString();
         }
@@ -124,21 +124,21 @@ bool cSysVar::readFromHost() {
     }
     valueType = type;
     switch (type) {
-    case vartype::real:
+    case ValueType::Real:
         currentValue.rreal = buffer.resval.rreal;
         break;
-    case vartype::point2d:
-    case vartype::point3d:
+    case ValueType::Point2d:
+    case ValueType::Point3d:
         for (int i = 0; i < 3; ++i)
             currentValue.rpoint[i] = buffer.resval.rpoint[i];
         break;
-    case vartype::integer:
+    case ValueType::Integer:
         currentValue.rint = buffer.resval.rint;
         break;
-    case vartype::longInt:
+    case ValueType::LongInt:
         currentValue.rlong = buffer.resval.rlong;
         break;
-    case vartype::string:
+    case ValueType::String:
         if (currentValue.rstring != buffer.resval.rstring)
             freeCurrentString();
         currentValue.rstring = buffer.resval.rstring;
@@ -173,30 +173,30 @@ bool cSysVar::formatListValue(const ads_u_val& value, std::string& out) const {
         places = kDefaultPrecision;
     const char sep = pointSeparator();
     switch (valueType) {
-    case vartype::real:
+    case ValueType::Real:
         out =
             belowLimit(value.rreal) ? formatText("%.*f", places, value.rreal) : formatText("%E", value.rreal);
         return true;
-    case vartype::point2d: {
+    case ValueType::Point2d: {
         const double* p = value.rpoint;
         out = belowLimit(p[0]) && belowLimit(p[1]) ? formatText("%.*f%c%.*f", places, p[0], sep, places, p[1])
                                                    : formatText("%E%c%E", p[0], sep, p[1]);
         return true;
     }
-    case vartype::point3d: {
+    case ValueType::Point3d: {
         const double* p = value.rpoint;
         out = belowLimit(p[0]) && belowLimit(p[1]) && belowLimit(p[2])
                   ? formatText("%.*f%c%.*f%c%.*f", places, p[0], sep, places, p[1], sep, places, p[2])
                   : formatText("%E%c%E%c%E", p[0], sep, p[1], sep, p[2]);
         return true;
     }
-    case vartype::integer:
+    case ValueType::Integer:
         out = formatText("%d", static_cast<int>(value.rint));
         return true;
-    case vartype::longInt:
+    case ValueType::LongInt:
         out = formatText("%d", static_cast<int>(value.rlong));
         return true;
-    case vartype::string:
+    case ValueType::String:
         if (value.rstring)
             out = std::string("\"") + value.rstring + "\"";
         return true;
@@ -206,7 +206,7 @@ bool cSysVar::formatListValue(const ads_u_val& value, std::string& out) const {
 }
 
 void cSysVar::formatEditValue(std::string& out, const ads_u_val& value) const {
-    if (valueType == vartype::string) {
+    if (valueType == ValueType::String) {
         if (value.rstring)
             out = value.rstring;
         return;
@@ -266,25 +266,25 @@ int cSysVar::splitPointText(std::string& token1, std::string& token2, std::strin
 
 bool cSysVar::parseNewValue(const std::string& text, bool forFile) {
     switch (valueType) {
-    case vartype::real: {
+    case ValueType::Real: {
         double v = 0;
         if (scanReal(text, v))
             newValue.rreal = v;
         return true;
     }
-    case vartype::integer: {
+    case ValueType::Integer: {
         std::int32_t v = 0;
         if (scanInteger(text, v))
             newValue.rint = static_cast<short>(static_cast<std::uint16_t>(v));
         return true;
     }
-    case vartype::longInt: {
+    case ValueType::LongInt: {
         std::int32_t v = 0;
         if (scanInteger(text, v))
             newValue.rlong = v;
         return true;
     }
-    case vartype::point2d: {
+    case ValueType::Point2d: {
         if (text.empty() && !forFile)
             return true;
         std::string t1, t2, t3;
@@ -296,7 +296,7 @@ bool cSysVar::parseNewValue(const std::string& text, bool forFile) {
         newValue.rpoint[2] = 0;
         return true;
     }
-    case vartype::point3d: {
+    case ValueType::Point3d: {
         std::string t1, t2, t3;
         double x = 0, y = 0, z = 0;
         if (splitPointText(t1, t2, t3, text) < 3 || t1.empty() || t2.empty() || t3.empty())
@@ -308,7 +308,7 @@ bool cSysVar::parseNewValue(const std::string& text, bool forFile) {
         newValue.rpoint[2] = z;
         return true;
     }
-    case vartype::string: {
+    case ValueType::String: {
         freeNewString();
         if (text.empty() && !forFile)
             return true;
@@ -348,7 +348,7 @@ bool cSysVar::applyFileText(const std::string& text) {
 
 bool cSysVar::clearNewValue() {
     flags &= ~(varflag::inUserList | varflag::isSelected);
-    if (valueType == vartype::string)
+    if (valueType == ValueType::String)
         freeNewString();
     newValue = ads_u_val{};
     newText.clear();

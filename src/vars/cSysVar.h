@@ -1,5 +1,6 @@
 // cSysVar: one host system variable with its current and its new value, in host form and as text.
 #pragma once
+#include "adscodes.h"
 #include "adsdef.h"
 
 #include <cstdint>
@@ -20,16 +21,17 @@ inline constexpr std::uint32_t isUnprobed = 0x200;        // one-time write test
 inline constexpr std::uint32_t isUnreadable = 0x400;      // a read failed; never cleared
 } // namespace varflag
 
-// Value type codes as the host's result buffers carry them.
-namespace vartype {
-inline constexpr int none = 5000; // the host has not answered yet
-inline constexpr int real = 5001;
-inline constexpr int point2d = 5002;
-inline constexpr int integer = 5003; // 16-bit
-inline constexpr int string = 5005;
-inline constexpr int point3d = 5009;
-inline constexpr int longInt = 5010; // 32-bit
-} // namespace vartype
+// The kind of a variable's value, by the codes the host's result buffers carry. A kind the host
+// names otherwise keeps its code: such a value has no text, and is neither parsed nor written.
+enum class ValueType : short {
+    None = RTNONE, // the host has not answered yet
+    Real = RTREAL,
+    Point2d = RTPOINT,
+    Integer = RTSHORT, // 16-bit
+    String = RTSTR,
+    Point3d = RT3DPOINT,
+    LongInt = RTLONG, // 32-bit
+};
 
 // Text colours (0x00BBGGRR) of a new value against the current one.
 inline constexpr std::uint32_t kColourDiffers = 193; // red 0xC1
@@ -56,7 +58,7 @@ public:
     std::string currentText; // currentValue as text; empty until the first good read
     std::string newText;     // newValue as text; empty: no new value
     cSysVar* next = nullptr; // next record of the list
-    int valueType = vartype::none;
+    ValueType valueType = ValueType::None;
     int themeIndex = 0;              // as the AVL file gave it; need not name a theme of the list
     int sourceLine = 0;              // AVL line that made the record, from 1
     ads_u_val newValue{};            // rstring malloc'ed by the record, or null

@@ -17,7 +17,7 @@
 
 #include <vector>
 
-TEST(DialogTemplate, ConvertsUnitsWithTheBaseUnitsOfTheFont) {
+TEST(DialogTemplate, UnitsBecomePixelsRoundedToTheNearest) {
     struct Case {
         QRect units;
         DialogBaseUnits base;
@@ -31,7 +31,9 @@ TEST(DialogTemplate, ConvertsUnitsWithTheBaseUnitsOfTheFont) {
         EXPECT_EQ(dialogUnitsToPixels(c.units, c.base), c.pixels)
             << "units " << c.units.x() << "," << c.units.y() << " " << c.units.width() << "x"
             << c.units.height() << " with base " << c.base.x << "/" << c.base.y;
+}
 
+TEST(DialogTemplate, BaseUnitsAreTheAverageLetterWidthAndTheLineHeight) {
     QFont font;
     font.setPointSize(8);
     const DialogBaseUnits base = baseUnitsOf(font);
@@ -66,7 +68,7 @@ TEST(DialogTemplate, BadDataIsRefusedWithItsReason) {
     }
 }
 
-TEST(PlaceWindow, CorrectsTheStoredRectangleForTheScreen) {
+TEST(PlaceWindow, StoredRectangleIsCorrectedForTheScreen) {
     const QSize screen(1024, 768);
     const struct {
         const char* name;
@@ -82,8 +84,9 @@ TEST(PlaceWindow, CorrectsTheStoredRectangleForTheScreen) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(correctWindowRect(c.stored, screen), c.placed) << c.name;
+}
 
-    // The outer rectangle goes onto the primary screen and is stored back as it stands.
+TEST(PlaceWindow, OuterRectangleGoesOntoThePrimaryScreenAndIsStoredAsItStands) {
     const QSize primary = QGuiApplication::primaryScreen()->geometry().size();
     QWidget window;
     ASSERT_TRUE(PlaceWindow(-5, 30, 300, 200, &window));

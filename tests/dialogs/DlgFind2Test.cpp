@@ -64,6 +64,15 @@ protected:
         control<QCheckBox>(d, DlgFind2::kIdCheckValueOld)->setChecked(mask & DlgFind2::kMaskCurrent);
         control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->setChecked(mask & DlgFind2::kMaskNew);
     }
+    // The dialog shown at the stored size.
+    std::unique_ptr<DlgFind2> openAt(const QSize& stored) {
+        context->searchSizeX = stored.width();
+        context->searchSizeY = stored.height();
+        auto d = std::make_unique<DlgFind2>(*context);
+        d->show();
+        QCoreApplication::processEvents();
+        return d;
+    }
     // "next previous all" enabled states as three letters: e for enabled, d for disabled.
     static std::string buttonStates(DlgFind2& d) {
         std::string s;
@@ -75,43 +84,53 @@ protected:
 
 } // namespace
 
-// The outer size never falls below 275 wide and is always 235 high. The bottom row of three is
-// centred; the pattern field and next, previous and all end at the right margin.
-TEST_F(DlgFind2Test, KeepsItsSizeLimitsAndLaysOutTheControls) {
+// The outer size never falls below 275 wide and is always 235 high.
+TEST_F(DlgFind2Test, OuterSizeKeepsItsLimits) {
     const QSize cases[][2] = {{{200, 120}, {275, 235}}, {{100, 900}, {275, 235}}, {{640, 300}, {640, 235}}};
     for (const auto& [stored, expected] : cases) {
-        SCOPED_TRACE(std::to_string(stored.width()) + "x" + std::to_string(stored.height()));
-        context->searchSizeX = stored.width();
-        context->searchSizeY = stored.height();
-        DlgFind2 d(*context);
-        d.show();
-        QCoreApplication::processEvents();
-        EXPECT_EQ(d.frameGeometry().size(), expected);
-        const int W = d.width();
-        auto* search = control<QPushButton>(d, DlgFind2::kIdSearch);
-        const QRect help = control<QPushButton>(d, DlgFind2::kIdHelp)->geometry();
-        const QRect group = control<QGroupBox>(d, DlgFind2::kIdOptions)->geometry();
-        EXPECT_EQ(control<CEditEx>(d, DlgFind2::kIdPattern)->geometry().right(), W - 11);
-        EXPECT_EQ(control<QPushButton>(d, DlgFind2::kIdAll)->geometry().right(), W - 11);
-        EXPECT_EQ(search->x(), (W - 3 * search->width() - 40) / 2 + 10);
-        EXPECT_EQ(help.topLeft(),
-                  QPoint(search->x() + 2 * (search->width() + 10), d.height() - 10 - help.height()));
-        EXPECT_EQ(group.bottom(), search->y() - 11);
-        EXPECT_EQ(control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->geometry().right(), group.right() - 10);
-        // With the desktop's fonts the row stays inside the dialog, each caption fits its button,
-        // and the group box ends before the hit buttons.
-        EXPECT_GE(search->x(), 0);
-        EXPECT_LE(help.right(), W - 1);
-        for (int id : {DlgFind2::kIdSearch, DlgFind2::kIdCancel, DlgFind2::kIdHelp}) {
-            const QPushButton* b = control<QPushButton>(d, id);
-            EXPECT_LE(b->fontMetrics().horizontalAdvance(b->text()) + 8, b->width())
-                << b->text().toStdString();
-        }
-        EXPECT_LT(group.right(), control<QPushButton>(d, DlgFind2::kIdAll)->x());
+        auto d = openAt(stored);
+        EXPECT_EQ(d->frameGeometry().size(), expected)
+            << "stored " << stored.width() << "x" << stored.height();
     }
 }
 
-// Each search selects its hits, tells the owner and the user how many, and sets the buttons.
+// The bottom row of three is centred; the pattern field and next, previous and all end at the
+// right margin; the check boxes end inside the group box, which ends above the row.
+TEST_F(DlgFind2Test, LaysOutTheControlsAtEachWidth) {
+    for (const int width : {275, 640}) {
+        SCOPED_TRACE("width " + std::to_string(width));
+        auto d = openAt({width, 235});
+        const int W = d->width();
+        auto* search = control<QPushButton>(*d, DlgFind2::kIdSearch);
+        const QRect help = control<QPushButton>(*d, DlgFind2::kIdHelp)->geometry();
+        const QRect group = control<QGroupBox>(*d, DlgFind2::kIdOptions)->geometry();
+        EXPECT_EQ(control<CEditEx>(*d, DlgFind2::kIdPattern)->geometry().right(), W - 11);
+        EXPECT_EQ(control<QPushButton>(*d, DlgFind2::kIdAll)->geometry().right(), W - 11);
+        EXPECT_EQ(search->x(), (W - 3 * search->width() - 40) / 2 + 10);
+        EXPECT_EQ(help.topLeft(),
+                  QPoint(search->x() + 2 * (search->width() + 10), d->height() - 10 - help.height()));
+        EXPECT_EQ(group.bottom(), search->y() - 11);
+        EXPECT_EQ(control<QCheckBox>(*d, DlgFind2::kIdCheckValueNew)->geometry().right(), group.right() - 10);
+    }
+}
+
+// With the desktop's fonts, wider than the template's: the row stays inside the dialog, each
+// caption fits its button, and the group box ends before the hit buttons.
+TEST_F(DlgFind2Test, AtTheLeastWidthCaptionsFitAndNothingOverlaps) {
+    auto d = openAt({275, 235});
+    const QRect search = control<QPushButton>(*d, DlgFind2::kIdSearch)->geometry();
+    const QRect help = control<QPushButton>(*d, DlgFind2::kIdHelp)->geometry();
+    EXPECT_GE(search.x(), 0);
+    EXPECT_LE(help.right(), d->width() - 1);
+    for (int id : {DlgFind2::kIdSearch, DlgFind2::kIdCancel, DlgFind2::kIdHelp}) {
+        const QPushButton* b = control<QPushButton>(*d, id);
+        EXPECT_LE(b->fontMetrics().horizontalAdvance(b->text()) + 8, b->width()) << b->text().toStdString();
+    }
+    EXPECT_LT(control<QGroupBox>(*d, DlgFind2::kIdOptions)->geometry().right(),
+              control<QPushButton>(*d, DlgFind2::kIdAll)->x());
+}
+
+// Each search selects its hits and tells the owner how many, once.
 TEST_F(DlgFind2Test, SearchSelectsTheRecordsWhoseJoinedTextsMatch) {
     struct Case {
         const char* pattern;
@@ -137,7 +156,6 @@ TEST_F(DlgFind2Test, SearchSelectsTheRecordsWhoseJoinedTextsMatch) {
         d.show();
         setMask(d, c.mask);
         control<CEditEx>(d, DlgFind2::kIdPattern)->setText(c.pattern);
-        user().lines.clear();
         d.OnSearch();
         ASSERT_EQ(owner.steps.size(), 1u);
         EXPECT_EQ(owner.steps[0].selected, c.hits);
@@ -146,11 +164,28 @@ TEST_F(DlgFind2Test, SearchSelectsTheRecordsWhoseJoinedTextsMatch) {
         EXPECT_EQ(owner.steps[0].value, -n);
         EXPECT_EQ(owner.steps[0].code, 1024);
         EXPECT_EQ(owner.steps[0].sender, &d);
-        const std::string told = n == 0   ? gMsg.TxVarNotFound
-                                 : n == 1 ? gMsg.TxOneVarFound
-                                          : std::to_string(n) + " " + gMsg.TxVarFound;
-        EXPECT_EQ(user().lines, std::vector<std::string>{infoBox(told)});
-        EXPECT_EQ(buttonStates(d), n > 1 ? "eed" : "ddd");
+        d.reject();
+    }
+}
+
+// The box names the count; next and previous are offered from two hits on, all hits never.
+TEST_F(DlgFind2Test, SearchTellsTheCountAndOffersTheWalkFromTwoHits) {
+    const struct {
+        const char* pattern;
+        std::string told;
+        const char* states;
+    } cases[] = {{"nichts", gMsg.TxVarNotFound, "ddd"},
+                 {"lay", gMsg.TxOneVarFound, "ddd"},
+                 {"C", "3 " + gMsg.TxVarFound, "eed"}};
+    for (const auto& c : cases) {
+        DlgFind2 d(*context);
+        d.show();
+        setMask(d, DlgFind2::kMaskName);
+        control<CEditEx>(d, DlgFind2::kIdPattern)->setText(c.pattern);
+        user().lines.clear();
+        d.OnSearch();
+        EXPECT_EQ(user().lines, std::vector<std::string>{infoBox(c.told)}) << c.pattern;
+        EXPECT_EQ(buttonStates(d), c.states) << c.pattern;
         d.reject();
     }
 }
@@ -193,29 +228,32 @@ TEST_F(DlgFind2Test, NextPreviousAndAllWalkTheHitsAndWrap) {
     }
 }
 
-// The dialog opens with the stored mask and pattern; Enter in the pattern searches and Escape there
-// goes to Cancel, where a second Escape ends the dialog. Every way out passes done(), which stores
-// rectangle, mask and pattern; the next run seeing them is in the scenario dialogs_set.
-TEST_F(DlgFind2Test, EscapeGoesToCancelAndTheEndStoresRectangleMaskAndPattern) {
+TEST_F(DlgFind2Test, OpensWithTheStoredMaskAndPatternAndNoWalk) {
     context->searchCheck = DlgFind2::kMaskName | DlgFind2::kMaskNew;
     context->searchPattern = "LU";
+    DlgFind2 d(*context);
+    d.show();
+    EXPECT_TRUE(control<QCheckBox>(d, DlgFind2::kIdCheckVariable)->isChecked());
+    EXPECT_TRUE(control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->isChecked());
+    EXPECT_FALSE(control<QCheckBox>(d, DlgFind2::kIdCheckDescription)->isChecked());
+    EXPECT_FALSE(control<QCheckBox>(d, DlgFind2::kIdCheckValueOld)->isChecked());
+    EXPECT_EQ(control<CEditEx>(d, DlgFind2::kIdPattern)->text(), "LU");
+    EXPECT_EQ(buttonStates(d), "ddd");
+}
+
+// Enter in the pattern searches; Escape there goes to Cancel, where a second Escape ends the
+// dialog.
+TEST_F(DlgFind2Test, EnterInThePatternSearchesAndEscapeGoesToCancel) {
     DlgFind2 d(*context);
     RecordingOwner owner(context->varList);
     d.setOwner(&owner);
     d.show();
     d.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&d));
-    EXPECT_TRUE(control<QCheckBox>(d, DlgFind2::kIdCheckVariable)->isChecked());
-    EXPECT_TRUE(control<QCheckBox>(d, DlgFind2::kIdCheckValueNew)->isChecked());
-    EXPECT_FALSE(control<QCheckBox>(d, DlgFind2::kIdCheckDescription)->isChecked());
-    auto* field = control<CEditEx>(d, DlgFind2::kIdPattern);
-    EXPECT_EQ(field->text(), "LU");
-    EXPECT_EQ(buttonStates(d), "ddd");
     setMask(d, DlgFind2::kMaskCurrent);
+    auto* field = control<CEditEx>(d, DlgFind2::kIdPattern);
     field->setFocus();
     field->setText("41"); // in the current values: OSMODE
-    d.move(44, 50);
-    QCoreApplication::processEvents();
     QTest::keyClick(field, Qt::Key_Return);
     ASSERT_EQ(owner.steps.size(), 1u);
     EXPECT_EQ(owner.steps[0].selected, "OSMODE");
@@ -225,9 +263,48 @@ TEST_F(DlgFind2Test, EscapeGoesToCancelAndTheEndStoresRectangleMaskAndPattern) {
     QTest::keyClick(d.focusWidget(), Qt::Key_Escape);
     EXPECT_FALSE(d.isVisible());
     EXPECT_EQ(d.result(), QDialog::Rejected);
-    EXPECT_EQ(context->searchCheck, DlgFind2::kMaskCurrent);
+}
+
+// The mask as the boxes stand and the pattern as typed, not as searched; the next run seeing them
+// is in the scenario dialogs_set.
+TEST_F(DlgFind2Test, TheEndStoresRectangleMaskAndPattern) {
+    DlgFind2 d(*context);
+    d.show();
+    setMask(d, DlgFind2::kMaskCurrent | DlgFind2::kMaskDescription);
+    control<CEditEx>(d, DlgFind2::kIdPattern)->setText("41");
+    d.move(44, 50);
+    QCoreApplication::processEvents();
+    d.reject();
+    EXPECT_EQ(context->searchCheck, DlgFind2::kMaskCurrent | DlgFind2::kMaskDescription);
     EXPECT_EQ(context->searchPattern, "41");
     EXPECT_EQ(QRect(context->searchPosX, context->searchPosY, context->searchSizeX, context->searchSizeY),
               d.frameGeometry());
     EXPECT_EQ(context->searchPosX, 44);
+}
+
+// Rows are the ones selected after the owner's rebuild, ascending; N is the notification's value.
+TEST(FoundRow, OwnersShowTheRowThatTheStepNames) {
+    const struct {
+        const char* name;
+        QList<int> selected;
+        std::int32_t value;
+        int row;
+        bool isEveryHit;
+    } cases[] = {
+        {"nothing selected", {}, -2, -1, false},
+        {"a search: the first hit", {2, 5, 7}, -3, 2, true},
+        {"a search of one hit", {4}, -1, 4, true},
+        {"a step to the only row", {4}, 1, 4, false},
+        {"a step to hit 0", {3, 6}, 0, 3, false},
+        {"all hits from hit 2", {1, 3, 8}, -2, 8, false},
+        {"all hits from hit 2, two rows", {1, 3}, -2, 1, true},
+        {"hits without rows: a search", {2, 5}, -3, -1, false},
+        {"a step past the rows", {1, 3}, 2, -1, false},
+        {"the least value", {1, 3}, INT32_MIN, -1, false},
+    };
+    for (const auto& c : cases) {
+        const FoundRow found = DlgFind2::rowToShow(c.selected, c.value);
+        EXPECT_EQ(found.row, c.row) << c.name;
+        EXPECT_EQ(found.isEveryHit, c.isEveryHit) << c.name;
+    }
 }

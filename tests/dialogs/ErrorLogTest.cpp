@@ -46,6 +46,15 @@ protected:
         runLoadStep(*context, errorLines, runCode, moment);
     }
     std::string logPath() const { return dir() + "VarDesk.err"; }
+    // Loads a file with errors of every group and returns its number of lines.
+    std::ptrdiff_t loadFileOfEveryGroup() {
+        const std::string lines =
+            "0#Allgemein#1\n1#!ALT#+-#x\n1#ALTEVAR#+-#gibt es nicht mehr\n3#BEISPIEL#x#Text\n" +
+            describeHost({"OSMODE", "SAVETIME"}) + "0#Anderes#1\n";
+        writeFile("test.avl", lines);
+        run();
+        return std::count(lines.begin(), lines.end(), '\n');
+    }
     // The head block followed by more lines, each with its line end, as the log file holds them.
     std::string headBlockAnd(const Lines& more) const {
         std::string date, time;
@@ -68,12 +77,7 @@ protected:
 
 // !ALT heads the chain and ALTEVAR stands in its middle: the host knows neither.
 TEST_F(LoadStep, LogOfEveryGroupFollowsTheLayoutLineForLine) {
-    const std::string lines =
-        "0#Allgemein#1\n1#!ALT#+-#x\n1#ALTEVAR#+-#gibt es nicht mehr\n3#BEISPIEL#x#Text\n" +
-        describeHost({"OSMODE", "SAVETIME"}) + "0#Anderes#1\n";
-    writeFile("test.avl", lines);
-    const auto lastLine = std::count(lines.begin(), lines.end(), '\n');
-    run();
+    const auto lastLine = loadFileOfEveryGroup();
     EXPECT_EQ(readFile(logPath()),
               headBlockAnd({
                   "Fehler beim Laden von test.avl",
@@ -89,10 +93,20 @@ TEST_F(LoadStep, LogOfEveryGroupFollowsTheLayoutLineForLine) {
                   "Fehler 10: Fehlende Variable: SAVETIME",
               }));
     EXPECT_EQ(context->errorCount, 6);
-    EXPECT_TRUE(errorLines.empty()) << "writing the log empties the lines";
-    EXPECT_EQ(runCode, runcode::done);
+}
+
+TEST_F(LoadStep, RecordsTheHostDoesNotKnowLeaveTheList) {
+    loadFileOfEveryGroup();
     EXPECT_FALSE(context->varList.containsName("ALTEVAR"));
     EXPECT_FALSE(context->varList.containsName("!ALT"));
+    EXPECT_TRUE(context->varList.containsName("CLAYER"));
+}
+
+// The lines go into the file and leave memory; the user is asked, and the editor shows the log.
+TEST_F(LoadStep, WrittenLogIsOfferedToTheEditorAndLeavesMemory) {
+    loadFileOfEveryGroup();
+    EXPECT_TRUE(errorLines.empty());
+    EXPECT_EQ(runCode, runcode::done);
     EXPECT_EQ(uiLines(), (Lines{question, "EXEC: /bin/true \"" + logPath() + "\""}));
 }
 

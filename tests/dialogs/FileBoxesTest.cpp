@@ -2,6 +2,7 @@
 #include "../vars/VarsTestKit.h"
 
 #include "dialogs/FileBoxes.h"
+#include "settings/cMsgCatalog.h"
 
 namespace {
 
@@ -17,23 +18,41 @@ TEST_F(FileBoxes, EachKindOfResultGetsItsBox) {
     EXPECT_EQ(boxes(), (Lines{"BOX warning: RT·VarDesk - Warnung: w", "BOX error: RT·VarDesk - Fehler: e"}));
 }
 
-// The box for two and more records left out: see the scenario dialogs_files.
-TEST_F(FileBoxes, ResultOfAUserListReadBecomesItsBoxes) {
+class UserFileBoxes : public FileBoxes {
+protected:
+    void SetUp() override {
+        FileBoxes::SetUp();
+        list.userDirectory = "/listen/";
+        list.userFileName = "a.var";
+    }
     cSysVarList list;
-    list.userDirectory = "/listen/";
-    list.userFileName = "a.var";
+    const std::string readErrors =
+        "BOX error: RT·VarDesk - Fehler: Es sind Fehler beim Lesen von /listen/a.var aufgetreten.";
+};
+
+TEST_F(UserFileBoxes, ReadWithoutTroubleShowsNoBox) {
     showUserFileResult(1, {}, ReportList{}, list);
     EXPECT_TRUE(boxes().empty()) << boxes().front();
-    // A failed read shows the reader's error alone, whatever the report holds.
+}
+
+// Whatever the report holds.
+TEST_F(UserFileBoxes, FailedReadShowsTheReadersErrorAlone) {
     showUserFileResult(0, FileResult::error("/listen/a.var kann nicht geladen werden!"), ReportList{"x"},
                        list);
+    EXPECT_EQ(boxes(), (Lines{"BOX error: RT·VarDesk - Fehler: /listen/a.var kann nicht geladen werden!"}));
+}
+
+TEST_F(UserFileBoxes, ReportLinesGiveAnErrorBoxBeforeTheLeftOutWarning) {
     showUserFileResult(2, {}, ReportList{"x"}, list);
-    EXPECT_EQ(
-        boxes(),
-        (Lines{"BOX error: RT·VarDesk - Fehler: /listen/a.var kann nicht geladen werden!",
-               "BOX error: RT·VarDesk - Fehler: Es sind Fehler beim Lesen von /listen/a.var aufgetreten.",
-               "BOX warning: RT·VarDesk - Warnung: Eine Variablen konnte nicht in die aktuelle "
-               "AutoCAD-Variablenliste eingesetzt werden."}));
+    EXPECT_EQ(boxes(),
+              (Lines{readErrors, "BOX warning: RT·VarDesk - Warnung: Eine Variablen konnte nicht in die "
+                                 "aktuelle AutoCAD-Variablenliste eingesetzt werden."}));
+}
+
+// The result counts one more than the names left out.
+TEST_F(UserFileBoxes, SeveralLeftOutNamesAreCounted) {
+    showUserFileResult(4, {}, ReportList{}, list);
+    EXPECT_EQ(boxes(), (Lines{"BOX warning: RT·VarDesk - Warnung: 3 " + gMsg.TxInsertError}));
 }
 
 } // namespace

@@ -50,20 +50,33 @@ protected:
 
 } // namespace
 
-// Both fields start behind the wider label; the browse buttons end where Help does, which stands
-// at the right edge when there is room and behind Cancel when there is not.
-TEST_F(ConfigDialog, FieldsStartBehindTheWiderLabelAndButtonsFollowTheWidth) {
+// Both fields start behind the wider label, and each label stands in its row.
+TEST_F(ConfigDialog, FieldsStartBehindTheWiderLabel) {
     auto d = open();
-    auto* ok = control<QPushButton>(*d, cDlgConfig::kIdOk);
-    auto* cancel = control<QPushButton>(*d, cDlgConfig::kIdCancel);
-    auto* help = control<QPushButton>(*d, cDlgConfig::kIdHelp);
     auto* avlLabel = control<QLabel>(*d, cDlgConfig::kIdAvlLabel);
     const QFontMetrics metrics(avlLabel->font());
     ASSERT_GT(metrics.horizontalAdvance(avlLabel->text()),
               metrics.horizontalAdvance(control<QLabel>(*d, cDlgConfig::kIdEditorLabel)->text()));
-    EXPECT_EQ(d->labelWidth, 10 + metrics.horizontalAdvance(avlLabel->text()))
-        << "fields start where the label ends";
-    const int bw = ok->width(), h = avlLabel->height();
+    EXPECT_EQ(d->labelWidth, 10 + metrics.horizontalAdvance(avlLabel->text()));
+    const int h = avlLabel->height();
+    const int rows[][2] = {{cDlgConfig::kIdAvlLabel, cDlgConfig::kIdAvlPath},
+                           {cDlgConfig::kIdEditorLabel, cDlgConfig::kIdEditorPath}};
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(control<QLabel>(*d, rows[i][0])->geometry(),
+                  QRect(10, 10 + i * (h + 10), d->labelWidth - 10, h))
+            << "row " << i;
+        EXPECT_EQ(control<CEditEx>(*d, rows[i][1])->x(), d->labelWidth) << "row " << i;
+    }
+}
+
+// The browse buttons end where Help does, which stands at the right edge when there is room and
+// behind Cancel when there is not; the fields fill what is left of their rows.
+TEST_F(ConfigDialog, ButtonsAndFieldsFollowTheWidth) {
+    auto d = open();
+    auto* ok = control<QPushButton>(*d, cDlgConfig::kIdOk);
+    auto* cancel = control<QPushButton>(*d, cDlgConfig::kIdCancel);
+    auto* help = control<QPushButton>(*d, cDlgConfig::kIdHelp);
+    const int bw = ok->width(), h = control<QLabel>(*d, cDlgConfig::kIdAvlLabel)->height();
     for (const int width : {3 * bw + 241, 3 * bw + 40}) {
         SCOPED_TRACE("width " + std::to_string(width));
         d->resize(width, d->height());
@@ -74,21 +87,21 @@ TEST_F(ConfigDialog, FieldsStartBehindTheWiderLabelAndButtonsFollowTheWidth) {
         EXPECT_EQ(cancel->geometry(), okAt.translated(bw + 10, 0));
         EXPECT_EQ(help->geometry(),
                   okAt.translated(width > 3 * bw + 40 ? width - 20 - bw : 2 * (bw + 10), 0));
-        const int rows[][3] = {
-            {cDlgConfig::kIdAvlLabel, cDlgConfig::kIdAvlPath, cDlgConfig::kIdAvlBrowse},
-            {cDlgConfig::kIdEditorLabel, cDlgConfig::kIdEditorPath, cDlgConfig::kIdEditorBrowse}};
+        const int rows[][2] = {{cDlgConfig::kIdAvlPath, cDlgConfig::kIdAvlBrowse},
+                               {cDlgConfig::kIdEditorPath, cDlgConfig::kIdEditorBrowse}};
         for (int i = 0; i < 2; ++i) {
-            const QRect label(10, 10 + i * (h + 10), d->labelWidth - 10, h);
-            EXPECT_EQ(control<QLabel>(*d, rows[i][0])->geometry(), label);
-            const int browseX = control<QPushButton>(*d, rows[i][2])->x();
-            EXPECT_EQ(control<QPushButton>(*d, rows[i][2])->geometry(),
-                      QRect(browseX, label.y(), help->geometry().right() - browseX + 1, h));
-            EXPECT_EQ(control<CEditEx>(*d, rows[i][1])->geometry(),
-                      QRect(d->labelWidth, label.y(), browseX - 10 - d->labelWidth, h));
+            const int top = 10 + i * (h + 10);
+            const int browseX = control<QPushButton>(*d, rows[i][1])->x();
+            EXPECT_EQ(control<QPushButton>(*d, rows[i][1])->geometry(),
+                      QRect(browseX, top, help->geometry().right() - browseX + 1, h));
+            EXPECT_EQ(control<CEditEx>(*d, rows[i][0])->geometry(),
+                      QRect(d->labelWidth, top, browseX - 10 - d->labelWidth, h));
         }
     }
 }
 
+// The AVL path is confirmed by Enter, the editor path is left in its field with the focus: both
+// are taken over.
 TEST_F(ConfigDialog, OkStoresExistingPathsAndAsksAboutMissingOnes) {
     struct Case {
         const char* name;
@@ -112,16 +125,13 @@ TEST_F(ConfigDialog, OkStoresExistingPathsAndAsksAboutMissingOnes) {
         user().lines.clear();
         user().answers = {c.answer};
         auto d = open();
-        // The AVL path is confirmed by Enter; the editor path is left in its field with the focus.
         type(*d, cDlgConfig::kIdAvlPath, c.avl);
         QTest::keyClick(control<CEditEx>(*d, cDlgConfig::kIdAvlPath), Qt::Key_Return);
-        EXPECT_EQ(d->focusWidget(), control<QPushButton>(*d, cDlgConfig::kIdOk)) << c.name;
-        EXPECT_TRUE(d->isVisible()) << c.name;
         type(*d, cDlgConfig::kIdEditorPath, c.editor);
         QTest::mouseClick(control<QPushButton>(*d, cDlgConfig::kIdOk), Qt::LeftButton);
 
         EXPECT_FALSE(d->isVisible()) << c.name;
-        EXPECT_EQ(d->result(), QDialog::Accepted) << c.name;
+        EXPECT_EQ(d->result(), QDialog::Accepted) << c.name << ": either answer ends the dialog";
         if (c.question.empty())
             EXPECT_TRUE(user().lines.empty()) << c.name;
         else
@@ -130,29 +140,45 @@ TEST_F(ConfigDialog, OkStoresExistingPathsAndAsksAboutMissingOnes) {
                 << c.name;
         EXPECT_EQ(context->avlFilePath, c.storedAvl) << c.name;
         EXPECT_EQ(context->editorPath, c.storedEditor) << c.name;
-        EXPECT_EQ(QRect(context->configPosX, context->configPosY, context->configSizeX, context->configSizeY),
-                  d->frameGeometry())
-            << c.name;
     }
 }
 
-// Escape in a field only goes to Cancel; a second one ends the dialog, storing no path.
+TEST_F(ConfigDialog, EnterInAPathFieldGoesToOkAndEndsNothing) {
+    auto d = open();
+    type(*d, cDlgConfig::kIdEditorPath, newEditor);
+    QTest::keyClick(control<CEditEx>(*d, cDlgConfig::kIdEditorPath), Qt::Key_Return);
+    EXPECT_EQ(d->focusWidget(), control<QPushButton>(*d, cDlgConfig::kIdOk));
+    EXPECT_TRUE(d->isVisible());
+    EXPECT_EQ(d->editorPath, newEditor) << "the working path took the text over";
+    EXPECT_EQ(context->editorPath, oldEditor);
+}
+
+// Escape in a field only goes to Cancel, keeping what was typed; a second one ends the dialog.
+TEST_F(ConfigDialog, EscapeInAPathFieldGoesToCancelAndASecondEndsTheDialog) {
+    auto d = open();
+    type(*d, cDlgConfig::kIdEditorPath, newEditor);
+    auto* field = control<CEditEx>(*d, cDlgConfig::kIdEditorPath);
+    QTest::keyClick(field, Qt::Key_Escape);
+    EXPECT_TRUE(d->isVisible());
+    EXPECT_EQ(d->focusWidget(), control<QPushButton>(*d, cDlgConfig::kIdCancel));
+    EXPECT_EQ(field->text().toStdString(), newEditor);
+    QTest::keyClick(d.get(), Qt::Key_Escape);
+    EXPECT_FALSE(d->isVisible());
+    EXPECT_EQ(d->result(), QDialog::Rejected);
+}
+
 TEST_F(ConfigDialog, CancelStoresTheRectangleButNoPath) {
     auto d = open();
     type(*d, cDlgConfig::kIdAvlPath, newAvl);
     QTest::keyClick(control<CEditEx>(*d, cDlgConfig::kIdAvlPath), Qt::Key_Return);
     d->move(80, 90);
     QCoreApplication::processEvents();
-    auto* field = control<CEditEx>(*d, cDlgConfig::kIdEditorPath);
-    field->setFocus();
-    QTest::keyClick(field, Qt::Key_Escape);
-    EXPECT_TRUE(d->isVisible());
-    EXPECT_EQ(d->focusWidget(), control<QPushButton>(*d, cDlgConfig::kIdCancel));
-    QTest::keyClick(d.get(), Qt::Key_Escape);
+    QTest::mouseClick(control<QPushButton>(*d, cDlgConfig::kIdCancel), Qt::LeftButton);
     EXPECT_FALSE(d->isVisible());
-    EXPECT_EQ(d->result(), QDialog::Rejected);
     EXPECT_EQ(context->avlFilePath, oldAvl);
-    EXPECT_EQ(QPoint(context->configPosX, context->configPosY), QPoint(80, 90));
+    EXPECT_EQ(QRect(context->configPosX, context->configPosY, context->configSizeX, context->configSizeY),
+              d->frameGeometry());
+    EXPECT_EQ(context->configPosX, 80);
     EXPECT_TRUE(user().lines.empty());
 }
 

@@ -79,12 +79,10 @@ std::string blanks(int n) {
 } // namespace
 
 // The letter order with current values is in the scenario dialogs_remember.
-// A record marked selected comes up selected when it has a row, and the mark is cleared.
 TEST_F(SelectionDialog, ShowsEveryVariableInTheMainDialogsOrder) {
     context->viewOrder = ListOrder::Theme;
-    context->varList.findName("OSMODE")->setSelected();
     auto d = open();
-    // Unknown themes gather under the default theme; the user list's LUPREC is not selected.
+    // Unknown themes gather under the default theme; the user list's LUPREC stands as any other.
     std::vector<std::string> rows;
     VarListModel& m = model(*d);
     for (int row = 0; row < m.rowCount(); ++row)
@@ -95,6 +93,12 @@ TEST_F(SelectionDialog, ShowsEveryVariableInTheMainDialogsOrder) {
                                               blanks(14) + "OSMODE|4133|1", blanks(14) + "VIEWCTR|0 0 0|0",
                                               blanks(7) + gMsg.TxDefaultTheme + "||5",
                                               blanks(14) + "_PKSER|\"123\"|1"}));
+    EXPECT_EQ(selectedRows(*d), "");
+}
+
+TEST_F(SelectionDialog, RecordMarkedSelectedComesUpSelectedAndLosesTheMark) {
+    context->varList.findName("OSMODE")->setSelected();
+    auto d = open();
     EXPECT_EQ(selectedRows(*d), "OSMODE");
     EXPECT_FALSE(context->varList.findName("OSMODE")->isSelected());
 }
@@ -126,14 +130,17 @@ TEST_F(SelectionDialog, ClampsColumnWidthsAtStartAndAtTheEnd) {
     }
 }
 
-// Closing adds nothing; OK adds the selected variables to the user list and ignores a header.
-TEST_F(SelectionDialog, OkOnlyAddsTheSelectedVariables) {
+TEST_F(SelectionDialog, ClosingAddsNothing) {
     auto d = open();
     selectRows(*d, {"CLAYER", "OSMODE"});
     d->close();
     EXPECT_EQ(d->result(), QDialog::Rejected);
     EXPECT_EQ(userList(), "LUPREC");
-    d = open();
+}
+
+// OK adds the variables of the selected rows, ignores a header, and takes none out.
+TEST_F(SelectionDialog, OkOnlyAddsTheSelectedVariables) {
+    auto d = open();
     selectRows(*d, {"C", "CLAYER", "VIEWCTR"});
     QTest::mouseClick(control<QPushButton>(*d, cDlgSlctSysVar::kIdOk), Qt::LeftButton);
     EXPECT_FALSE(d->isVisible());
@@ -143,7 +150,6 @@ TEST_F(SelectionDialog, OkOnlyAddsTheSelectedVariables) {
 
 TEST_F(SelectionDialog, MarkAllAndInvertSelectVariableRowsAndNeverHeaders) {
     auto d = open();
-    // Buttons and the context menu's entries run the same steps.
     QTest::mouseClick(control<QPushButton>(*d, cDlgSlctSysVar::kIdMarkAll), Qt::LeftButton);
     EXPECT_EQ(selectedRows(*d), "CLAYER LUPREC OSMODE VIEWCTR");
 
@@ -151,11 +157,15 @@ TEST_F(SelectionDialog, MarkAllAndInvertSelectVariableRowsAndNeverHeaders) {
     selectRows(*d, {"L", "CLAYER", "VIEWCTR"});
     QTest::mouseClick(control<QPushButton>(*d, cDlgSlctSysVar::kIdInvert), Qt::LeftButton);
     EXPECT_EQ(selectedRows(*d), "LUPREC OSMODE");
+}
 
+TEST_F(SelectionDialog, ContextMenuEntriesRunTheStepsOfTheButtons) {
+    auto d = open();
     ASSERT_NE(d->contextMenu, nullptr);
     QAction* selectAll = d->contextMenu->findChild<QAction*>("8100");
     QAction* inverse = d->contextMenu->findChild<QAction*>("8101");
     ASSERT_TRUE(selectAll && inverse);
+    selectRows(*d, {"L", "LUPREC", "OSMODE"});
     inverse->trigger();
     EXPECT_EQ(selectedRows(*d), "CLAYER VIEWCTR");
     selectAll->trigger();

@@ -23,7 +23,7 @@ cSysVarList& typedList() {
                     {"P3", 5009, "++"},   {"LONG", 5010, "+-"}, {"NONE", 5000, "+-"}, {"RO", 5005, "--"}};
         for (const auto& row : rows) {
             made->addVariable("1", row.name, row.marks, "", 1);
-            made->findName(row.name)->valueType = row.type;
+            made->findName(row.name)->valueType = static_cast<ValueType>(row.type);
         }
         made->pointSeparator = ',';
         const std::string dir = "/tmp/vardesk-fuzz-" + std::to_string(getpid()) + "/";

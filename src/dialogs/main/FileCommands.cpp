@@ -152,13 +152,9 @@ void cDlgVarDesk::AfterConfiguration() {
     auto* config = new (std::nothrow) cDlgConfig(m_context, this);
     if (!config)
         return;
-    int result = QDialog::Rejected;
-    if (kova::UiServices* ui = acHostUiServices())
-        result = ui->runModal(*config);
-    else
-        result = config->exec();
+    const DialogResult result = runDialog(*config);
     delete config;
-    if (result != QDialog::Accepted)
+    if (result != DialogResult::Accepted)
         return;
 
     cSysVarList& list = m_context.varList;

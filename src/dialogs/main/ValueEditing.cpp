@@ -1,6 +1,8 @@
 // ValueEditing: the description and value fields of the current record, and their focus rules.
 #include "ValueEditing.h"
 
+#include "vars/QtText.h"
+
 #include <QFocusEvent>
 #include <QLineEdit>
 #include <QPlainTextDocumentLayout>
@@ -23,8 +25,8 @@ void ValueEditing::showVariable(cSysVar* record) {
         m_value.setReadOnly(record->isReadOnly());
         std::string text;
         record->editText(text);
-        m_value.setText(QString::fromStdString(text));
-        m_description.setPlainText(QString::fromStdString(record->description));
+        m_value.setText(qs(text));
+        m_description.setPlainText(qs(record->description));
         updateScrollBar();
         return;
     }
@@ -38,14 +40,14 @@ void ValueEditing::showVariable(cSysVar* record) {
 void ValueEditing::applyValueEdit() {
     if (m_value.isReadOnly())
         return;
-    const std::string text = m_value.text().toStdString();
+    const std::string text = stdText(m_value.text());
     cSysVar* record = m_currentVar;
     if (!record)
         return;
     if (VarListModel* rows = m_list.rowModel()) {
         const int row = rows->rowOf(record);
         if (row >= 0 && record->applyEditText(text) && rows->columnCount() > 2)
-            rows->setData(rows->index(row, 2), QString::fromStdString(record->newText));
+            rows->setData(rows->index(row, 2), qs(record->newText));
     }
     m_value.setModified(false);
     m_list.setFocus(Qt::OtherFocusReason);

@@ -3,6 +3,7 @@
 
 #include "dialogs/cDlgSlctSysVar.h"
 #include "dialogs/DlgFind2.h"
+#include "dialogs/TemplateDialog.h"
 #include "LoadStep.h"
 #include "settings/cMsgCatalog.h"
 #include "settings/HelpService.h"
@@ -40,12 +41,6 @@ std::string countText(int count, const std::string& once, const std::string& man
     if (count == 1)
         return once;
     return formatText("%d %s", count, many.c_str());
-}
-
-int runDialog(QDialog& dialog) {
-    if (kova::UiServices* ui = acHostUiServices())
-        return ui->runModal(dialog);
-    return dialog.exec();
 }
 
 // The rows of view whose records wanted says yes to, ascending; header rows never.
@@ -206,35 +201,21 @@ void cDlgVarDesk::OnFind() {
 void cDlgVarDesk::OnFindNotify(std::int32_t value) {
     FillList();
     const QList<int> selected = selectedRowNumbers(*listCtrl);
-    const auto count = static_cast<std::uint32_t>(selected.size());
-    if (count == 0) {
+    if (selected.isEmpty()) {
         SetStatusTexts(gMsg.TxVarNotFound, {}, {});
         return;
     }
-    // K is -N taken as unsigned: the hit count after a search; after a step (N >= 0) it is 0 or
-    // huge, so only a single selected row is shown then.
-    const std::uint32_t k = 0u - static_cast<std::uint32_t>(value);
-    auto show = [this](int row, bool withStatus) {
-        listCtrl->scrollTo(m_model->index(row, 0));
-        cSysVar* record = m_model->recordAt(row);
-        ShowVariable(record);
-        if (withStatus)
-            ShowStatus(record);
-    };
-
-    if (count == k) {
-        show(selected.first(), false);
-        SetStatusTexts(countText(static_cast<int>(count), gMsg.TxOneVarFound, gMsg.TxVarFound), {}, {});
+    const FoundRow found = DlgFind2::rowToShow(selected, value);
+    if (found.row < 0)
         return;
-    }
-    if (count == 1) {
-        show(selected.first(), true);
-        return;
-    }
-    // Hits without a row in this view leave fewer selected rows than hits: the walk may end first.
-    if (k >= count)
-        return;
-    show(selected[static_cast<int>(k)], true);
+    listCtrl->scrollTo(m_model->index(found.row, 0));
+    cSysVar* record = m_model->recordAt(found.row);
+    ShowVariable(record);
+    if (found.isEveryHit)
+        SetStatusTexts(countText(static_cast<int>(selected.size()), gMsg.TxOneVarFound, gMsg.TxVarFound), {},
+                       {});
+    else
+        ShowStatus(record);
 }
 
 // ---- help ----

@@ -3,10 +3,8 @@
 #include "cDlgVarDesk.h"
 
 #include "dialogs/cDlgInfo.h"
+#include "dialogs/TemplateDialog.h"
 #include "settings/cMsgCatalog.h"
-
-#include "hostui.h"
-#include "UiServices.h"
 
 #include <new>
 
@@ -16,9 +14,6 @@ void cDlgVarDesk::OnInfo() {
                                     cDlgInfo::copyrightLineText(), this);
     if (!info)
         return;
-    if (kova::UiServices* ui = acHostUiServices())
-        ui->runModal(*info);
-    else
-        info->exec();
+    runDialog(*info);
     delete info;
 }
