@@ -1,8 +1,13 @@
 // Tests of the main dialog: status panes, layout, tool bar, columns, list orders, row colours, keys,
-// the search's notification. Set and its report are in the scenarios commands_set and dialogs_set.
+// the search's notification, and the variable commands behind a port of their own. Set and its report are in
+// the scenarios commands_set and dialogs_set.
 #include "CommandsTestKit.h"
 
 #include "dialogs/ListOrderTable.h"
+#include "dialogs/main/FileCommands.h"
+#include "dialogs/main/LoadStep.h"
+#include "dialogs/main/MainDialogPort.h"
+#include "dialogs/main/VariableCommands.h"
 #include "dialogs/ModuleResources.h"
 #include "dialogs/VarListView.h"
 
@@ -510,3 +515,95 @@ TEST_F(MainDialog, FindNotificationShowsTheHitsInTheStatusAndFields) {
 }
 
 } // namespace
+
+// ---- the commands behind the port, without the dialog ----
+
+// A port over a bare list view that notes what the commands asked of it.
+class RecordingPort : public MainDialogPort {
+public:
+    explicit RecordingPort(DocumentState& context) : m_context(context) { m_view.setModel(&m_rows); }
+
+    VarListView& listView() override { return m_view; }
+    QWidget* dialogParent() override { return nullptr; }
+    void FillList() override {
+        calls.push_back("FillList");
+        m_view.fillRows(buildListRows(m_context.varList, m_context.viewOrder, {}));
+    }
+    void RememberSelection() override { calls.push_back("RememberSelection"); }
+    void ShowVariable(cSysVar*) override { calls.push_back("ShowVariable"); }
+    void ShowStatus(const cSysVar*) override { calls.push_back("ShowStatus"); }
+    void SetStatusTexts(const std::string& pane0, const std::string&, const std::string&) override {
+        calls.push_back("SetStatusTexts " + pane0);
+    }
+    void RefreshTitle() override { calls.push_back("RefreshTitle"); }
+    void ShowView(ListView) override { calls.push_back("ShowView"); }
+    void ShowModeMarks() override { calls.push_back("ShowModeMarks"); }
+    void RunLoadStep() override { calls.push_back("RunLoadStep"); }
+    void SetRunCode(int code) override { calls.push_back("SetRunCode " + std::to_string(code)); }
+
+    std::vector<std::string> calls;
+
+private:
+    DocumentState& m_context;
+    VarListModel m_rows{kListColumns};
+    VarListView m_view;
+};
+
+// The commands on the context's list as the load step leaves it, with no dialog made.
+class CommandsOnAPort : public CommandsTest {
+protected:
+    void SetUp() override {
+        CommandsTest::SetUp();
+        if (HasFatalFailure())
+            return;
+        ReportList lines;
+        int runCode = runcode::idle;
+        runLoadStep(*context, lines, runCode);
+        ASSERT_NE(context->varList.first, nullptr);
+        user().lines.clear();
+    }
+};
+
+TEST_F(CommandsOnAPort, SetSelectionWritesOnlyTheSelectedRowsAndReportsThroughThePort) {
+    setNew("LUPREC", "3");
+    setNew("AUNITS", "1");
+    RecordingPort port(*context);
+    VariableCommands commands(port, *context);
+    port.FillList();
+    VarListView& view = port.listView();
+    const int row = view.rowModel()->rowOf(&at("LUPREC"));
+    view.selectionModel()->select(view.model()->index(row, 0),
+                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    port.calls.clear();
+
+    commands.OnSetSelection();
+    EXPECT_EQ(at("LUPREC").currentText, "3") << "the selected record was set";
+    EXPECT_EQ(at("AUNITS").currentText, "0") << "the other record kept the host's value";
+    EXPECT_FALSE(at("AUNITS").isMarkedToSet());
+    const std::vector<std::string> expected = {"SetStatusTexts " + gMsg.TxWriteSuccessOnce + " ",
+                                               "SetRunCode " + std::to_string(runcode::done), "FillList"};
+    EXPECT_EQ(port.calls, expected);
+    EXPECT_EQ(user().lines, std::vector<std::string>{infoBox(gMsg.TxWriteSuccessOnce + " ")});
+}
+
+TEST_F(CommandsOnAPort, NewListAsksBeforeItEmptiesAUserListWithEntries) {
+    at("LUPREC").setInUserList();
+    setNew("LUPREC", "3");
+    context->varList.userFileName = "mine.var";
+    RecordingPort port(*context);
+    FileCommands commands(port, *context);
+
+    user().answers = {"no"};
+    EXPECT_FALSE(commands.NewList());
+    EXPECT_TRUE(at("LUPREC").inUserList());
+    EXPECT_EQ(context->varList.userFileName, "mine.var");
+    EXPECT_EQ(port.calls, std::vector<std::string>{"ShowView"}) << "the user sees the list asked about";
+
+    user().answers = {"yes"};
+    port.calls.clear();
+    EXPECT_TRUE(commands.NewList());
+    EXPECT_FALSE(context->varList.hasUserEntries());
+    EXPECT_TRUE(at("LUPREC").newText.empty());
+    EXPECT_EQ(context->varList.userFileName, gMsg.TxNewVarFile);
+    EXPECT_EQ(port.calls, (std::vector<std::string>{"ShowView", "ShowView"}));
+}
