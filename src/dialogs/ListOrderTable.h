@@ -14,7 +14,9 @@ class cMsgCatalog;
 using RowBuilder = std::vector<ListRow> (*)(const cSysVarList& list, const RowFilter& filter);
 
 // One order of the list with everything that names or builds it. A new order is a ListOrder value
-// and one row of the table (and its entry in the main dialog's menu template).
+// and one row of the table, with its row builder beside the others in VarListModel.cpp and its
+// entry in the main dialog's menu template; the main dialog takes its button, mark and command
+// from the row.
 struct ListOrderEntry {
     ListOrder order;
     int command;                        // the main dialog's menu command

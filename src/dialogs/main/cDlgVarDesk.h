@@ -43,8 +43,6 @@ public:
 
     // Runs a menu command by id, as the menu or a posted tool bar click does.
     void OnCommand(int id);
-    // The menu command a tool bar button posts; 0 for an id of no button.
-    static int commandOfButton(int buttonId);
 
     void FillList() override;
     void ShowVariable(cSysVar* record) override;
@@ -61,7 +59,6 @@ public:
     QAction* toolAction(int buttonId) const;
     QLabel* statusPane(int index) const;
     QWidget* clientArea() const { return m_client; }
-    DocumentState& context() const { return m_context; }
 
     void setVisible(bool visible) override;
 
@@ -108,6 +105,8 @@ private:
     void applyMenuMarks();
     void applyToolMarks();
     void onToolButton(int buttonId);
+    // The menu command a tool bar button posts; 0 for an id of no button.
+    static int commandOfButton(int buttonId);
 
     // ---- list and value field ----
     void SetupList();
