@@ -3,6 +3,7 @@
 #include "Benchmarks.h"
 
 #include "dialogs/DlgFind2.h"
+#include "dialogs/ListOrderTable.h"
 #include "dialogs/main/cDlgVarDesk.h"
 #include "frame/cDocCntx.h"
 
@@ -208,7 +209,7 @@ void hugeIniRun(benchmark::State& state, int megabytes, bool first) {
 
 // FillList in one order over every record, on the shown main dialog: the rows built, the model
 // reset, the selection carried over and the list painted.
-void fillList(benchmark::State& state, int size, int order) {
+void fillList(benchmark::State& state, int size, ListOrder order) {
     Workspace* w = workspaceFor(state, size);
     if (!w)
         return;
@@ -216,10 +217,10 @@ void fillList(benchmark::State& state, int size, int order) {
     cDocCntx& context = *w->context;
     context.view = ListView::All;
     context.compareMode = CompareMode::Off;
-    context.viewOrder = listOrderAt(order);
+    context.viewOrder = order;
     for (auto _ : state)
         dialog.FillList();
-    state.counters["rows"] = dialog.listCtrl->model()->rowCount();
+    state.counters["rows"] = dialog.findChild<QAbstractItemView*>(kListId)->model()->rowCount();
     context.viewOrder = ListOrder::Letter;
 }
 
@@ -270,9 +271,11 @@ void registerDialogBenchmarks(int size) {
         ->Unit(benchmark::kMillisecond)
         ->UseManualTime()
         ->Iterations(kStarts);
-    for (int order = 0; order < 4; ++order)
-        benchmark::RegisterBenchmark(nameOf(("FillListOrder" + std::to_string(order)).c_str(), size).c_str(),
-                                     fillList, size, order)
+    int position = 0;
+    for (const ListOrderEntry& order : listOrderTable())
+        benchmark::RegisterBenchmark(
+            nameOf(("FillListOrder" + std::to_string(position++)).c_str(), size).c_str(), fillList, size,
+            order.order)
             ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark(nameOf("Search", size).c_str(), search, size)->Unit(benchmark::kMillisecond);
 }

@@ -1,6 +1,7 @@
 // VarListDelegate: paints the rows of a variable list from their records: colours, image, indent, clip.
 #include "VarListDelegate.h"
 
+#include "ListOrderTable.h"
 #include "ModuleResources.h"
 #include "vars/QtText.h"
 
@@ -12,8 +13,8 @@
 
 namespace {
 
-// Row images in their order: drawing-specific, global, the two scope orders, letter, theme.
-constexpr int kRowIcons[rowimage::count] = {1074, 1102, 1110, 1111, 1072, 1073};
+// The icon of each RowImage: drawing-specific, global, the two scope orders, letter, theme.
+constexpr int kRowIcons[kRowImageCount] = {1074, 1102, 1110, 1111, 1072, 1073};
 
 constexpr int kMostCharacters = 255;
 constexpr int kRecordIndentLetterThemeOrders = 20;
@@ -21,13 +22,14 @@ constexpr int kRecordIndentScopeOrders = 40;
 constexpr int kSecondLevelHeaderIndent = 20;
 
 bool isScopeOrder(ListOrder order) {
-    return order == ListOrder::ScopeLetter || order == ListOrder::ScopeTheme;
+    const ListOrderEntry* entry = listOrderEntry(order);
+    return entry && entry->byScope;
 }
 
-int imageIndentOf(const cSysVar* record, int image, ListOrder order) {
+int imageIndentOf(const cSysVar* record, RowImage image, ListOrder order) {
     if (record)
         return isScopeOrder(order) ? kRecordIndentScopeOrders : kRecordIndentLetterThemeOrders;
-    if (isScopeOrder(order) && (image == rowimage::letter || image == rowimage::theme))
+    if (isScopeOrder(order) && (image == RowImage::Letter || image == RowImage::Theme))
         return kSecondLevelHeaderIndent;
     return 0;
 }
@@ -59,7 +61,7 @@ RowPalette RowPalette::of(const QPalette& palette) {
             palette.color(QPalette::Active, QPalette::HighlightedText)};
 }
 
-RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, ListOrder order, bool selected,
+RowLook lookOfRow(const QString& text0, RowImage image, const cSysVar* record, ListOrder order, bool selected,
                   const RowPalette& palette) {
     RowLook look;
     look.texts[0] = firstCharacters(text0, kMostCharacters);
@@ -94,14 +96,15 @@ VarListDelegate::VarListDelegate(QAbstractItemView& view, const std::vector<QIco
 RowLook VarListDelegate::lookAt(const QModelIndex& index, bool selected) const {
     const QModelIndex first = index.siblingAtColumn(0);
     const auto* record = static_cast<const cSysVar*>(first.data(kRowRecordRole).value<void*>());
-    return lookOfRow(first.data(Qt::DisplayRole).toString(), first.data(kRowImageRole).toInt(), record,
-                     m_order, selected, RowPalette::of(m_view.palette()));
+    return lookOfRow(first.data(Qt::DisplayRole).toString(),
+                     static_cast<RowImage>(first.data(kRowImageRole).toInt()), record, m_order, selected,
+                     RowPalette::of(m_view.palette()));
 }
 
 void VarListDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                             const QModelIndex& index) const {
     const int column = index.column();
-    if (column < 0 || column > 2)
+    if (column < 0 || column >= kListColumns)
         return;
     const RowLook look = lookAt(index, option.state & QStyle::State_Selected);
     // Windows' edges: the cell Qt gives starts one pixel right of the list's own column edge.
@@ -112,9 +115,9 @@ void VarListDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
 
     painter->save();
     painter->fillRect(QRect(left, top, right - left + 1, height), look.backgrounds[column]);
-    if (column == 0 && look.image >= 0 && look.image < static_cast<int>(m_images.size()))
-        m_images[look.image].paint(painter,
-                                   QRect(left + kCellMargin + look.imageIndent, top, kImageSize, kImageSize));
+    if (const auto image = static_cast<std::size_t>(look.image); column == 0 && image < m_images.size())
+        m_images[image].paint(painter,
+                              QRect(left + kCellMargin + look.imageIndent, top, kImageSize, kImageSize));
     const QRect clip(left + kCellMargin, top, std::max(0, right - left - kCellMargin), height);
     painter->setClipRect(clip);
     painter->setFont(option.font);
@@ -143,7 +146,7 @@ QSize VarListDelegate::sizeHint(const QStyleOptionViewItem& option, const QModel
 
 QVariantMap VarListDelegate::automationCell(const QModelIndex& index) const {
     const int column = index.column();
-    if (!index.isValid() || column < 0 || column > 2)
+    if (!index.isValid() || column < 0 || column >= kListColumns)
         return {};
     const QItemSelectionModel* selection = m_view.selectionModel();
     const bool selected = selection && selection->isSelected(index.siblingAtColumn(0));
@@ -151,5 +154,5 @@ QVariantMap VarListDelegate::automationCell(const QModelIndex& index) const {
     return {{QStringLiteral("text"), look.texts[column]},
             {QStringLiteral("background"), look.backgrounds[0]},
             {QStringLiteral("foreground"), look.foregrounds[column]},
-            {QStringLiteral("image"), look.image}};
+            {QStringLiteral("image"), static_cast<int>(look.image)}};
 }

@@ -16,7 +16,7 @@ class QAbstractItemView;
 inline constexpr std::uint32_t kReadOnlyBackground = 0xC0C0C0;
 inline constexpr std::uint32_t kGlobalNameColour = 0xFF0000; // blue
 
-// The row images of a list, in rowimage order.
+// The row images of a list, indexed by RowImage.
 std::vector<QIcon> makeRowImages();
 
 // A 0x00BBGGRR colour as Qt's.
@@ -33,7 +33,7 @@ struct RowLook {
     QString texts[kListColumns];
     QColor backgrounds[kListColumns];
     QColor foregrounds[kListColumns];
-    int image = 0;
+    RowImage image = RowImage::Drawing;
     int imageIndent = 0; // pixels right of the cell margin of column 0
 };
 
@@ -42,7 +42,7 @@ struct RowLook {
 // cells hold; a read-only record a grey background, a global one a blue name, the new value its
 // compareColour. Selected rows take the highlight colours over all of it. Column 0's text is cut
 // at 255 characters.
-RowLook lookOfRow(const QString& text0, int image, const cSysVar* record, ListOrder order, bool selected,
+RowLook lookOfRow(const QString& text0, RowImage image, const cSysVar* record, ListOrder order, bool selected,
                   const RowPalette& palette);
 
 // Paints every cell itself, as the window system's owner-drawn list did: the background one pixel

@@ -1,6 +1,7 @@
 // VarListModel: the rows of a variable list by view, compare mode and order, with their header rows.
 #include "VarListModel.h"
 
+#include "ListOrderTable.h"
 #include "settings/cMsgCatalog.h"
 #include "vars/QtText.h"
 
@@ -13,8 +14,8 @@ std::string indented(int level, const std::string& text) {
     return std::string(kIndentBlanks[level], ' ') + text;
 }
 
-int imageOf(const cSysVar& record) {
-    return record.isDrawingSpecific() ? rowimage::drawing : rowimage::global;
+RowImage imageOf(const cSysVar& record) {
+    return record.isDrawingSpecific() ? RowImage::Drawing : RowImage::Global;
 }
 
 using Members = std::vector<cSysVar*>;
@@ -53,7 +54,7 @@ public:
     // One group a letter "A" to "Z".
     void letters(int headerLevel, const Groups& groups) {
         for (char letter = 'A'; letter <= 'Z'; ++letter) {
-            const ListRow header{indented(headerLevel, std::string(1, letter)), rowimage::letter, nullptr};
+            const ListRow header{indented(headerLevel, std::string(1, letter)), RowImage::Letter, nullptr};
             group(header, headerLevel + 1, groups.letters[letter - 'A']);
         }
     }
@@ -66,9 +67,9 @@ public:
                 continue;
             std::string title;
             themes.themeNameOf(title, index);
-            group({indented(headerLevel, title), rowimage::theme, nullptr}, headerLevel + 1, members->second);
+            group({indented(headerLevel, title), RowImage::Theme, nullptr}, headerLevel + 1, members->second);
         }
-        group({indented(headerLevel, gMsg.TxDefaultTheme), rowimage::theme, nullptr}, headerLevel + 1,
+        group({indented(headerLevel, gMsg.TxDefaultTheme), RowImage::Theme, nullptr}, headerLevel + 1,
               groups.noTheme);
     }
 
@@ -78,7 +79,9 @@ private:
     bool m_scopeShown = false;
 };
 
-// inScope: 0 global records only, 1 drawing-specific ones only, anything else all of them.
+constexpr int kAllScopes = -1;
+
+// inScope: 0 global records only, 1 drawing-specific ones only, kAllScopes all of them.
 Groups groupRecords(const cSysVarList& list, const RowFilter& filter, int inScope, bool byTheme) {
     Groups groups;
     for (cSysVar* record = list.first; record; record = record->next) {
@@ -97,6 +100,23 @@ Groups groupRecords(const cSysVarList& list, const RowFilter& filter, int inScop
     return groups;
 }
 
+// A header for each scope, global first, and under it the groups of its records.
+std::vector<ListRow> rowsByScope(const cSysVarList& list, const RowFilter& filter, bool byTheme) {
+    std::vector<ListRow> rows;
+    RowWriter writer(rows);
+    for (const bool drawing : {false, true}) {
+        const ListRow scope{indented(0, drawing ? gMsg.TxDrawSpecific : gMsg.TxGlobal),
+                            drawing ? RowImage::Drawing : RowImage::Global, nullptr};
+        writer.startScope(&scope);
+        const Groups groups = groupRecords(list, filter, drawing ? 1 : 0, byTheme);
+        if (byTheme)
+            writer.themes(1, list.themes, groups);
+        else
+            writer.letters(1, groups);
+    }
+    return rows;
+}
+
 } // namespace
 
 bool RowFilter::passes(const cSysVar& record) const {
@@ -108,33 +128,28 @@ bool RowFilter::passes(const cSysVar& record) const {
 }
 
 std::vector<ListRow> buildListRows(const cSysVarList& list, ListOrder order, const RowFilter& filter) {
-    constexpr int kAllScopes = -1;
+    const ListOrderEntry* entry = listOrderEntry(order);
+    return entry ? entry->rows(list, filter) : std::vector<ListRow>{};
+}
+
+std::vector<ListRow> rowsByLetter(const cSysVarList& list, const RowFilter& filter) {
     std::vector<ListRow> rows;
-    RowWriter writer(rows);
-    switch (order) {
-    case ListOrder::Letter:
-        writer.letters(0, groupRecords(list, filter, kAllScopes, false));
-        break;
-    case ListOrder::Theme:
-        writer.themes(0, list.themes, groupRecords(list, filter, kAllScopes, true));
-        break;
-    case ListOrder::ScopeLetter:
-    case ListOrder::ScopeTheme:
-        for (const bool drawing : {false, true}) {
-            const ListRow scope{indented(0, drawing ? gMsg.TxDrawSpecific : gMsg.TxGlobal),
-                                drawing ? rowimage::drawing : rowimage::global, nullptr};
-            writer.startScope(&scope);
-            const Groups groups = groupRecords(list, filter, drawing ? 1 : 0, order == ListOrder::ScopeTheme);
-            if (order == ListOrder::ScopeLetter)
-                writer.letters(1, groups);
-            else
-                writer.themes(1, list.themes, groups);
-        }
-        break;
-    default:
-        break;
-    }
+    RowWriter(rows).letters(0, groupRecords(list, filter, kAllScopes, false));
     return rows;
+}
+
+std::vector<ListRow> rowsByTheme(const cSysVarList& list, const RowFilter& filter) {
+    std::vector<ListRow> rows;
+    RowWriter(rows).themes(0, list.themes, groupRecords(list, filter, kAllScopes, true));
+    return rows;
+}
+
+std::vector<ListRow> rowsByScopeThenLetter(const cSysVarList& list, const RowFilter& filter) {
+    return rowsByScope(list, filter, false);
+}
+
+std::vector<ListRow> rowsByScopeThenTheme(const cSysVarList& list, const RowFilter& filter) {
+    return rowsByScope(list, filter, true);
 }
 
 // ---- VarListModel ----
@@ -206,7 +221,7 @@ QVariant VarListModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
         return qs(row.texts[index.column()]);
     case kRowImageRole:
-        return index.column() == 0 ? QVariant(row.image) : QVariant();
+        return index.column() == 0 ? QVariant(static_cast<int>(row.image)) : QVariant();
     case kRowRecordRole:
         return index.column() == 0 ? QVariant::fromValue(static_cast<void*>(row.record)) : QVariant();
     default:

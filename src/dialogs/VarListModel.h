@@ -12,19 +12,22 @@
 // The columns of a variable list: name, current value, new value. A list may show fewer.
 inline constexpr int kListColumns = 3;
 
-// Roles of column 0 of a list row: the row image's index and the record (a cSysVar*, null for a
-// header row).
+// Roles of column 0 of a list row: the row image (a RowImage as int) and the record (a cSysVar*,
+// null for a header row).
 inline constexpr int kRowImageRole = Qt::UserRole + 1;
 inline constexpr int kRowRecordRole = Qt::UserRole + 2;
 
-// Indices into the row images, in the order the images are made.
-namespace rowimage {
-inline constexpr int drawing = 0; // a drawing-specific variable, and its scope header
-inline constexpr int global = 1;  // a global variable, and its scope header
-inline constexpr int letter = 4;  // a letter header
-inline constexpr int theme = 5;   // a theme header
-inline constexpr int count = 6;
-} // namespace rowimage
+// The row images, in the order they are made. The two images of the scope orders are made with
+// the others and shown by no row.
+enum class RowImage : int {
+    Drawing,     // a drawing-specific variable, and its scope header
+    Global,      // a global variable, and its scope header
+    ScopeLetter, // the image of the order by scope then letter
+    ScopeTheme,  // the image of the order by scope then theme
+    Letter,      // a letter header
+    Theme,       // a theme header
+};
+inline constexpr int kRowImageCount = 6;
 
 // The indents of the three levels: leading blanks of the text of column 0, over which the row's
 // image is drawn.
@@ -41,14 +44,22 @@ struct RowFilter {
 // a header row). Columns 1 and 2 of a variable row are its currentText and newText.
 struct ListRow {
     std::string text;
-    int image = 0;
+    RowImage image = RowImage::Drawing;
     cSysVar* record = nullptr;
 };
 
-// The rows of list in order for the records that pass filter. A header stands only ahead of a
-// record that passed; an order outside the four gives no rows. Names that do not begin with "A" to "Z" have
-// no row in the letter orders; records of a theme that the list does not hold gather under TxDefaultTheme.
+// The rows of list in order for the records that pass filter, built by the order's row builder in
+// the order table; an order without a row there gives no rows. A header stands only ahead of a
+// record that passed. Names that do not begin with "A" to "Z" have no row in the letter orders;
+// records of a theme that the list does not hold gather under TxDefaultTheme.
 std::vector<ListRow> buildListRows(const cSysVarList& list, ListOrder order, const RowFilter& filter);
+
+// The row builders of the four orders: by letter, by theme, and the same under a header for each
+// scope (global first).
+std::vector<ListRow> rowsByLetter(const cSysVarList& list, const RowFilter& filter);
+std::vector<ListRow> rowsByTheme(const cSysVarList& list, const RowFilter& filter);
+std::vector<ListRow> rowsByScopeThenLetter(const cSysVarList& list, const RowFilter& filter);
+std::vector<ListRow> rowsByScopeThenTheme(const cSysVarList& list, const RowFilter& filter);
 
 // The rows of a list control: three columns (or two, without the new value) whose cells are
 // written at insertion and by setData of a cell, and whose header texts are set by the owner.
@@ -80,7 +91,7 @@ public:
 private:
     struct Row {
         std::string texts[kListColumns]; // UTF-8
-        int image = 0;
+        RowImage image = RowImage::Drawing;
         cSysVar* record = nullptr;
     };
     int m_columns;

@@ -1,6 +1,7 @@
 // Shared set-up of the dialog tests: in-process host, scripted user, a context with a small list.
 #pragma once
 #include "dialogs/main/cDlgVarDesk.h"
+#include "dialogs/VarListView.h"
 #include "frame/cContext.h"
 #include "frame/cDocCntx.h"
 #include "settings/cMsgCatalog.h"
@@ -13,7 +14,11 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QStatusBar>
 #include <QTest>
+#include <QToolBar>
 
 #include <deque>
 #include <filesystem>
@@ -186,21 +191,28 @@ protected:
             ASSERT_TRUE(record.applyEditText(text)) << name << " " << text;
     }
 
-    VarListModel& rows() { return *d->listCtrl->rowModel(); }
+    // The main dialog's controls, found by their ids as the window automation finds them.
+    VarListView& list() { return *control<VarListView>(*d, mainids::kList); }
+    QPlainTextEdit& description() { return *control<QPlainTextEdit>(*d, mainids::kDescription); }
+    QLineEdit& value() { return *control<QLineEdit>(*d, mainids::kValue); }
+    QToolBar& toolBar() { return *control<QToolBar>(*d, mainids::kToolBar); }
+    QStatusBar& statusBar() { return *control<QStatusBar>(*d, mainids::kStatusBar); }
+
+    VarListModel& rows() { return *list().rowModel(); }
     int rowOf(const char* name) { return rows().rowOf(&at(name)); }
     void selectRow(int row) {
-        d->listCtrl->selectionModel()->select(rows().index(row, 0),
-                                              QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        list().selectionModel()->select(rows().index(row, 0),
+                                        QItemSelectionModel::Select | QItemSelectionModel::Rows);
     }
     void clickRow(int row, Qt::KeyboardModifiers mods = {}) {
-        QTest::mouseClick(d->listCtrl->viewport(), Qt::LeftButton, mods,
-                          d->listCtrl->visualRect(rows().index(row, 0)).center());
+        QTest::mouseClick(list().viewport(), Qt::LeftButton, mods,
+                          list().visualRect(rows().index(row, 0)).center());
     }
     // The records of the selected rows, by name, in row order.
     std::vector<std::string> selectedNames() {
         std::vector<std::string> names;
         for (int row = 0; row < rows().rowCount(); ++row)
-            if (d->listCtrl->selectionModel()->isSelected(rows().index(row, 0)))
+            if (list().selectionModel()->isSelected(rows().index(row, 0)))
                 names.push_back(rows().recordAt(row) ? rows().recordAt(row)->name : "<header>");
         return names;
     }

@@ -1,7 +1,13 @@
 // Tests of the main dialog: status panes, layout, tool bar, columns, list orders, row colours, keys,
-// the search's notification. Set and its report are in the scenarios commands_set and dialogs_set.
+// the search's notification, and the variable commands behind a port of their own. Set and its report are in
+// the scenarios commands_set and dialogs_set.
 #include "CommandsTestKit.h"
 
+#include "dialogs/ListOrderTable.h"
+#include "dialogs/main/FileCommands.h"
+#include "dialogs/main/LoadStep.h"
+#include "dialogs/main/MainDialogPort.h"
+#include "dialogs/main/VariableCommands.h"
 #include "dialogs/ModuleResources.h"
 #include "dialogs/VarListView.h"
 
@@ -16,6 +22,8 @@
 #include <QTimer>
 #include <QToolBar>
 
+#include <map>
+
 namespace {
 
 using namespace commandstest;
@@ -26,7 +34,7 @@ protected:
     // What the delegate reports it paints ("text", "foreground", "background"), as the dump reads it.
     QVariant painted(int row, int column, const char* what) {
         QVariantMap cell;
-        QMetaObject::invokeMethod(d->listCtrl->itemDelegate(), "automationCell", Qt::DirectConnection,
+        QMetaObject::invokeMethod(list().itemDelegate(), "automationCell", Qt::DirectConnection,
                                   Q_RETURN_ARG(QVariantMap, cell),
                                   Q_ARG(QModelIndex, rows().index(row, column)));
         return cell[what];
@@ -37,15 +45,15 @@ protected:
 };
 
 // A row as its indented text and image.
-std::string row(int level, const std::string& text, int image) {
-    return std::string(7 * (level + 1), ' ') + text + "|" + std::to_string(image);
+std::string row(int level, const std::string& text, RowImage image) {
+    return std::string(7 * (level + 1), ' ') + text + "|" + std::to_string(static_cast<int>(image));
 }
 
-TEST_F(MainDialog, StatusPanesAreMeasuredAndTellARecordsKind) {
+TEST_F(MainDialog, StatusPanesAreAsWideAsTheirLongestTextAndEndAtTheRight) {
     open();
-    const QList<QLabel*> panes = d->statusBar->findChildren<QLabel*>(Qt::FindDirectChildrenOnly);
+    const QList<QLabel*> panes = statusBar().findChildren<QLabel*>(Qt::FindDirectChildrenOnly);
     ASSERT_EQ(panes.size(), 3);
-    const QFontMetrics m(d->statusBar->font());
+    const QFontMetrics m(statusBar().font());
     auto w = [&m](const std::string& t) { return m.horizontalAdvance(QString::fromStdString(t)); };
     // What the label gives its text: its contents less the indent on both sides.
     auto room = [](const QLabel* p) { return p->contentsRect().width() - 2 * p->indent(); };
@@ -53,96 +61,172 @@ TEST_F(MainDialog, StatusPanesAreMeasuredAndTellARecordsKind) {
     EXPECT_GE(room(panes[2]), std::max(w(gMsg.StDrawSpecific), w(gMsg.StGlobal)));
     EXPECT_LE(room(panes[2]), std::max(w(gMsg.StDrawSpecific), w(gMsg.StGlobal)) + 2)
         << "a pane no wider than its text and frame";
-    EXPECT_EQ(panes[2]->x() + panes[2]->width(), d->statusBar->width());
-    d->ShowStatus(&at("VIEWCTR")); // changeable and drawing-specific rows are in the scenarios
+    EXPECT_EQ(panes[2]->x() + panes[2]->width(), statusBar().width());
+}
+
+// Changeable and global records are in the scenarios.
+TEST_F(MainDialog, StatusPanesTellAReadOnlyDrawingRecord) {
+    open();
+    d->ShowStatus(&at("VIEWCTR"));
+    EXPECT_EQ(pane(0), "Anzeige");
     EXPECT_EQ(pane(1), gMsg.StProtected);
     EXPECT_EQ(pane(2), gMsg.StDrawSpecific);
 }
 
-// The description gives up lines below a list of 6H and nothing moves below 2H; a description
-// longer than the visible lines gets its scroll bar.
-TEST_F(MainDialog, LayoutKeepsMarginsAndGivesUpDescriptionLines) {
-    open();
-    QWidget* list = d->listCtrl;
-    QWidget* description = d->descriptionEdit;
-    QWidget* value = d->valueEdit;
-    const int H = value->height();
-    const int fixed = d->toolBar->height() + d->statusBar->height() + 4 * 10 + H;
-    const int menu = d->height() - d->clientArea()->height();
-    at("LUPREC").description = "a\nb\nc";
-    const struct {
-        int listRoom; // client height less the fixed parts: list + description
-        int lines;
-        bool moves;
-    } cases[] = {{9 * H, 3, true}, {9 * H - 1, 2, true}, {3 * H, 1, true}, {3 * H - 1, 1, false}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE("room " + std::to_string(c.listRoom) + " with H " + std::to_string(H));
-        const QRect listBefore = list->geometry();
-        d->resize(500, menu + fixed + c.listRoom);
+// Heights of the window in which the list and the description share listRoom; H is the height
+// of the value field.
+struct LayoutCase {
+    int listRoom;
+    int lines;  // lines the description shows
+    bool moves; // whether the controls follow the window
+};
+
+class MainDialogLayout : public MainDialog {
+protected:
+    // Makes the dialog as high as gives the list and the description room.
+    void resizeToRoom(int room) {
+        const int fixed = toolBar().height() + statusBar().height() + 4 * 10 + H();
+        const int menu = d->height() - d->clientArea()->height();
+        d->resize(500, menu + fixed + room);
         QCoreApplication::processEvents();
-        EXPECT_EQ(d->visibleLines, c.lines);
-        d->ShowVariable(&at("LUPREC"));
-        EXPECT_EQ(d->descriptionEdit->verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOn, c.lines < 3);
-        if (!c.moves) {
-            EXPECT_EQ(list->geometry(), listBefore) << "nothing moves";
-            continue;
+    }
+    int H() { return value().height(); }
+};
+
+TEST_F(MainDialogLayout, DescriptionGivesUpLinesBelowAListOfSixValueHeights) {
+    open();
+    const int H = this->H();
+    const LayoutCase cases[] = {
+        {9 * H, 3, true}, {9 * H - 1, 2, true}, {3 * H, 1, true}, {3 * H - 1, 1, false}};
+    for (const LayoutCase& c : cases) {
+        SCOPED_TRACE("room " + std::to_string(c.listRoom) + " with H " + std::to_string(H));
+        resizeToRoom(c.listRoom);
+        EXPECT_EQ(d->visibleLines(), c.lines);
+        if (c.moves) {
+            EXPECT_EQ(description().height(), c.lines * H);
         }
-        EXPECT_EQ(list->y(), d->toolBar->y() + d->toolBar->height() + 10);
-        EXPECT_EQ(value->y() + value->height(), d->statusBar->y() - 10);
-        EXPECT_EQ(value->height(), H);
-        EXPECT_EQ(description->height(), c.lines * H);
-        EXPECT_EQ(description->y() + description->height(), value->y() - 10);
-        EXPECT_EQ(list->y() + list->height(), description->y() - 10);
-        for (QWidget* w : {list, description, value})
+    }
+}
+
+TEST_F(MainDialogLayout, NothingMovesBelowAListOfTwoValueHeights) {
+    open();
+    const int H = this->H();
+    resizeToRoom(3 * H);
+    const QRect listBefore = list().geometry();
+    resizeToRoom(3 * H - 1);
+    EXPECT_EQ(list().geometry(), listBefore);
+}
+
+TEST_F(MainDialogLayout, ControlsKeepMarginsOfTenAndFillTheWidth) {
+    open();
+    const int H = this->H();
+    for (int room : {9 * H, 9 * H - 1, 3 * H}) {
+        SCOPED_TRACE("room " + std::to_string(room) + " with H " + std::to_string(H));
+        resizeToRoom(room);
+        EXPECT_EQ(list().y(), toolBar().y() + toolBar().height() + 10);
+        EXPECT_EQ(value().y() + value().height(), statusBar().y() - 10);
+        EXPECT_EQ(value().height(), H);
+        EXPECT_EQ(description().y() + description().height(), value().y() - 10);
+        EXPECT_EQ(list().y() + list().height(), description().y() - 10);
+        for (QWidget* w : {static_cast<QWidget*>(&list()), static_cast<QWidget*>(&description()),
+                           static_cast<QWidget*>(&value())})
             EXPECT_EQ(w->x() + w->width(), d->clientArea()->width() - 10) << w->objectName().toStdString();
     }
 }
 
-TEST_F(MainDialog, ToolBarButtonsPostTheirCommandsAfterTheClick) {
+// A description of three lines needs its scroll bar only when fewer lines show.
+TEST_F(MainDialogLayout, DescriptionScrollBarShowsWhenLinesAreHidden) {
     open();
-    auto pressed = [this](int id) { return d->toolAction(id)->isChecked(); };
-    d->toolAction(kButtonSortLetter + 2)->trigger();
+    at("LUPREC").description = "a\nb\nc";
+    const int H = this->H();
+    for (const auto& [room, shown] :
+         {std::pair{9 * H, false}, {9 * H - 1, true}, {3 * H, true}, {3 * H - 1, true}}) {
+        SCOPED_TRACE("room " + std::to_string(room) + " with H " + std::to_string(H));
+        resizeToRoom(room);
+        d->ShowVariable(&at("LUPREC"));
+        EXPECT_EQ(description().verticalScrollBarPolicy() == Qt::ScrollBarAlwaysOn, shown);
+    }
+}
+
+TEST_F(MainDialog, ToolBarButtonPostsItsCommandAfterTheClick) {
+    open();
+    const ListOrderEntry& scopeLetter = *listOrderEntry(ListOrder::ScopeLetter);
+    d->toolAction(scopeLetter.button)->trigger();
     EXPECT_EQ(context->viewOrder, ListOrder::Letter) << "the command waits for the click to end";
     QCoreApplication::processEvents();
     EXPECT_EQ(context->viewOrder, ListOrder::ScopeLetter);
-    EXPECT_TRUE(pressed(kButtonSortLetter + 2));
-    EXPECT_FALSE(pressed(kButtonSortLetter));
-    d->toolAction(kButtonAdd)->trigger(); // indeterminate in view 0: no command
+    EXPECT_TRUE(d->toolAction(scopeLetter.button)->isChecked());
+    EXPECT_FALSE(d->toolAction(listOrderEntry(ListOrder::Letter)->button)->isChecked());
+}
+
+TEST_F(MainDialog, AddAndDeleteButtonsTakeNoClickInViewAll) {
+    open();
+    for (int button : {kButtonAdd, kButtonDelete})
+        EXPECT_TRUE(d->toolAction(button)->property("indeterminate").toBool()) << button;
+    user().modal = [](QDialog&) -> int {
+        ADD_FAILURE() << "the selection dialog opened";
+        return QDialog::Rejected;
+    };
+    d->toolAction(kButtonAdd)->trigger();
     QCoreApplication::processEvents();
-    EXPECT_TRUE(d->toolAction(kButtonAdd)->property("indeterminate").toBool());
+    EXPECT_TRUE(d->toolAction(kButtonAdd)->property("indeterminate").toBool()) << "the click changed nothing";
     d->toolAction(kButtonShowList)->trigger();
     QCoreApplication::processEvents();
     EXPECT_EQ(context->view, ListView::UserList);
-    EXPECT_FALSE(d->toolAction(kButtonAdd)->property("indeterminate").toBool());
-    d->toolAction(kButtonCompare)->trigger();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(context->compareMode, CompareMode::On);
-    EXPECT_EQ(d->toolBarImages[18].pixmap(16, 16).toImage(), moduleIconPixmap(kIconCompareOn).toImage());
+    for (int button : {kButtonAdd, kButtonDelete})
+        EXPECT_FALSE(d->toolAction(button)->property("indeterminate").toBool()) << button;
 }
 
-TEST_F(MainDialog, ColumnWidthsAreClampedOnTheWayInAndOutAndTheEndStoresTheRectangle) {
+TEST_F(MainDialog, CompareButtonShowsTheIconOfItsState) {
+    open();
+    QAction* compare = d->toolAction(kButtonCompare);
+    EXPECT_EQ(compare->icon().pixmap(16, 16).toImage(), moduleIconPixmap(kIconCompareOff).toImage());
+    compare->trigger();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(context->compareMode, CompareMode::On);
+    EXPECT_TRUE(compare->isChecked());
+    EXPECT_EQ(compare->icon().pixmap(16, 16).toImage(), moduleIconPixmap(kIconCompareOn).toImage());
+}
+
+TEST_F(MainDialog, ColumnWidthsAreClampedAsTheListIsSetUp) {
     context->listCtrlFirstCol = 10;
     context->listCtrlSecCol = 5000;
     open();
-    EXPECT_EQ(d->listCtrl->columnWidth(0), 46);
-    EXPECT_EQ(d->listCtrl->columnWidth(1), 1200);
-    EXPECT_EQ(context->listCtrlFirstCol, 46);
-    d->move(40, 50);
-    d->resize(600, 400);
-    d->listCtrl->setColumnWidth(0, 1500);
-    d->listCtrl->setColumnWidth(1, 7);
-    d->listCtrl->setColumnWidth(2, 0);
-    at("LUPREC").setSelected();
+    EXPECT_EQ(list().columnWidth(0), 46);
+    EXPECT_EQ(list().columnWidth(1), 1200);
+    EXPECT_EQ(list().columnWidth(2), 100);
+    EXPECT_EQ(context->listCtrlFirstCol, 46) << "the clamped width stays in the context";
+}
+
+TEST_F(MainDialog, TheEndStoresClampedWidthsButNoWidthOfZero) {
+    open();
+    list().setColumnWidth(0, 1500);
+    list().setColumnWidth(1, 7);
+    list().setColumnWidth(2, 0);
     d->close();
-    EXPECT_EQ(d->runCode, 0);
-    const QRect stored(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY);
-    EXPECT_EQ(stored, d->frameGeometry());
     EXPECT_EQ(context->listCtrlFirstCol, 1200);
     EXPECT_EQ(context->listCtrlSecCol, 20);
     EXPECT_EQ(context->listCtrlThirdCol, 100) << "a width of 0 is not stored";
-    EXPECT_FALSE(at("LUPREC").isSelected());
+}
 
-    // The next run opens where this one ended, on the list already read.
+TEST_F(MainDialog, TheEndStoresTheRectangleClearsTheSelectionFlagsAndEndsTheRun) {
+    open();
+    d->move(40, 50);
+    d->resize(600, 400);
+    at("LUPREC").setSelected();
+    d->close();
+    EXPECT_EQ(d->runCode(), 0);
+    const QRect stored(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY);
+    EXPECT_EQ(stored, d->frameGeometry());
+    EXPECT_FALSE(at("LUPREC").isSelected());
+}
+
+TEST_F(MainDialog, TheNextRunOpensWhereTheLastEndedOnTheListAlreadyRead) {
+    open();
+    d->move(40, 50);
+    d->resize(600, 400);
+    d->close();
+    const QRect stored = d->frameGeometry();
     const cSysVar* first = context->varList.first;
     open();
     EXPECT_EQ(d->frameGeometry(), stored);
@@ -154,56 +238,103 @@ TEST_F(MainDialog, ColumnWidthsAreClampedOnTheWayInAndOutAndTheEndStoresTheRecta
 TEST_F(MainDialog, EveryOrderCommandBuildsItsRowsWithHeaders) {
     open();
     const std::string global = gMsg.TxGlobal, drawing = gMsg.TxDrawSpecific, other = gMsg.TxDefaultTheme;
-    const std::vector<std::string> byOrder[] = {
-        {row(0, "A", 4), row(1, "ANGBASE", 0), row(1, "AUNITS", 0), row(0, "F", 4), row(1, "FILEDIA", 1),
-         row(0, "I", 4), row(1, "INSBASE", 0), row(0, "L", 4), row(1, "LUPREC", 0), row(0, "O", 4),
-         row(1, "OSMODE", 1), row(0, "V", 4), row(1, "VIEWCTR", 0)},
-        {row(0, "Anzeige", 5), row(1, "3DOSMODE", 1), row(1, "INSBASE", 0), row(1, "OSMODE", 1),
-         row(1, "VIEWCTR", 0), row(0, "Einheiten", 5), row(1, "ANGBASE", 0), row(1, "AUNITS", 0),
-         row(1, "LUPREC", 0), row(0, other, 5), row(1, "FILEDIA", 1)},
-        {row(0, global, 1), row(1, "F", 4), row(2, "FILEDIA", 1), row(1, "O", 4), row(2, "OSMODE", 1),
-         row(0, drawing, 0), row(1, "A", 4), row(2, "ANGBASE", 0), row(2, "AUNITS", 0), row(1, "I", 4),
-         row(2, "INSBASE", 0), row(1, "L", 4), row(2, "LUPREC", 0), row(1, "V", 4), row(2, "VIEWCTR", 0)},
-        {row(0, global, 1), row(1, "Anzeige", 5), row(2, "3DOSMODE", 1), row(2, "OSMODE", 1),
-         row(1, other, 5), row(2, "FILEDIA", 1), row(0, drawing, 0), row(1, "Anzeige", 5),
-         row(2, "INSBASE", 0), row(2, "VIEWCTR", 0), row(1, "Einheiten", 5), row(2, "ANGBASE", 0),
-         row(2, "AUNITS", 0), row(2, "LUPREC", 0)},
+    const std::map<ListOrder, std::vector<std::string>> byOrder = {
+        {ListOrder::Letter,
+         {row(0, "A", RowImage::Letter), row(1, "ANGBASE", RowImage::Drawing),
+          row(1, "AUNITS", RowImage::Drawing), row(0, "F", RowImage::Letter),
+          row(1, "FILEDIA", RowImage::Global), row(0, "I", RowImage::Letter),
+          row(1, "INSBASE", RowImage::Drawing), row(0, "L", RowImage::Letter),
+          row(1, "LUPREC", RowImage::Drawing), row(0, "O", RowImage::Letter),
+          row(1, "OSMODE", RowImage::Global), row(0, "V", RowImage::Letter),
+          row(1, "VIEWCTR", RowImage::Drawing)}},
+        {ListOrder::Theme,
+         {row(0, "Anzeige", RowImage::Theme), row(1, "3DOSMODE", RowImage::Global),
+          row(1, "INSBASE", RowImage::Drawing), row(1, "OSMODE", RowImage::Global),
+          row(1, "VIEWCTR", RowImage::Drawing), row(0, "Einheiten", RowImage::Theme),
+          row(1, "ANGBASE", RowImage::Drawing), row(1, "AUNITS", RowImage::Drawing),
+          row(1, "LUPREC", RowImage::Drawing), row(0, other, RowImage::Theme),
+          row(1, "FILEDIA", RowImage::Global)}},
+        {ListOrder::ScopeLetter,
+         {row(0, global, RowImage::Global), row(1, "F", RowImage::Letter),
+          row(2, "FILEDIA", RowImage::Global), row(1, "O", RowImage::Letter),
+          row(2, "OSMODE", RowImage::Global), row(0, drawing, RowImage::Drawing),
+          row(1, "A", RowImage::Letter), row(2, "ANGBASE", RowImage::Drawing),
+          row(2, "AUNITS", RowImage::Drawing), row(1, "I", RowImage::Letter),
+          row(2, "INSBASE", RowImage::Drawing), row(1, "L", RowImage::Letter),
+          row(2, "LUPREC", RowImage::Drawing), row(1, "V", RowImage::Letter),
+          row(2, "VIEWCTR", RowImage::Drawing)}},
+        {ListOrder::ScopeTheme,
+         {row(0, global, RowImage::Global), row(1, "Anzeige", RowImage::Theme),
+          row(2, "3DOSMODE", RowImage::Global), row(2, "OSMODE", RowImage::Global),
+          row(1, other, RowImage::Theme), row(2, "FILEDIA", RowImage::Global),
+          row(0, drawing, RowImage::Drawing), row(1, "Anzeige", RowImage::Theme),
+          row(2, "INSBASE", RowImage::Drawing), row(2, "VIEWCTR", RowImage::Drawing),
+          row(1, "Einheiten", RowImage::Theme), row(2, "ANGBASE", RowImage::Drawing),
+          row(2, "AUNITS", RowImage::Drawing), row(2, "LUPREC", RowImage::Drawing)}},
     };
-    for (int order : {1, 2, 3, 0}) {
-        SCOPED_TRACE("order " + std::to_string(order));
-        d->OnCommand(kSortLetter + order);
+    // From the last order back, so that every command changes the order.
+    const auto orders = listOrderTable();
+    ASSERT_EQ(orders.size(), byOrder.size());
+    for (auto order = orders.rbegin(); order != orders.rend(); ++order) {
+        SCOPED_TRACE("command " + std::to_string(order->command));
+        d->OnCommand(order->command);
         std::vector<std::string> shown;
         for (int r = 0; r < rows().rowCount(); ++r)
             shown.push_back(rows().cellText(r, 0).toStdString() + "|" +
                             std::to_string(rows().index(r, 0).data(kRowImageRole).toInt()));
-        EXPECT_EQ(shown, byOrder[order]);
-        EXPECT_TRUE(d->menuAction(kSortLetter + order)->isChecked());
-        EXPECT_TRUE(d->toolAction(kButtonSortLetter + order)->isChecked());
+        EXPECT_EQ(shown, byOrder.at(order->order));
     }
 }
 
-TEST_F(MainDialog, OrderChangeKeepsTheSelectionOfRecordsAndEmptiesTheFields) {
+TEST_F(MainDialog, OrderCommandMarksItsOwnMenuEntryAndButtonOnly) {
+    open();
+    for (const ListOrderEntry& order : listOrderTable()) {
+        SCOPED_TRACE("command " + std::to_string(order.command));
+        d->OnCommand(order.command);
+        EXPECT_EQ(context->viewOrder, order.order);
+        for (const ListOrderEntry& other : listOrderTable()) {
+            EXPECT_EQ(d->menuAction(other.command)->isChecked(), &other == &order) << other.command;
+            EXPECT_EQ(d->toolAction(other.button)->isChecked(), &other == &order) << other.button;
+        }
+    }
+}
+
+TEST_F(MainDialog, OrderChangeKeepsTheSelectionOfRecordsButNotOfHeaders) {
     open();
     clickRow(rowOf("LUPREC"));
-    EXPECT_EQ(d->currentVar, &at("LUPREC"));
     clickRow(0, Qt::ControlModifier); // a header
     at("3DOSMODE").setSelected();     // no row in the letter order: keeps its flag until it has one
-    d->OnCommand(kSortTheme);
+    d->OnCommand(listOrderEntry(ListOrder::Theme)->command);
     EXPECT_EQ(selectedNames(), (std::vector<std::string>{"3DOSMODE", "LUPREC"}))
         << "the header's selection is lost";
     EXPECT_FALSE(at("LUPREC").isSelected() || at("3DOSMODE").isSelected()) << "flags cleared once shown";
-    EXPECT_EQ(d->currentVar, nullptr);
-    EXPECT_TRUE(d->valueEdit->text().isEmpty());
+}
+
+TEST_F(MainDialog, OrderChangeEmptiesTheFieldsAndTheStatus) {
+    open();
+    clickRow(rowOf("LUPREC"));
+    ASSERT_EQ(d->currentVar(), &at("LUPREC"));
+    ASSERT_FALSE(value().text().isEmpty());
+    ASSERT_NE(pane(0), "");
+    d->OnCommand(listOrderEntry(ListOrder::Theme)->command);
+    EXPECT_EQ(d->currentVar(), nullptr);
+    EXPECT_TRUE(value().text().isEmpty());
     EXPECT_EQ(pane(0), "");
+}
+
+TEST_F(MainDialog, ViewChangeDropsTheSelection) {
+    open();
+    clickRow(rowOf("LUPREC"));
+    ASSERT_EQ(list().selectedCount(), 1);
     d->OnCommand(kShowList);
     d->OnCommand(kShowAll);
-    EXPECT_EQ(d->listCtrl->selectedCount(), 0) << "a change of view drops the selection";
+    EXPECT_EQ(list().selectedCount(), 0);
 }
 
 TEST_F(MainDialog, RowsArePaintedInTheColoursOfTheirRecords) {
     open();
-    const QColor base = d->listCtrl->palette().color(QPalette::Base);
-    const QColor text = d->listCtrl->palette().color(QPalette::Text);
+    const QColor base = list().palette().color(QPalette::Base);
+    const QColor text = list().palette().color(QPalette::Text);
     const QColor grey(192, 192, 192), blue(0, 0, 255), green(0, 193, 0), red(193, 0, 0);
     setNew("LUPREC", "7");
     at("FILEDIA").setReadOnly();
@@ -229,71 +360,95 @@ TEST_F(MainDialog, RowsArePaintedInTheColoursOfTheirRecords) {
         EXPECT_EQ(painted(c.row, 2, "text").toString(), c.text2);
         EXPECT_EQ(colour(c.row, 2), c.colour2);
     }
+}
+
+TEST_F(MainDialog, SelectedRowIsPaintedInTheHighlightColoursOverItsOwn) {
+    open();
+    setNew("LUPREC", "7"); // red new value
+    d->FillList();
     selectRow(rowOf("LUPREC"));
-    const QPalette& palette = d->listCtrl->palette();
+    const QPalette& palette = list().palette();
     for (int column : {0, 2}) {
         EXPECT_EQ(colour(rowOf("LUPREC"), column, "background"),
                   palette.color(QPalette::Active, QPalette::Highlight));
         EXPECT_EQ(colour(rowOf("LUPREC"), column), palette.color(QPalette::Active, QPalette::HighlightedText))
-            << "a selected row, column " << column;
+            << "column " << column;
     }
 }
 
-// Typed text a record cannot take leaves its former new value; Escape applies nothing; a
-// read-only record hands the focus back.
-TEST_F(MainDialog, EnterEscapeAndTabNeverEndTheDialog) {
+TEST_F(MainDialog, EnterAndEscapeNeverEndTheDialog) {
     open();
     QTest::keyClick(d.get(), Qt::Key_Escape);
     QTest::keyClick(d.get(), Qt::Key_Return);
     EXPECT_TRUE(d->isVisible());
-    EXPECT_EQ(d->runCode, 16);
-
+    EXPECT_EQ(d->runCode(), 16);
     clickRow(rowOf("LUPREC"));
-    QTest::keyClick(d->listCtrl, Qt::Key_Tab);
-    EXPECT_TRUE(d->valueEdit->hasFocus()) << "Tab reaches the description, which hands on";
-    QCoreApplication::processEvents();
-    EXPECT_EQ(d->valueEdit->selectedText(), "4");
-    QTest::keyClicks(d->valueEdit, "5");
-    QTest::keyClick(d->valueEdit, Qt::Key_Escape);
-    EXPECT_TRUE(d->isVisible());
-    EXPECT_EQ(d->currentVar, nullptr);
-    EXPECT_TRUE(at("LUPREC").newText.empty()) << "Escape applies nothing";
-    EXPECT_TRUE(d->listCtrl->hasFocus());
+    value().setFocus();
+    QTest::keyClick(&value(), Qt::Key_Escape);
+    QTest::keyClick(&value(), Qt::Key_Return);
+    EXPECT_TRUE(d->isVisible()) << "keys in the value field";
+}
 
+TEST_F(MainDialog, TabFromTheListReachesTheValueFieldWithItsTextSelected) {
+    open();
+    clickRow(rowOf("LUPREC"));
+    QTest::keyClick(&list(), Qt::Key_Tab);
+    EXPECT_TRUE(value().hasFocus()) << "Tab reaches the description, which hands on";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(value().selectedText(), "4");
+}
+
+TEST_F(MainDialog, EscapeInTheValueFieldDropsTheRecordAndAppliesNothing) {
+    open();
+    clickRow(rowOf("LUPREC"));
+    QTest::keyClick(&list(), Qt::Key_Tab);
+    QCoreApplication::processEvents();
+    QTest::keyClicks(&value(), "5");
+    QTest::keyClick(&value(), Qt::Key_Escape);
+    EXPECT_EQ(d->currentVar(), nullptr);
+    EXPECT_TRUE(at("LUPREC").newText.empty());
+    EXPECT_TRUE(list().hasFocus());
+}
+
+// Typed text a record cannot take leaves its former new value.
+TEST_F(MainDialog, EnterAppliesOnlyTextTheRecordTakes) {
+    open();
     const struct {
         const char* name;
         const char* typed;
         const char* newText;
     } typed[] = {{"LUPREC", "2", "2"}, {"LUPREC", "abc", "2"}, {"INSBASE", "1", ""}, {"LUPREC", "", ""}};
     for (const auto& t : typed) {
+        SCOPED_TRACE(std::string(t.name) + " typed " + t.typed);
         clickRow(rowOf(t.name));
-        d->valueEdit->setFocus();
-        d->valueEdit->setText(t.typed);
-        QTest::keyClick(d->valueEdit, Qt::Key_Return);
-        EXPECT_TRUE(d->isVisible());
-        EXPECT_EQ(at(t.name).newText, t.newText) << t.name << " typed " << t.typed;
-        EXPECT_EQ(rows().cellText(rowOf(t.name), 2).toStdString(), t.newText) << t.name;
-        EXPECT_TRUE(d->listCtrl->hasFocus());
+        value().setFocus();
+        value().setText(t.typed);
+        QTest::keyClick(&value(), Qt::Key_Return);
+        EXPECT_EQ(at(t.name).newText, t.newText);
+        EXPECT_EQ(rows().cellText(rowOf(t.name), 2).toStdString(), t.newText);
+        EXPECT_TRUE(list().hasFocus());
     }
+}
 
+TEST_F(MainDialog, ReadOnlyRecordHandsTheFocusBackAndTakesNoText) {
+    open();
     clickRow(rowOf("VIEWCTR"));
-    QTest::keyClick(d->listCtrl, Qt::Key_Tab);
-    EXPECT_TRUE(d->listCtrl->hasFocus()) << "a read-only record hands the focus back to the list";
-    QTest::keyClick(d->listCtrl, Qt::Key_Return);
+    QTest::keyClick(&list(), Qt::Key_Tab);
+    EXPECT_TRUE(list().hasFocus()) << "a read-only record hands the focus back to the list";
+    QTest::keyClick(&list(), Qt::Key_Return);
     EXPECT_TRUE(at("VIEWCTR").newText.empty()) << "Enter on a read-only record";
-    QTest::keyClick(d->listCtrl, Qt::Key_Escape);
-    EXPECT_TRUE(d->isVisible());
-    EXPECT_EQ(d->currentVar, nullptr) << "Escape in the list";
+    QTest::keyClick(&list(), Qt::Key_Escape);
+    EXPECT_EQ(d->currentVar(), nullptr) << "Escape in the list";
 }
 
 // Letter keys are in VarListTest; here the step of the current row reaches the fields.
 TEST_F(MainDialog, DownShowsTheNextRecordAndAHeaderEmptiesTheFields) {
     open();
     clickRow(rowOf("AUNITS"));
-    QTest::keyClick(d->listCtrl, Qt::Key_Down); // the header "F"
-    EXPECT_EQ(d->currentVar, nullptr);
-    QTest::keyClick(d->listCtrl, Qt::Key_Down);
-    EXPECT_EQ(d->currentVar, &at("FILEDIA"));
+    QTest::keyClick(&list(), Qt::Key_Down); // the header "F"
+    EXPECT_EQ(d->currentVar(), nullptr);
+    QTest::keyClick(&list(), Qt::Key_Down);
+    EXPECT_EQ(d->currentVar(), &at("FILEDIA"));
     EXPECT_EQ(pane(0), "") << "a theme the list lacks has no title";
 }
 
@@ -304,20 +459,21 @@ TEST_F(MainDialog, ContextMenuOpensOnlyStrictlyInsideTheList) {
         opened = false;
         QTimer::singleShot(0, [&] {
             if (QWidget* popup = QApplication::activePopupWidget()) {
-                opened = popup == d->contextMenu;
+                // The menu bar's popups have the menu bar as parent.
+                opened = popup->parentWidget() == d.get();
                 popup->close();
             }
         });
     };
-    QWidget* viewport = d->listCtrl->viewport();
+    QWidget* viewport = list().viewport();
     closeWhenOpen();
     QContextMenuEvent inList(QContextMenuEvent::Mouse, viewport->rect().center(),
                              viewport->mapToGlobal(viewport->rect().center()));
     QCoreApplication::sendEvent(viewport, &inList);
     EXPECT_TRUE(opened) << "a right click inside the list";
 
-    const QPoint topLeft = d->listCtrl->mapToGlobal(QPoint(0, 0));
-    for (const QPoint& p : {topLeft, d->valueEdit->mapToGlobal(QPoint(2, 2))}) {
+    const QPoint topLeft = list().mapToGlobal(QPoint(0, 0));
+    for (const QPoint& p : {topLeft, value().mapToGlobal(QPoint(2, 2))}) {
         closeWhenOpen();
         QContextMenuEvent event(QContextMenuEvent::Keyboard, d->mapFromGlobal(p), p);
         QCoreApplication::sendEvent(d.get(), &event);
@@ -348,8 +504,8 @@ TEST_F(MainDialog, FindNotificationShowsTheHitsInTheStatusAndFields) {
         d->SetStatusTexts({}, {}, {});
         for (const char* name : c.marked)
             at(name).setSelected();
-        d->OnFindNotify(c.value);
-        EXPECT_EQ(std::string(d->currentVar ? d->currentVar->name : "(none)"),
+        d->variableCommands().OnFindNotify(c.value);
+        EXPECT_EQ(std::string(d->currentVar() ? d->currentVar()->name : "(none)"),
                   std::string(c.current ? c.current : "(none)"));
         EXPECT_EQ(pane(0), c.status);
         EXPECT_EQ(static_cast<int>(selectedNames().size()), static_cast<int>(c.marked.size()));
@@ -359,3 +515,95 @@ TEST_F(MainDialog, FindNotificationShowsTheHitsInTheStatusAndFields) {
 }
 
 } // namespace
+
+// ---- the commands behind the port, without the dialog ----
+
+// A port over a bare list view that notes what the commands asked of it.
+class RecordingPort : public MainDialogPort {
+public:
+    explicit RecordingPort(DocumentState& context) : m_context(context) { m_view.setModel(&m_rows); }
+
+    VarListView& listView() override { return m_view; }
+    QWidget* dialogParent() override { return nullptr; }
+    void FillList() override {
+        calls.push_back("FillList");
+        m_view.fillRows(buildListRows(m_context.varList, m_context.viewOrder, {}));
+    }
+    void RememberSelection() override { calls.push_back("RememberSelection"); }
+    void ShowVariable(cSysVar*) override { calls.push_back("ShowVariable"); }
+    void ShowStatus(const cSysVar*) override { calls.push_back("ShowStatus"); }
+    void SetStatusTexts(const std::string& pane0, const std::string&, const std::string&) override {
+        calls.push_back("SetStatusTexts " + pane0);
+    }
+    void RefreshTitle() override { calls.push_back("RefreshTitle"); }
+    void ShowView(ListView) override { calls.push_back("ShowView"); }
+    void ShowModeMarks() override { calls.push_back("ShowModeMarks"); }
+    void RunLoadStep() override { calls.push_back("RunLoadStep"); }
+    void SetRunCode(int code) override { calls.push_back("SetRunCode " + std::to_string(code)); }
+
+    std::vector<std::string> calls;
+
+private:
+    DocumentState& m_context;
+    VarListModel m_rows{kListColumns};
+    VarListView m_view;
+};
+
+// The commands on the context's list as the load step leaves it, with no dialog made.
+class CommandsOnAPort : public CommandsTest {
+protected:
+    void SetUp() override {
+        CommandsTest::SetUp();
+        if (HasFatalFailure())
+            return;
+        ReportList lines;
+        int runCode = runcode::idle;
+        runLoadStep(*context, lines, runCode);
+        ASSERT_NE(context->varList.first, nullptr);
+        user().lines.clear();
+    }
+};
+
+TEST_F(CommandsOnAPort, SetSelectionWritesOnlyTheSelectedRowsAndReportsThroughThePort) {
+    setNew("LUPREC", "3");
+    setNew("AUNITS", "1");
+    RecordingPort port(*context);
+    VariableCommands commands(port, *context);
+    port.FillList();
+    VarListView& view = port.listView();
+    const int row = view.rowModel()->rowOf(&at("LUPREC"));
+    view.selectionModel()->select(view.model()->index(row, 0),
+                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    port.calls.clear();
+
+    commands.OnSetSelection();
+    EXPECT_EQ(at("LUPREC").currentText, "3") << "the selected record was set";
+    EXPECT_EQ(at("AUNITS").currentText, "0") << "the other record kept the host's value";
+    EXPECT_FALSE(at("AUNITS").isMarkedToSet());
+    const std::vector<std::string> expected = {"SetStatusTexts " + gMsg.TxWriteSuccessOnce + " ",
+                                               "SetRunCode " + std::to_string(runcode::done), "FillList"};
+    EXPECT_EQ(port.calls, expected);
+    EXPECT_EQ(user().lines, std::vector<std::string>{infoBox(gMsg.TxWriteSuccessOnce + " ")});
+}
+
+TEST_F(CommandsOnAPort, NewListAsksBeforeItEmptiesAUserListWithEntries) {
+    at("LUPREC").setInUserList();
+    setNew("LUPREC", "3");
+    context->varList.userFileName = "mine.var";
+    RecordingPort port(*context);
+    FileCommands commands(port, *context);
+
+    user().answers = {"no"};
+    EXPECT_FALSE(commands.NewList());
+    EXPECT_TRUE(at("LUPREC").inUserList());
+    EXPECT_EQ(context->varList.userFileName, "mine.var");
+    EXPECT_EQ(port.calls, std::vector<std::string>{"ShowView"}) << "the user sees the list asked about";
+
+    user().answers = {"yes"};
+    port.calls.clear();
+    EXPECT_TRUE(commands.NewList());
+    EXPECT_FALSE(context->varList.hasUserEntries());
+    EXPECT_TRUE(at("LUPREC").newText.empty());
+    EXPECT_EQ(context->varList.userFileName, gMsg.TxNewVarFile);
+    EXPECT_EQ(port.calls, (std::vector<std::string>{"ShowView", "ShowView"}));
+}

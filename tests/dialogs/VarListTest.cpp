@@ -43,7 +43,8 @@ std::string render(const ListRow& row) {
     std::string text = row.text.substr(blanks == std::string::npos ? 0 : blanks);
     if (row.record && row.record->name != text)
         text = "record " + row.record->name + " under text " + text;
-    return level + " " + (row.record ? text : "[" + text + "]") + " " + std::to_string(row.image);
+    return level + " " + (row.record ? text : "[" + text + "]") + " " +
+           std::to_string(static_cast<int>(row.image));
 }
 
 std::vector<std::string> render(const std::vector<ListRow>& rows) {
@@ -55,7 +56,7 @@ std::vector<std::string> render(const std::vector<ListRow>& rows) {
 
 struct OrderCase {
     const char* name;
-    int order;
+    ListOrder order;
     RowFilter filter;
     std::vector<std::string> rows;
 };
@@ -73,24 +74,38 @@ TEST(VarListRows, FilterOfViewAndCompareModeLeavesOutEmptyGroups) {
     const std::string drawing = "[" + gMsg.TxDrawSpecific + "] 0";
     const std::vector<OrderCase> cases = {
         {"user list, drawing scope first",
-         3,
+         ListOrder::ScopeTheme,
          {ListView::UserList, CompareMode::Off},
          {"0 " + drawing, "1 [Anzeige] 5", "2 VIEWCTR 0", "1 [Einheiten] 5", "2 LUPREC 0"}},
         {"compare narrows the user list; an empty new text differs",
-         0,
+         ListOrder::Letter,
          {ListView::UserList, CompareMode::On},
          {"0 [V] 4", "1 VIEWCTR 0"}},
-        {"compare narrows view 0 too", 1, {ListView::All, CompareMode::On}, {"0 [Anzeige] 5", "1 VIEWCTR 0"}},
+        {"compare narrows view 0 too",
+         ListOrder::Theme,
+         {ListView::All, CompareMode::On},
+         {"0 [Anzeige] 5", "1 VIEWCTR 0"}},
     };
     for (const OrderCase& c : cases)
-        EXPECT_EQ(render(buildListRows(f.list, listOrderAt(c.order), c.filter)), c.rows) << c.name;
+        EXPECT_EQ(render(buildListRows(f.list, c.order, c.filter)), c.rows) << c.name;
+}
 
-    f.at("VIEWCTR").clearInUserList();
+TEST(VarListRows, NoRowAtAllWhenNoRecordPasses) {
+    Fixture f;
+    f.at("LUPREC").setInUserList();
+    f.at("LUPREC").currentText = "4";
+    f.at("LUPREC").newText = "4";
     EXPECT_TRUE(buildListRows(f.list, ListOrder::Letter, {ListView::All, CompareMode::On}).empty())
         << "all new values equal the current ones";
     f.at("LUPREC").clearInUserList();
     EXPECT_TRUE(buildListRows(f.list, ListOrder::ScopeLetter, {ListView::UserList, CompareMode::Off}).empty())
         << "an empty user list";
+}
+
+TEST(VarListRows, AnOrderOutsideTheTableGivesNoRows) {
+    Fixture f;
+    EXPECT_FALSE(buildListRows(f.list, ListOrder::Letter, {}).empty());
+    EXPECT_TRUE(buildListRows(f.list, static_cast<ListOrder>(4), {}).empty());
 }
 
 // ---- the painted look ----
@@ -100,28 +115,32 @@ const RowPalette kPalette{Qt::white, Qt::black, Qt::darkBlue, Qt::yellow};
 TEST(VarListLook, ImageIndentByOrderAndKind) {
     Fixture f;
     struct Case {
-        int order;
+        ListOrder order;
         bool record;
-        int image;
+        RowImage image;
         int indent;
     };
     // Records sit one level deeper in the scope orders; there a scope header stands at the left.
-    const Case cases[] = {
-        {1, true, 1, 20}, {2, true, 0, 40}, {1, false, 5, 0}, {3, false, 5, 20}, {3, false, 0, 0}};
+    const Case cases[] = {{ListOrder::Theme, true, RowImage::Global, 20},
+                          {ListOrder::ScopeLetter, true, RowImage::Drawing, 40},
+                          {ListOrder::Theme, false, RowImage::Theme, 0},
+                          {ListOrder::ScopeTheme, false, RowImage::Theme, 20},
+                          {ListOrder::ScopeTheme, false, RowImage::Drawing, 0}};
     for (const Case& c : cases)
-        EXPECT_EQ(lookOfRow("x", c.image, c.record ? &f.at("LUPREC") : nullptr, listOrderAt(c.order), false,
-                            kPalette)
+        EXPECT_EQ(lookOfRow("x", c.image, c.record ? &f.at("LUPREC") : nullptr, c.order, false, kPalette)
                       .imageIndent,
                   c.indent)
-            << "order " << c.order << (c.record ? " record" : " header") << " image " << c.image;
+            << "order " << static_cast<int>(c.order) << (c.record ? " record" : " header") << " image "
+            << static_cast<int>(c.image);
 }
 
 TEST(VarListLook, ColumnZeroIsCutAt255Characters) {
     const QString name = QString(14, ' ') + QString(300, QChar(0x00C4)); // "Ä", two bytes in UTF-8
-    const RowLook look = lookOfRow(name, 0, nullptr, ListOrder::Letter, false, kPalette);
+    const RowLook look = lookOfRow(name, RowImage::Drawing, nullptr, ListOrder::Letter, false, kPalette);
     EXPECT_EQ(look.texts[0].size(), 255);
     EXPECT_TRUE(look.texts[0].startsWith(QString(14, ' ')));
-    EXPECT_EQ(lookOfRow("short", 0, nullptr, ListOrder::Letter, false, kPalette).texts[0], "short");
+    EXPECT_EQ(lookOfRow("short", RowImage::Drawing, nullptr, ListOrder::Letter, false, kPalette).texts[0],
+              "short");
 }
 
 // ---- the view ----
@@ -163,19 +182,21 @@ TEST_F(VarListViewTest, LetterKeysGoToTheNextRowAndWrapOnce) {
     EXPECT_EQ(current(), 0);
 }
 
-// The list starts without a current row and without a focus frame, so the first Down selects
-// the first row; every row is high enough for its 16-pixel image and the grid line.
-TEST_F(VarListViewTest, StartsWithoutCurrentRowAndRowsHoldTheirImages) {
-    std::vector<QIcon> images(rowimage::count);
-    const ListOrder order = ListOrder::Letter;
-    view.setItemDelegate(new VarListDelegate(view, images, order, &view));
+// The first Down selects the first row, as in the window system's list without a focus frame.
+TEST_F(VarListViewTest, FocusAloneMakesNoRowCurrentAndTheFirstDownSelectsTheFirstRow) {
     view.setFocus();
     QCoreApplication::processEvents();
-    EXPECT_EQ(current(), -1) << "focus alone makes no row current";
-    EXPECT_FALSE(view.allColumnsShowFocus());
+    EXPECT_EQ(current(), -1);
     key(Qt::Key_Down);
     EXPECT_EQ(current(), 0);
-    EXPECT_TRUE(view.selectionModel()->isSelected(model.index(0, 0))) << "the first Down selects";
+    EXPECT_TRUE(view.selectionModel()->isSelected(model.index(0, 0)));
+}
+
+TEST_F(VarListViewTest, EveryRowHoldsItsImageAndGridLine) {
+    std::vector<QIcon> images(kRowImageCount);
+    const ListOrder order = ListOrder::Letter;
+    view.setItemDelegate(new VarListDelegate(view, images, order, &view));
+    QCoreApplication::processEvents();
     const int height = view.visualRect(model.index(0, 0)).height();
     EXPECT_GE(height, VarListDelegate::kImageSize + VarListDelegate::kGridLine);
     EXPECT_EQ(view.visualRect(model.index(1, 0)).top(), view.visualRect(model.index(0, 0)).top() + height);

@@ -1,10 +1,13 @@
-// cDlgVarDesk: the file commands: new, open, save and save as of the user list, the error log, configuration.
-#include "cDlgVarDesk.h"
+// FileCommands: the main dialog's file commands: new, open, save and save as of the user list, the error log,
+// configuration.
+#include "FileCommands.h"
 
 #include "dialogs/cDlgConfig.h"
 #include "dialogs/DialogRoutines.h"
 #include "dialogs/FileBoxes.h"
+#include "dialogs/VarListView.h"
 #include "LoadStep.h"
+#include "MainDialogPort.h"
 #include "settings/cMsgCatalog.h"
 #include "vars/DocumentState.h"
 #include "vars/ErrorLog.h"
@@ -12,8 +15,6 @@
 
 #include "hostui.h"
 #include "UiServices.h"
-
-#include <QMenuBar>
 
 #include <new>
 #include <optional>
@@ -57,19 +58,22 @@ bool writeWithBlankSeparator(cSysVarList& list, const std::string& directory, co
 
 } // namespace
 
-bool cDlgVarDesk::NewList() {
+FileCommands::FileCommands(MainDialogPort& dialog, DocumentState& context)
+    : m_dialog(dialog), m_context(context) {}
+
+bool FileCommands::NewList() {
     cSysVarList& list = m_context.varList;
     // The user sees the entries the question is about.
-    OnShowView(ListView::UserList);
+    m_dialog.ShowView(ListView::UserList);
     if (list.hasUserEntries() && !askYesNo(gMsg.TxVarLoaded))
         return false;
     list.userFileName = gMsg.TxNewVarFile;
     list.clearAllNewValues();
-    OnShowView(ListView::UserList);
+    m_dialog.ShowView(ListView::UserList);
     return true;
 }
 
-void cDlgVarDesk::OpenList() {
+void FileCommands::OpenList() {
     if (!NewList())
         return;
     const std::optional<std::string> chosen = chooseUserListFile(kova::FileDialogKind::Open, {});
@@ -85,15 +89,13 @@ void cDlgVarDesk::OpenList() {
     showUserFileResult(result, outcome, report, list);
     // After a failed read the title keeps its last name, though the next Save writes to the new one.
     if (result != 0)
-        RefreshTitle();
+        m_dialog.RefreshTitle();
     m_context.view = ListView::UserList;
-    applyMenuMarks();
-    m_menuBar->update();
-    applyToolMarks();
-    FillList();
+    m_dialog.ShowModeMarks();
+    m_dialog.FillList();
 }
 
-void cDlgVarDesk::SaveList() {
+void FileCommands::SaveList() {
     cSysVarList& list = m_context.varList;
     if (m_context.view == ListView::All) {
         SaveListAs();
@@ -111,14 +113,14 @@ void cDlgVarDesk::SaveList() {
     writeWithBlankSeparator(list, list.userDirectory, list.userFileName, false);
 }
 
-void cDlgVarDesk::SaveListAs() {
+void FileCommands::SaveListAs() {
     cSysVarList& list = m_context.varList;
     const std::string initialFile = list.userDirectory + list.userFileName;
 
     if (m_context.view == ListView::All) {
         // The selected rows, headers included, decide; the file holds a list for later use and
         // changes neither the user list nor its file name.
-        if (listCtrl->selectedCount() == 0) {
+        if (m_dialog.listView().selectedCount() == 0) {
             ShowInfoBox(gMsg.TxNoSelection);
             return;
         }
@@ -128,9 +130,9 @@ void cDlgVarDesk::SaveListAs() {
         std::string directory, fileName;
         pathDirectory(*chosen, directory);
         pathFileName(*chosen, fileName);
-        RememberSelection();
+        m_dialog.RememberSelection();
         writeWithBlankSeparator(list, directory, fileName, true);
-        FillList();
+        m_dialog.FillList();
         return;
     }
 
@@ -143,13 +145,13 @@ void cDlgVarDesk::SaveListAs() {
         return;
     pathFileName(*chosen, list.userFileName);
     pathDirectory(*chosen, list.userDirectory);
-    RefreshTitle();
+    m_dialog.RefreshTitle();
     // A chosen name has its extension, so it never equals TxNewVarFile and SaveList writes.
     SaveList();
 }
 
-void cDlgVarDesk::AfterConfiguration() {
-    auto* config = new (std::nothrow) cDlgConfig(m_context, this);
+void FileCommands::AfterConfiguration() {
+    auto* config = new (std::nothrow) cDlgConfig(m_context, m_dialog.dialogParent());
     if (!config)
         return;
     const DialogResult result = runDialog(*config);
@@ -166,35 +168,15 @@ void cDlgVarDesk::AfterConfiguration() {
         m_context.view = ListView::UserList;
         SaveListAs();
     }
-    // The rows and currentVar point at the records that clearAll deletes.
-    ShowVariable(nullptr);
-    listCtrl->fillRows({});
+    // The rows and the record in the fields point at the records that clearAll deletes.
+    m_dialog.ShowVariable(nullptr);
+    m_dialog.listView().fillRows({});
     list.clearAll();
     m_context.errorCount = 0;
-    runLoadStep(m_context, errorLines, runCode);
-    OnShowView(ListView::All);
+    m_dialog.RunLoadStep();
+    m_dialog.ShowView(ListView::All);
 }
 
-void cDlgVarDesk::OnFileNew() {
-    NewList();
-}
-
-void cDlgVarDesk::OnFileOpen() {
-    OpenList();
-}
-
-void cDlgVarDesk::OnFileSave() {
-    SaveList();
-}
-
-void cDlgVarDesk::OnFileSaveAs() {
-    SaveListAs();
-}
-
-void cDlgVarDesk::OnShowErrorLog() {
-    ShowErrorLog(m_context);
-}
-
-void cDlgVarDesk::OnConfig() {
-    AfterConfiguration();
+void FileCommands::ShowErrorLog() {
+    ::ShowErrorLog(m_context);
 }

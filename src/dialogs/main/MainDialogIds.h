@@ -25,10 +25,7 @@ inline constexpr int kSelectList = 8034;
 inline constexpr int kFind = 8035;
 inline constexpr int kShowAll = 8036;
 inline constexpr int kShowList = 8037;
-inline constexpr int kSortLetter = 8038; // + view order 0 to 3
-inline constexpr int kSortTheme = 8039;
-inline constexpr int kSortGlobeA = 8040;
-inline constexpr int kSortGlobeT = 8041;
+// 8038 to 8041, the orders' commands, stand in the order table (dialogs/ListOrderTable.h).
 inline constexpr int kAdd = 8042;
 inline constexpr int kDelete = 8043;
 inline constexpr int kSetSelection = 8044;
@@ -39,15 +36,23 @@ inline constexpr int kInfo = 8048;
 inline constexpr int kShowErrorLog = 1116;
 inline constexpr int kConfig = 1117;
 
-// Tool bar buttons: id = kFirstButton + image index.
-inline constexpr int kFirstButton = 7000;
-inline constexpr int kButtonCount = 20;
+// Tool bar buttons; 7010 to 7013, the orders' buttons, stand in the order table.
+inline constexpr int kButtonNew = 7000;
+inline constexpr int kButtonOpen = 7001;
+inline constexpr int kButtonSave = 7002;
+inline constexpr int kButtonSaveAs = 7003;
+inline constexpr int kButtonSelectAll = 7004;
+inline constexpr int kButtonInverse = 7005;
+inline constexpr int kButtonSelectList = 7006;
+inline constexpr int kButtonFind = 7007;
 inline constexpr int kButtonShowAll = 7008;
 inline constexpr int kButtonShowList = 7009;
-inline constexpr int kButtonSortLetter = 7010; // + view order
 inline constexpr int kButtonAdd = 7014;
 inline constexpr int kButtonDelete = 7015;
+inline constexpr int kButtonSetAll = 7016;
+inline constexpr int kButtonSetSelection = 7017;
 inline constexpr int kButtonCompare = 7018;
+inline constexpr int kButtonHelp = 7019;
 inline constexpr int kIconCompareOff = 1075;
 inline constexpr int kIconCompareOn = 1109;
 

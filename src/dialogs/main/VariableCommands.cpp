@@ -1,10 +1,13 @@
-// cDlgVarDesk: the variable commands: selecting rows, add, delete, set, compare, search and help.
-#include "cDlgVarDesk.h"
+// VariableCommands: the main dialog's variable commands: selecting rows, add, delete, set, compare, search
+// and help.
+#include "VariableCommands.h"
 
 #include "dialogs/cDlgSlctSysVar.h"
 #include "dialogs/DlgFind2.h"
 #include "dialogs/TemplateDialog.h"
+#include "dialogs/VarListView.h"
 #include "LoadStep.h"
+#include "MainDialogPort.h"
 #include "settings/cMsgCatalog.h"
 #include "settings/HelpService.h"
 #include "vars/DocumentState.h"
@@ -14,7 +17,6 @@
 #include "UiServices.h"
 
 #include <QItemSelection>
-#include <QMenuBar>
 
 #include <algorithm>
 #include <functional>
@@ -22,16 +24,16 @@
 
 namespace {
 
-// Hands the search dialog's notifications to the main dialog for the time of one search.
+// Hands the search dialog's notifications to the commands for the time of one search.
 class MainFindOwner : public FindOwner {
 public:
-    explicit MainFindOwner(cDlgVarDesk& dialog) : m_dialog(dialog) {}
+    explicit MainFindOwner(VariableCommands& commands) : m_commands(commands) {}
     void onFindNotify(const FindNotification& notification) override {
-        m_dialog.OnFindNotify(notification.value);
+        m_commands.OnFindNotify(notification.value);
     }
 
 private:
-    cDlgVarDesk& m_dialog;
+    VariableCommands& m_commands;
 };
 
 // "<n> <many>", or the text for exactly one; empty for none.
@@ -69,74 +71,83 @@ QList<int> selectedRowNumbers(const VarListView& view) {
 
 } // namespace
 
+VariableCommands::VariableCommands(MainDialogPort& dialog, DocumentState& context)
+    : m_dialog(dialog), m_context(context) {}
+
 // ---- selection ----
 
-void cDlgVarDesk::OnSelectAll() {
-    listCtrl->selectionModel()->select(recordRows(*listCtrl, [](int, cSysVar&) { return true; }),
-                                       QItemSelectionModel::ClearAndSelect);
-    listCtrl->setFocus(Qt::OtherFocusReason);
+void VariableCommands::OnSelectAll() {
+    VarListView& list = m_dialog.listView();
+    list.selectionModel()->select(recordRows(list, [](int, cSysVar&) { return true; }),
+                                  QItemSelectionModel::ClearAndSelect);
+    list.setFocus(Qt::OtherFocusReason);
 }
 
-void cDlgVarDesk::OnInverse() {
-    QItemSelectionModel* selection = listCtrl->selectionModel();
+void VariableCommands::OnInverse() {
+    VarListView& list = m_dialog.listView();
+    QItemSelectionModel* selection = list.selectionModel();
     const QItemSelection turned = recordRows(
-        *listCtrl, [&](int row, cSysVar&) { return !selection->isSelected(m_model->index(row, 0)); });
+        list, [&](int row, cSysVar&) { return !selection->isSelected(list.model()->index(row, 0)); });
     selection->select(turned, QItemSelectionModel::ClearAndSelect);
-    listCtrl->setFocus(Qt::OtherFocusReason);
+    list.setFocus(Qt::OtherFocusReason);
 }
 
-void cDlgVarDesk::OnSelectList() {
-    listCtrl->selectionModel()->select(
-        recordRows(*listCtrl, [](int, cSysVar& record) { return record.inUserList(); }),
-        QItemSelectionModel::ClearAndSelect);
-    listCtrl->setFocus(Qt::OtherFocusReason);
+void VariableCommands::OnSelectList() {
+    VarListView& list = m_dialog.listView();
+    list.selectionModel()->select(recordRows(list, [](int, cSysVar& record) { return record.inUserList(); }),
+                                  QItemSelectionModel::ClearAndSelect);
+    list.setFocus(Qt::OtherFocusReason);
 }
 
 // ---- the user list ----
 
-void cDlgVarDesk::OnAdd() {
-    auto* selection = new (std::nothrow) cDlgSlctSysVar(m_context, this);
+void VariableCommands::OnAdd() {
+    auto* selection = new (std::nothrow) cDlgSlctSysVar(m_context, m_dialog.dialogParent());
     if (!selection)
         return;
     runDialog(*selection);
-    FillList();
+    m_dialog.FillList();
     delete selection;
 }
 
-void cDlgVarDesk::OnDelete() {
+void VariableCommands::OnDelete() {
     // The record keeps its new text: view 0 still shows it, and Set can still write it.
-    for (int row : selectedRowNumbers(*listCtrl))
-        if (cSysVar* record = m_model->recordAt(row))
+    VarListView& list = m_dialog.listView();
+    for (int row : selectedRowNumbers(list))
+        if (cSysVar* record = list.rowModel()->recordAt(row))
             record->clearInUserList();
-    FillList();
+    m_dialog.FillList();
 }
 
 // ---- set ----
 
-void cDlgVarDesk::OnSetSelection() {
-    for (int row = 0; row < m_model->rowCount(); ++row) {
-        cSysVar* record = m_model->recordAt(row);
+void VariableCommands::OnSetSelection() {
+    VarListView& list = m_dialog.listView();
+    const VarListModel& rows = *list.rowModel();
+    for (int row = 0; row < rows.rowCount(); ++row) {
+        cSysVar* record = rows.recordAt(row);
         if (!record)
             continue;
-        if (listCtrl->selectionModel()->isSelected(m_model->index(row, 0)))
+        if (list.selectionModel()->isSelected(rows.index(row, 0)))
             record->setMarkedToSet();
         else
             record->clearMarkedToSet();
     }
     WriteMarkedVariables();
-    FillList();
+    m_dialog.FillList();
 }
 
-void cDlgVarDesk::OnSetAll() {
+void VariableCommands::OnSetAll() {
     // Only records with a row are reached: view, compare mode and order decide.
-    for (int row = 0; row < m_model->rowCount(); ++row)
-        if (cSysVar* record = m_model->recordAt(row))
+    const VarListModel& rows = *m_dialog.listView().rowModel();
+    for (int row = 0; row < rows.rowCount(); ++row)
+        if (cSysVar* record = rows.recordAt(row))
             record->setMarkedToSet();
     WriteMarkedVariables();
-    FillList();
+    m_dialog.FillList();
 }
 
-void cDlgVarDesk::WriteMarkedVariables() {
+void VariableCommands::WriteMarkedVariables() {
     cSysVarList& list = m_context.varList;
     list.writeMarkedToHost();
     list.readAllFromHost();
@@ -169,26 +180,25 @@ void cDlgVarDesk::WriteMarkedVariables() {
         text = countText(succeeded, gMsg.TxWriteSuccessOnce, gMsg.TxWriteSuccess) + " " +
                countText(failed, gMsg.TxWriteFailureOnce, gMsg.TxWriteFailure);
     ShowInfoBox(text);
-    SetStatusTexts(text, {}, {});
-    runCode = runcode::done;
+    m_dialog.SetStatusTexts(text, {}, {});
+    m_dialog.SetRunCode(runcode::done);
 }
 
 // ---- compare ----
 
-void cDlgVarDesk::OnCompare() {
+void VariableCommands::OnCompare() {
     m_context.compareMode = m_context.compareMode == CompareMode::Off ? CompareMode::On : CompareMode::Off;
-    applyMenuMarks();
-    m_menuBar->update();
-    applyToolMarks(); // also replaces image 18 by the icon of the new state
-    FillList();
-    listCtrl->viewport()->repaint();
-    listCtrl->setFocus(Qt::OtherFocusReason);
+    m_dialog.ShowModeMarks(); // also gives the compare button the icon of the new state
+    m_dialog.FillList();
+    VarListView& list = m_dialog.listView();
+    list.viewport()->repaint();
+    list.setFocus(Qt::OtherFocusReason);
 }
 
 // ---- search ----
 
-void cDlgVarDesk::OnFind() {
-    auto* find = new (std::nothrow) DlgFind2(m_context, this);
+void VariableCommands::OnFind() {
+    auto* find = new (std::nothrow) DlgFind2(m_context, m_dialog.dialogParent());
     if (!find)
         return;
     MainFindOwner owner(*this);
@@ -198,28 +208,29 @@ void cDlgVarDesk::OnFind() {
     delete find;
 }
 
-void cDlgVarDesk::OnFindNotify(std::int32_t value) {
-    FillList();
-    const QList<int> selected = selectedRowNumbers(*listCtrl);
+void VariableCommands::OnFindNotify(std::int32_t value) {
+    m_dialog.FillList();
+    VarListView& list = m_dialog.listView();
+    const QList<int> selected = selectedRowNumbers(list);
     if (selected.isEmpty()) {
-        SetStatusTexts(gMsg.TxVarNotFound, {}, {});
+        m_dialog.SetStatusTexts(gMsg.TxVarNotFound, {}, {});
         return;
     }
     const FoundRow found = DlgFind2::rowToShow(selected, value);
     if (found.row < 0)
         return;
-    listCtrl->scrollTo(m_model->index(found.row, 0));
-    cSysVar* record = m_model->recordAt(found.row);
-    ShowVariable(record);
+    list.scrollTo(list.model()->index(found.row, 0));
+    cSysVar* record = list.rowModel()->recordAt(found.row);
+    m_dialog.ShowVariable(record);
     if (found.isEveryHit)
-        SetStatusTexts(countText(static_cast<int>(selected.size()), gMsg.TxOneVarFound, gMsg.TxVarFound), {},
-                       {});
+        m_dialog.SetStatusTexts(
+            countText(static_cast<int>(selected.size()), gMsg.TxOneVarFound, gMsg.TxVarFound), {}, {});
     else
-        ShowStatus(record);
+        m_dialog.ShowStatus(record);
 }
 
 // ---- help ----
 
-void cDlgVarDesk::OnHelp() {
+void VariableCommands::OnHelp() {
     ShowHelp("VarDesk", "MainDialog");
 }

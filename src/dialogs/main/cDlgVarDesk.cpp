@@ -4,6 +4,7 @@
 #include "dialogs/DialogBuild.h"
 #include "dialogs/DialogRoutines.h"
 #include "dialogs/DialogTemplate.h"
+#include "dialogs/ListOrderTable.h"
 #include "dialogs/MenuTemplate.h"
 #include "dialogs/ModuleResources.h"
 #include "LoadStep.h"
@@ -38,36 +39,59 @@ namespace {
 constexpr int kPaneIndent = 3; // room between a status pane's frame and its text
 
 struct ToolButton {
+    int id;
     int icon;
     std::string cMsgCatalog::*tip;
     int command;
     bool separatorBefore;
 };
 
-// The tool bar in its order; the button id is kFirstButton + the index. The two Set buttons
-// stand in the order Set all, Set selection.
-const std::array<ToolButton, kButtonCount> kToolButtons = {{
-    {1068, &cMsgCatalog::MnNew, kNew, false},
-    {1079, &cMsgCatalog::MnOpen, kOpen, false},
-    {1082, &cMsgCatalog::MnSave, kSave, false},
-    {1083, &cMsgCatalog::MnSaveAs, kSaveAs, false},
-    {1084, &cMsgCatalog::MnSelectAll, kSelectAll, true},
-    {1085, &cMsgCatalog::MnInverse, kInverse, false},
-    {1105, &cMsgCatalog::MnSelectList, kSelectList, false},
-    {1086, &cMsgCatalog::MnFind, kFind, false},
-    {1087, &cMsgCatalog::MnShowAll, kShowAll, true},
-    {1088, &cMsgCatalog::MnShowList, kShowList, false},
-    {1072, &cMsgCatalog::MnSortLetter, kSortLetter, true},
-    {1073, &cMsgCatalog::MnSortTheme, kSortTheme, false},
-    {1110, &cMsgCatalog::MnSortGlobeA, kSortGlobeA, false},
-    {1111, &cMsgCatalog::MnSortGlobeT, kSortGlobeT, false},
-    {1070, &cMsgCatalog::MnAdd, kAdd, true},
-    {1090, &cMsgCatalog::MnDelete, kDelete, false},
-    {1091, &cMsgCatalog::MnSetAll, kSetAll, true},
-    {1092, &cMsgCatalog::MnSetSelection, kSetSelection, false},
-    {kIconCompareOff, &cMsgCatalog::MnCompare, kCompare, true},
-    {1095, &cMsgCatalog::MnHelp, kHelp, true},
-}};
+// The buttons ahead of the orders' and behind them. The two Set buttons stand in the order Set
+// all, Set selection.
+const ToolButton kButtonsBeforeOrders[] = {
+    {kButtonNew, 1068, &cMsgCatalog::MnNew, kNew, false},
+    {kButtonOpen, 1079, &cMsgCatalog::MnOpen, kOpen, false},
+    {kButtonSave, 1082, &cMsgCatalog::MnSave, kSave, false},
+    {kButtonSaveAs, 1083, &cMsgCatalog::MnSaveAs, kSaveAs, false},
+    {kButtonSelectAll, 1084, &cMsgCatalog::MnSelectAll, kSelectAll, true},
+    {kButtonInverse, 1085, &cMsgCatalog::MnInverse, kInverse, false},
+    {kButtonSelectList, 1105, &cMsgCatalog::MnSelectList, kSelectList, false},
+    {kButtonFind, 1086, &cMsgCatalog::MnFind, kFind, false},
+    {kButtonShowAll, 1087, &cMsgCatalog::MnShowAll, kShowAll, true},
+    {kButtonShowList, 1088, &cMsgCatalog::MnShowList, kShowList, false},
+};
+const ToolButton kButtonsAfterOrders[] = {
+    {kButtonAdd, 1070, &cMsgCatalog::MnAdd, kAdd, true},
+    {kButtonDelete, 1090, &cMsgCatalog::MnDelete, kDelete, false},
+    {kButtonSetAll, 1091, &cMsgCatalog::MnSetAll, kSetAll, true},
+    {kButtonSetSelection, 1092, &cMsgCatalog::MnSetSelection, kSetSelection, false},
+    {kButtonCompare, kIconCompareOff, &cMsgCatalog::MnCompare, kCompare, true},
+    {kButtonHelp, 1095, &cMsgCatalog::MnHelp, kHelp, true},
+};
+
+// The tool bar in its order, the orders' buttons from the order table in the middle.
+const std::vector<ToolButton>& toolButtons() {
+    static const std::vector<ToolButton> buttons = [] {
+        std::vector<ToolButton> all(std::begin(kButtonsBeforeOrders), std::end(kButtonsBeforeOrders));
+        bool first = true;
+        for (const ListOrderEntry& order : listOrderTable()) {
+            all.push_back({order.button, order.icon, order.menuText, order.command, first});
+            first = false;
+        }
+        all.insert(all.end(), std::begin(kButtonsAfterOrders), std::end(kButtonsAfterOrders));
+        return all;
+    }();
+    return buttons;
+}
+
+// The position of a button in the tool bar, or -1 for an id of no button.
+int positionOfButton(int buttonId) {
+    const std::vector<ToolButton>& buttons = toolButtons();
+    for (std::size_t i = 0; i < buttons.size(); ++i)
+        if (buttons[i].id == buttonId)
+            return static_cast<int>(i);
+    return -1;
+}
 
 QString idName(int id) {
     return QString::number(id);
@@ -84,7 +108,9 @@ QIcon greyedIcon(const QIcon& icon) {
 
 } // namespace
 
-cDlgVarDesk::cDlgVarDesk(DocumentState& context, QWidget* parent) : QDialog(parent), m_context(context) {
+cDlgVarDesk::cDlgVarDesk(DocumentState& context, QWidget* parent)
+    : QDialog(parent), m_context(context), m_fileCommands(*this, context),
+      m_variableCommands(*this, context) {
     setProperty("templateId", kTemplate);
     setObjectName(QStringLiteral("cDlgVarDesk"));
     setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
@@ -113,33 +139,31 @@ cDlgVarDesk::cDlgVarDesk(DocumentState& context, QWidget* parent) : QDialog(pare
         if (const DialogControl* c = t.control(id))
             w->setGeometry(dialogUnitsToPixels(c->rect, base));
     };
-    listCtrl = new VarListView(m_client);
-    placeControl(listCtrl, kList);
+    m_listCtrl = new VarListView(m_client);
+    placeControl(m_listCtrl, kList);
     // Columns narrow down to nothing, as the window system's do; a width of 0 is never stored.
-    listCtrl->header()->setMinimumSectionSize(0);
+    m_listCtrl->header()->setMinimumSectionSize(0);
     m_model = new VarListModel(kListColumns, this);
-    listCtrl->setModel(m_model);
-    connect(listCtrl, &VarListView::rowClicked, this, &cDlgVarDesk::OnListClick);
-    connect(listCtrl, &VarListView::rowStepping, this, &cDlgVarDesk::OnListStep);
+    m_listCtrl->setModel(m_model);
+    connect(m_listCtrl, &VarListView::rowClicked, this, &cDlgVarDesk::OnListClick);
+    connect(m_listCtrl, &VarListView::rowStepping, this, &cDlgVarDesk::OnListStep);
 
-    descriptionEdit = new QPlainTextEdit(m_client);
-    placeControl(descriptionEdit, kDescription);
-    descriptionEdit->setReadOnly(true);
-    descriptionEdit->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    m_descriptionEdit = new QPlainTextEdit(m_client);
+    placeControl(m_descriptionEdit, kDescription);
+    m_descriptionEdit->setReadOnly(true);
+    m_descriptionEdit->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
 
-    valueEdit = new QLineEdit(m_client);
-    placeControl(valueEdit, kValue);
-    m_editing = new ValueEditing(*listCtrl, *descriptionEdit, *valueEdit, currentVar, visibleLines, this);
+    m_valueEdit = new QLineEdit(m_client);
+    placeControl(m_valueEdit, kValue);
+    m_editing =
+        new ValueEditing(*m_listCtrl, *m_descriptionEdit, *m_valueEdit, m_currentVar, m_visibleLines, this);
 
     // Tab order as the template's: list, description, value field.
-    setTabOrder(listCtrl, descriptionEdit);
-    setTabOrder(descriptionEdit, valueEdit);
+    setTabOrder(m_listCtrl, m_descriptionEdit);
+    setTabOrder(m_descriptionEdit, m_valueEdit);
 }
 
-cDlgVarDesk::~cDlgVarDesk() {
-    delete toolTips;
-    delete contextMenu;
-}
+cDlgVarDesk::~cDlgVarDesk() = default;
 
 // ---- creation ----
 
@@ -169,51 +193,56 @@ void cDlgVarDesk::buildMenu() {
             });
         }
     }
-    for (int id : {kShowAll, kShowList, kSortLetter, kSortTheme, kSortGlobeA, kSortGlobeT, kCompare})
+    std::vector<int> checkable = {kShowAll, kShowList, kCompare};
+    for (const ListOrderEntry& order : listOrderTable())
+        checkable.push_back(order.command);
+    for (int id : checkable)
         if (QAction* a = menuAction(id))
             a->setCheckable(true);
 }
 
 void cDlgVarDesk::CreateToolBar() {
-    toolBarImages.clear();
-    for (const ToolButton& b : kToolButtons)
-        toolBarImages.push_back(moduleIcon(b.icon));
+    const std::vector<ToolButton>& buttons = toolButtons();
+    m_toolBarImages.clear();
+    for (const ToolButton& b : buttons)
+        m_toolBarImages.push_back(moduleIcon(b.icon));
 
-    toolBar = new QToolBar(m_client);
-    toolBar->setObjectName(idName(kToolBar));
-    toolBar->setIconSize(QSize(16, 16));
-    toolBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    toolBar->setMovable(false);
-    toolBar->setFloatable(false);
-    toolBar->setGeometry(0, 0, m_client->width(), kToolBarHeight);
+    m_toolBar = new QToolBar(m_client);
+    m_toolBar->setObjectName(idName(kToolBar));
+    m_toolBar->setIconSize(QSize(16, 16));
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    m_toolBar->setMovable(false);
+    m_toolBar->setFloatable(false);
+    m_toolBar->setGeometry(0, 0, m_client->width(), kToolBarHeight);
 
-    if (toolBar->actions().isEmpty()) {
-        for (int i = 0; i < kButtonCount; ++i) {
-            if (kToolButtons[i].separatorBefore)
-                toolBar->addSeparator();
-            const int id = kFirstButton + i;
-            auto* action = new QAction(toolBarImages[i], QString(), toolBar);
+    if (m_toolBar->actions().isEmpty()) {
+        m_toolActions.clear();
+        for (std::size_t i = 0; i < buttons.size(); ++i) {
+            if (buttons[i].separatorBefore)
+                m_toolBar->addSeparator();
+            const int id = buttons[i].id;
+            auto* action = new QAction(m_toolBarImages[i], QString(), m_toolBar);
             action->setObjectName(idName(id));
-            action->setData(i);
+            action->setData(static_cast<int>(i));
             action->setCheckable(true);
-            toolBar->addAction(action);
-            m_toolActions[i] = action;
+            m_toolBar->addAction(action);
+            m_toolActions.push_back(action);
             connect(action, &QAction::triggered, this, [this, id] { onToolButton(id); });
         }
         applyToolMarks();
     }
-    toolBar->setContentsMargins(kToolBarIndent, 0, 0, 0);
+    m_toolBar->setContentsMargins(kToolBarIndent, 0, 0, 0);
 
-    if (!toolTips) {
-        toolTips = new (std::nothrow) ToolTipTable;
-        if (toolTips)
-            for (int i = 0; i < kButtonCount; ++i)
-                toolTips->tips.emplace_back(kFirstButton + i, qs(gMsg.*kToolButtons[i].tip));
+    if (!m_toolTips) {
+        m_toolTips.reset(new (std::nothrow) ToolTipTable);
+        if (m_toolTips)
+            for (const ToolButton& b : buttons)
+                m_toolTips->tips.emplace_back(b.id, qs(gMsg.*b.tip));
     }
     for (QAction* action : m_toolActions) {
         QString tip;
-        if (toolTips)
-            for (const auto& [id, text] : toolTips->tips)
+        if (m_toolTips)
+            for (const auto& [id, text] : m_toolTips->tips)
                 if (idName(id) == action->objectName())
                     tip = text;
         action->setToolTip(tip);
@@ -222,17 +251,17 @@ void cDlgVarDesk::CreateToolBar() {
 }
 
 void cDlgVarDesk::CreateStatusBar() {
-    statusBar = new QStatusBar(m_client);
-    statusBar->setObjectName(idName(kStatusBar));
-    statusBar->setSizeGripEnabled(false);
+    m_statusBar = new QStatusBar(m_client);
+    m_statusBar->setObjectName(idName(kStatusBar));
+    m_statusBar->setSizeGripEnabled(false);
     // The panes are placed by setStatusParts, as the window system's parts are.
     for (QLabel*& pane : m_panes) {
-        pane = new QLabel(statusBar);
+        pane = new QLabel(m_statusBar);
         pane->setFrameStyle(QFrame::Panel | QFrame::Raised);
         pane->setTextFormat(Qt::PlainText);
         pane->setIndent(kPaneIndent);
     }
-    statusBar->setGeometry(0, m_client->height(), m_client->width(), 0);
+    m_statusBar->setGeometry(0, m_client->height(), m_client->width(), 0);
     setStatusParts();
     SetStatusTexts({}, {}, {});
 }
@@ -263,8 +292,8 @@ void cDlgVarDesk::applyMenuMarks() {
     };
     check(kShowAll, m_context.view == ListView::All);
     check(kShowList, m_context.view == ListView::UserList);
-    for (int n = 0; n < kListOrderCount; ++n)
-        check(kSortLetter + n, m_context.viewOrder == listOrderAt(n));
+    for (const ListOrderEntry& order : listOrderTable())
+        check(order.command, m_context.viewOrder == order.order);
     check(kCompare, m_context.compareMode == CompareMode::On);
     for (int id : {kAdd, kDelete})
         if (QAction* a = menuAction(id))
@@ -273,27 +302,34 @@ void cDlgVarDesk::applyMenuMarks() {
 
 void cDlgVarDesk::applyToolMarks() {
     auto mark = [this](int id, bool pressed, bool indeterminate) {
-        QAction* a = toolAction(id);
-        if (!a)
+        const int position = positionOfButton(id);
+        if (position < 0 || position >= static_cast<int>(m_toolActions.size()))
             return;
+        QAction* a = m_toolActions[position];
         a->setChecked(pressed);
         a->setProperty("indeterminate", indeterminate);
-        const QIcon& icon = toolBarImages[id - kFirstButton];
+        const QIcon& icon = m_toolBarImages[position];
         a->setIcon(indeterminate ? greyedIcon(icon) : icon);
     };
     // Every button not named below is plainly enabled.
-    for (int i = 0; i < kButtonCount; ++i)
-        if (m_toolActions[i])
-            m_toolActions[i]->setChecked(false);
+    for (QAction* action : m_toolActions)
+        action->setChecked(false);
     const bool compare = m_context.compareMode == CompareMode::On;
-    toolBarImages[kButtonCompare - kFirstButton] = moduleIcon(compare ? kIconCompareOn : kIconCompareOff);
+    if (const int position = positionOfButton(kButtonCompare); position >= 0)
+        m_toolBarImages[position] = moduleIcon(compare ? kIconCompareOn : kIconCompareOff);
     mark(kButtonShowAll, m_context.view == ListView::All, false);
     mark(kButtonShowList, m_context.view == ListView::UserList, false);
     mark(kButtonAdd, false, m_context.view == ListView::All);
     mark(kButtonDelete, false, m_context.view == ListView::All);
-    for (int n = 0; n < kListOrderCount; ++n)
-        mark(kButtonSortLetter + n, m_context.viewOrder == listOrderAt(n), false);
+    for (const ListOrderEntry& order : listOrderTable())
+        mark(order.button, m_context.viewOrder == order.order, false);
     mark(kButtonCompare, compare, false);
+}
+
+void cDlgVarDesk::ShowModeMarks() {
+    applyMenuMarks();
+    m_menuBar->update();
+    applyToolMarks();
 }
 
 void cDlgVarDesk::RefreshTitle() {
@@ -335,53 +371,49 @@ void cDlgVarDesk::placeFrameParts() {
 }
 
 void cDlgVarDesk::setStatusParts() {
-    const QFontMetrics metrics(statusBar->font());
+    const QFontMetrics metrics(m_statusBar->font());
     auto widthOf = [&metrics](const std::string& text) { return metrics.horizontalAdvance(qs(text)); };
     // A pane holds its text, its frame on both sides and the indent of the text on both sides.
     const int frame = 2 * (m_panes[1]->frameWidth() + kPaneIndent);
     const int scopeW = std::max(widthOf(gMsg.StDrawSpecific), widthOf(gMsg.StGlobal)) + frame;
     const int modeW = std::max(widthOf(gMsg.StProtected), widthOf(gMsg.StChangeable)) + frame;
-    const int right = statusBar->width();
+    const int right = m_statusBar->width();
     const std::array<int, 3> edges = {right - modeW - scopeW, right - scopeW, right};
     int left = 0;
     for (int i = 0; i < 3; ++i) {
-        m_panes[i]->setGeometry(left, 0, std::max(0, edges[i] - left), statusBar->height());
+        m_panes[i]->setGeometry(left, 0, std::max(0, edges[i] - left), m_statusBar->height());
         left = edges[i];
     }
-}
-
-void cDlgVarDesk::updateDescriptionScrollBar() {
-    m_editing->updateScrollBar();
 }
 
 void cDlgVarDesk::LayoutControls() {
     // 1. Status bar and tool bar fit themselves to the client area.
     const QRect client = m_client->rect();
-    const int statusHeight = statusBar->sizeHint().height();
-    statusBar->setGeometry(0, client.height() - statusHeight, client.width(), statusHeight);
-    toolBar->setGeometry(0, 0, client.width(), std::max(kToolBarHeight, toolBar->sizeHint().height()));
+    const int statusHeight = m_statusBar->sizeHint().height();
+    m_statusBar->setGeometry(0, client.height() - statusHeight, client.width(), statusHeight);
+    m_toolBar->setGeometry(0, 0, client.width(), std::max(kToolBarHeight, m_toolBar->sizeHint().height()));
 
     // 2. Nothing to do for a client area laid out already.
-    if (client == lastClientRect)
+    if (client == m_lastClientRect)
         return;
-    lastClientRect = client;
+    m_lastClientRect = client;
 
     // 3. to 7. Rectangles with exclusive right and bottom edges, as the window system has them.
-    const int H = valueEdit->height();
-    const int statusTop = statusBar->y();
-    const int toolBarBottom = toolBar->y() + toolBar->height();
+    const int H = m_valueEdit->height();
+    const int statusTop = m_statusBar->y();
+    const int toolBarBottom = m_toolBar->y() + m_toolBar->height();
     const int valueBottom = statusTop - kMargin;
     const int valueTop = valueBottom - H;
     const int descriptionBottom = valueTop - kMargin;
     const int listTop = toolBarBottom + kMargin;
 
-    visibleLines = kMaxVisibleLines;
-    int descriptionTop = descriptionBottom - visibleLines * H;
+    m_visibleLines = kMaxVisibleLines;
+    int descriptionTop = descriptionBottom - m_visibleLines * H;
     int listBottom = descriptionTop - kMargin;
     int L = listBottom - listTop;
-    while (L < kListLinesWanted * H && visibleLines > 1) {
-        --visibleLines;
-        descriptionTop = descriptionBottom - visibleLines * H;
+    while (L < kListLinesWanted * H && m_visibleLines > 1) {
+        --m_visibleLines;
+        descriptionTop = descriptionBottom - m_visibleLines * H;
         listBottom = descriptionTop - kMargin;
         L = listBottom - listTop;
     }
@@ -392,13 +424,13 @@ void cDlgVarDesk::LayoutControls() {
         auto place = [right](QWidget* w, int top, int bottom) {
             w->setGeometry(w->x(), top, right - w->x(), bottom - top);
         };
-        place(listCtrl, listTop, listBottom);
-        place(descriptionEdit, descriptionTop, descriptionBottom);
-        place(valueEdit, valueTop, valueBottom);
+        place(m_listCtrl, listTop, listBottom);
+        place(m_descriptionEdit, descriptionTop, descriptionBottom);
+        place(m_valueEdit, valueTop, valueBottom);
     }
     // 9. to 11.
     setStatusParts();
-    updateDescriptionScrollBar();
+    m_editing->updateScrollBar();
     update();
 }
 
@@ -423,12 +455,12 @@ void cDlgVarDesk::OnInitDialog() {
     const std::int32_t top = m_context.mainPosY;
     const std::int32_t width = m_context.mainSizeX;
     const std::int32_t height = m_context.mainSizeY;
-    lastClientRect = QRect(0, 0, 0, 0);
+    m_lastClientRect = QRect(0, 0, 0, 0);
     PlaceWindow(left, top, width, height, this);
     // A hidden window gets its size event only when shown: lay out for the new size now.
     placeFrameParts();
     LayoutControls();
-    runLoadStep(m_context, errorLines, runCode);
+    RunLoadStep();
     SetDialogIcon(this);
     RefreshTitle();
     UpdateMenuTexts();
@@ -436,7 +468,11 @@ void cDlgVarDesk::OnInitDialog() {
     FillList();
     ShowVariable(nullptr);
     BuildContextMenu();
-    listCtrl->setFocus(Qt::OtherFocusReason);
+    m_listCtrl->setFocus(Qt::OtherFocusReason);
+}
+
+void cDlgVarDesk::RunLoadStep() {
+    runLoadStep(m_context, m_errorLines, m_runCode);
 }
 
 void cDlgVarDesk::SaveGeometry() {
@@ -444,24 +480,20 @@ void cDlgVarDesk::SaveGeometry() {
     const std::array<std::int32_t*, kListColumns> stored = {
         &m_context.listCtrlFirstCol, &m_context.listCtrlSecCol, &m_context.listCtrlThirdCol};
     for (int column = 0; column < kListColumns; ++column) {
-        const int width = listCtrl->isColumnHidden(column) ? 0 : listCtrl->columnWidth(column);
+        const int width = m_listCtrl->isColumnHidden(column) ? 0 : m_listCtrl->columnWidth(column);
         VarListView::storedWidth(width, *stored[column]);
     }
-    if (toolTips) {
-        delete toolTips;
-        toolTips = nullptr;
+    if (m_toolTips) {
+        m_toolTips.reset();
         for (QAction* action : m_toolActions)
             action->setToolTip(QString());
     }
-    if (contextMenu) {
-        delete contextMenu;
-        contextMenu = nullptr;
-    }
+    m_contextMenu.reset();
 }
 
 void cDlgVarDesk::EndRun() {
     m_context.varList.clearAllSelected();
-    runCode = 0;
+    m_runCode = 0;
     SaveGeometry();
     QDialog::done(QDialog::Accepted);
 }
@@ -508,9 +540,8 @@ void cDlgVarDesk::OnCancel() {
 // ---- commands ----
 
 int cDlgVarDesk::commandOfButton(int buttonId) {
-    if (buttonId < kFirstButton || buttonId >= kFirstButton + kButtonCount)
-        return 0;
-    return kToolButtons[buttonId - kFirstButton].command;
+    const int position = positionOfButton(buttonId);
+    return position < 0 ? 0 : toolButtons()[position].command;
 }
 
 void cDlgVarDesk::onToolButton(int buttonId) {
@@ -529,69 +560,67 @@ void cDlgVarDesk::onToolButton(int buttonId) {
 }
 
 void cDlgVarDesk::OnCommand(int id) {
+    if (const ListOrderEntry* order = listOrderOfCommand(id)) {
+        OnSortOrder(order->order);
+        return;
+    }
     switch (id) {
     case kNew:
-        OnFileNew();
+        m_fileCommands.NewList();
         break;
     case kOpen:
-        OnFileOpen();
+        m_fileCommands.OpenList();
         break;
     case kSave:
-        OnFileSave();
+        m_fileCommands.SaveList();
         break;
     case kSaveAs:
-        OnFileSaveAs();
+        m_fileCommands.SaveListAs();
         break;
     case kEnd:
         EndRun();
         break;
     case kSelectAll:
-        OnSelectAll();
+        m_variableCommands.OnSelectAll();
         break;
     case kInverse:
-        OnInverse();
+        m_variableCommands.OnInverse();
         break;
     case kSelectList:
-        OnSelectList();
+        m_variableCommands.OnSelectList();
         break;
     case kFind:
-        OnFind();
+        m_variableCommands.OnFind();
         break;
     case kShowAll:
-        OnShowView(ListView::All);
+        ShowView(ListView::All);
         break;
     case kShowList:
-        OnShowView(ListView::UserList);
-        break;
-    case kSortLetter:
-    case kSortTheme:
-    case kSortGlobeA:
-    case kSortGlobeT:
-        OnSortOrder(listOrderAt(id - kSortLetter));
+        ShowView(ListView::UserList);
         break;
     case kShowErrorLog:
-        OnShowErrorLog();
+        m_fileCommands.ShowErrorLog();
         break;
     case kAdd:
-        OnAdd();
+        m_variableCommands.OnAdd();
         break;
     case kDelete:
-        OnDelete();
+        m_variableCommands.OnDelete();
         break;
     case kSetSelection:
-        OnSetSelection();
+        m_variableCommands.OnSetSelection();
         break;
     case kSetAll:
-        OnSetAll();
+        m_variableCommands.OnSetAll();
         break;
     case kCompare:
-        OnCompare();
+        m_variableCommands.OnCompare();
         break;
     case kConfig:
-        OnConfig();
+        m_fileCommands.AfterConfiguration();
         break;
     case kHelp:
-        OnHelp();
+        m_variableCommands.OnHelp();
         break;
     case kInfo:
         OnInfo();
@@ -607,9 +636,9 @@ QAction* cDlgVarDesk::menuAction(int id) const {
 }
 
 QAction* cDlgVarDesk::toolAction(int buttonId) const {
-    if (buttonId < kFirstButton || buttonId >= kFirstButton + kButtonCount)
-        return nullptr;
-    return m_toolActions[buttonId - kFirstButton];
+    const int position = positionOfButton(buttonId);
+    return position < 0 || position >= static_cast<int>(m_toolActions.size()) ? nullptr
+                                                                              : m_toolActions[position];
 }
 
 QLabel* cDlgVarDesk::statusPane(int index) const {
@@ -627,6 +656,6 @@ void runMainDialog(DocumentState& context) {
         return;
     do {
         ui->runModal(*dialog);
-    } while (dialog->runCode != 0);
+    } while (dialog->runCode() != 0);
     delete dialog;
 }

@@ -1,5 +1,5 @@
-// cDlgVarDesk: the info command; the file and variable commands stand in FileCommands.cpp and
-// VariableCommands.cpp.
+// cDlgVarDesk: the info command; the file and variable commands are the classes FileCommands and
+// VariableCommands.
 #include "cDlgVarDesk.h"
 
 #include "dialogs/cDlgInfo.h"

@@ -9,19 +9,17 @@
 
 #include <QAction>
 #include <QContextMenuEvent>
-#include <QLineEdit>
 #include <QMenu>
-#include <QMenuBar>
-#include <QPlainTextEdit>
 
 #include <new>
 
 using namespace mainids;
 
 void cDlgVarDesk::SetupList() {
-    rowImages = makeRowImages();
-    if (!qobject_cast<VarListDelegate*>(listCtrl->itemDelegate()))
-        listCtrl->setItemDelegate(new VarListDelegate(*listCtrl, rowImages, m_context.viewOrder, listCtrl));
+    m_rowImages = makeRowImages();
+    if (!qobject_cast<VarListDelegate*>(m_listCtrl->itemDelegate()))
+        m_listCtrl->setItemDelegate(
+            new VarListDelegate(*m_listCtrl, m_rowImages, m_context.viewOrder, m_listCtrl));
 
     // The clamped widths stay in the context.
     std::int32_t* widths[kListColumns] = {&m_context.listCtrlFirstCol, &m_context.listCtrlSecCol,
@@ -31,21 +29,21 @@ void cDlgVarDesk::SetupList() {
     m_model->clearRows();
     m_model->setHeaderTexts({qs(gMsg.ClVariable), qs(gMsg.ClAcadValue), qs(gMsg.ClNewValue)});
     for (int column = 0; column < kListColumns; ++column)
-        listCtrl->setColumnWidth(column, *widths[column]);
+        m_listCtrl->setColumnWidth(column, *widths[column]);
 }
 
 void cDlgVarDesk::FillList() {
     ShowVariable(nullptr);
-    listCtrl->setUpdatesEnabled(false);
+    m_listCtrl->setUpdatesEnabled(false);
     const RowFilter filter{m_context.view, m_context.compareMode};
-    listCtrl->fillRows(buildListRows(m_context.varList, m_context.viewOrder, filter));
-    listCtrl->setUpdatesEnabled(true);
-    listCtrl->viewport()->repaint();
+    m_listCtrl->fillRows(buildListRows(m_context.varList, m_context.viewOrder, filter));
+    m_listCtrl->setUpdatesEnabled(true);
+    m_listCtrl->viewport()->repaint();
 }
 
 void cDlgVarDesk::RememberSelection() {
-    listCtrl->rememberSelection();
-    listCtrl->setFocus(Qt::OtherFocusReason);
+    m_listCtrl->rememberSelection();
+    m_listCtrl->setFocus(Qt::OtherFocusReason);
 }
 
 void cDlgVarDesk::ShowVariable(cSysVar* record) {
@@ -57,26 +55,26 @@ void cDlgVarDesk::ApplyValueEdit() {
 }
 
 void cDlgVarDesk::BuildContextMenu() {
-    contextMenu = new (std::nothrow) QMenu(this);
-    if (!contextMenu)
+    m_contextMenu.reset(new (std::nothrow) QMenu(this));
+    if (!m_contextMenu)
         return;
     // The entries are the menu bar's own actions, so a choice is that command.
     for (int id : {kSelectAll, kInverse, kSelectList, 0, kSetAll, kSetSelection}) {
         if (id == 0)
-            contextMenu->addSeparator();
+            m_contextMenu->addSeparator();
         else if (QAction* action = menuAction(id))
-            contextMenu->addAction(action);
+            m_contextMenu->addAction(action);
     }
 }
 
 void cDlgVarDesk::OnContextMenu(const QPoint& screenPoint) {
-    if (!contextMenu)
+    if (!m_contextMenu)
         return;
     // Strictly inside: a point on any edge of the list opens nothing.
-    const QRect list(listCtrl->mapToGlobal(QPoint(0, 0)), listCtrl->size());
+    const QRect list(m_listCtrl->mapToGlobal(QPoint(0, 0)), m_listCtrl->size());
     if (screenPoint.x() > list.left() && screenPoint.x() < list.left() + list.width() &&
         screenPoint.y() > list.top() && screenPoint.y() < list.top() + list.height())
-        contextMenu->exec(screenPoint);
+        m_contextMenu->exec(screenPoint);
 }
 
 void cDlgVarDesk::contextMenuEvent(QContextMenuEvent* event) {
@@ -99,23 +97,19 @@ void cDlgVarDesk::OnListStep(cSysVar* record, bool single) {
     }
 }
 
-void cDlgVarDesk::OnShowView(ListView view) {
+void cDlgVarDesk::ShowView(ListView view) {
     m_context.view = view;
     RefreshTitle();
-    applyMenuMarks();
-    m_menuBar->update();
-    applyToolMarks();
+    ShowModeMarks();
     FillList();
-    listCtrl->setFocus(Qt::OtherFocusReason);
+    m_listCtrl->setFocus(Qt::OtherFocusReason);
 }
 
 void cDlgVarDesk::OnSortOrder(ListOrder order) {
     if (m_context.viewOrder == order)
         return;
     m_context.viewOrder = order;
-    applyMenuMarks();
-    m_menuBar->update();
-    applyToolMarks();
+    ShowModeMarks();
     RememberSelection();
     FillList();
     SetStatusTexts({}, {}, {});

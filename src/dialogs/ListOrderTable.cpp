@@ -1,0 +1,34 @@
+// ListOrderEntry: the table of the list's orders and its look-ups.
+#include "ListOrderTable.h"
+
+#include "settings/cMsgCatalog.h"
+
+namespace {
+
+// The tool buttons of the orders stand together in the main dialog's tool bar, in this order.
+const ListOrderEntry kListOrders[] = {
+    {ListOrder::Letter, 8038, 7010, 1072, &cMsgCatalog::MnSortLetter, false, rowsByLetter},
+    {ListOrder::Theme, 8039, 7011, 1073, &cMsgCatalog::MnSortTheme, false, rowsByTheme},
+    {ListOrder::ScopeLetter, 8040, 7012, 1110, &cMsgCatalog::MnSortGlobeA, true, rowsByScopeThenLetter},
+    {ListOrder::ScopeTheme, 8041, 7013, 1111, &cMsgCatalog::MnSortGlobeT, true, rowsByScopeThenTheme},
+};
+
+} // namespace
+
+std::span<const ListOrderEntry> listOrderTable() {
+    return kListOrders;
+}
+
+const ListOrderEntry* listOrderEntry(ListOrder order) {
+    for (const ListOrderEntry& entry : kListOrders)
+        if (entry.order == order)
+            return &entry;
+    return nullptr;
+}
+
+const ListOrderEntry* listOrderOfCommand(int command) {
+    for (const ListOrderEntry& entry : kListOrders)
+        if (entry.command == command)
+            return &entry;
+    return nullptr;
+}
