@@ -286,6 +286,30 @@ TEST_F(MainDialog, EveryOrderCommandBuildsItsRowsWithHeaders) {
     }
 }
 
+// The orders' entries are not in the template: the menu takes them from the order table, in its
+// order, at the place the template marks between the view entries and the error log.
+TEST_F(MainDialog, ViewMenuHoldsTheOrderEntriesOfTheTableAtTheirPlace) {
+    open();
+    auto* view = qobject_cast<QMenu*>(d->menuAction(kShowAll)->parent());
+    ASSERT_NE(view, nullptr);
+    std::vector<int> expected = {kShowAll, kShowList, 0};
+    for (const ListOrderEntry& order : listOrderTable())
+        expected.push_back(order.command);
+    expected.insert(expected.end(), {0, kShowErrorLog});
+    std::vector<int> ids;
+    for (const QAction* a : view->actions())
+        ids.push_back(a->isSeparator() ? 0 : a->objectName().toInt());
+    EXPECT_EQ(ids, expected);
+    for (const ListOrderEntry& order : listOrderTable()) {
+        const QAction* a = d->menuAction(order.command);
+        ASSERT_NE(a, nullptr) << order.command;
+        EXPECT_EQ(a->text().toStdString(), gMsg.*order.menuText) << order.command;
+        EXPECT_EQ(catalogText(a->property("catalogKey").toString()), &(gMsg.*order.menuText))
+            << order.command;
+        EXPECT_TRUE(a->isCheckable()) << order.command;
+    }
+}
+
 TEST_F(MainDialog, OrderCommandMarksItsOwnMenuEntryAndButtonOnly) {
     open();
     for (const ListOrderEntry& order : listOrderTable()) {

@@ -1,4 +1,6 @@
 // Tests of the variable list's rows, their painted look, and the list view's keys, clicks and selection.
+#include "dialogs/ListOrderTable.h"
+#include "dialogs/ModuleResources.h"
 #include "dialogs/VarListDelegate.h"
 #include "dialogs/VarListModel.h"
 #include "dialogs/VarListView.h"
@@ -9,6 +11,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -134,6 +137,21 @@ TEST(VarListLook, ImageIndentByOrderAndKind) {
             << static_cast<int>(c.image);
 }
 
+// Each order's image is its tool button's, at a place of its own behind the two record images.
+TEST(VarListLook, RowImagesHoldEachOrdersImageAtItsPlace) {
+    const std::vector<QIcon> images = makeRowImages();
+    auto picture = [](const QIcon& icon) { return icon.pixmap(QSize(16, 16)).toImage(); };
+    std::set<RowImage> places;
+    for (const ListOrderEntry& entry : listOrderTable()) {
+        const auto place = static_cast<std::size_t>(entry.image);
+        EXPECT_TRUE(entry.image != RowImage::Drawing && entry.image != RowImage::Global) << entry.icon;
+        EXPECT_TRUE(places.insert(entry.image).second) << "two orders at place " << place;
+        ASSERT_LT(place, images.size()) << entry.icon;
+        EXPECT_EQ(picture(images[place]), picture(moduleIcon(entry.icon)))
+            << "the image of icon " << entry.icon;
+    }
+}
+
 TEST(VarListLook, ColumnZeroIsCutAt255Characters) {
     const QString name = QString(14, ' ') + QString(300, QChar(0x00C4)); // "Ä", two bytes in UTF-8
     const RowLook look = lookOfRow(name, RowImage::Drawing, nullptr, ListOrder::Letter, false, kPalette);
@@ -193,7 +211,7 @@ TEST_F(VarListViewTest, FocusAloneMakesNoRowCurrentAndTheFirstDownSelectsTheFirs
 }
 
 TEST_F(VarListViewTest, EveryRowHoldsItsImageAndGridLine) {
-    std::vector<QIcon> images(kRowImageCount);
+    const std::vector<QIcon> images = makeRowImages();
     const ListOrder order = ListOrder::Letter;
     view.setItemDelegate(new VarListDelegate(view, images, order, &view));
     QCoreApplication::processEvents();

@@ -93,6 +93,14 @@ int positionOfButton(int buttonId) {
     return -1;
 }
 
+// The main dialog's menu, the orders' entries from the order table where the template marks them.
+bool loadMainMenu(QVector<MenuPopup>& popups) {
+    if (!loadMenuTemplate(kMenu, popups))
+        return false;
+    fillMenuPlace(popups, kListOrderMenuPlace, listOrderMenuEntries());
+    return true;
+}
+
 QString idName(int id) {
     return QString::number(id);
 }
@@ -171,12 +179,14 @@ void cDlgVarDesk::buildMenu() {
     m_menuBar = new QMenuBar(this);
     m_menuBar->setNativeMenuBar(false);
     QVector<MenuPopup> popups;
-    if (!loadMenuTemplate(kMenu, popups))
+    if (!loadMainMenu(popups))
         return; // no menu: UpdateMenuTexts finds none and writes nothing
     for (const MenuPopup& p : popups) {
         QMenu* popup = m_menuBar->addMenu(p.text);
         m_popups.push_back(popup);
         for (const MenuEntry& e : p.entries) {
+            if (e.isPlace())
+                continue; // a place the module fills from no table
             if (e.isSeparator()) {
                 popup->addSeparator();
                 continue;
@@ -272,7 +282,7 @@ void cDlgVarDesk::UpdateMenuTexts() {
     if (m_popups.empty())
         return;
     QVector<MenuPopup> popups;
-    loadMenuTemplate(kMenu, popups);
+    loadMainMenu(popups);
     for (int i = 0; i < static_cast<int>(m_popups.size()) && i < popups.size(); ++i) {
         if (const std::string* text = catalogText(popups[i].key))
             m_popups[i]->setTitle(qs(*text));
