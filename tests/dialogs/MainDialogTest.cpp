@@ -215,7 +215,7 @@ TEST_F(MainDialog, TheEndStoresTheRectangleClearsTheSelectionFlagsAndEndsTheRun)
     d->resize(600, 400);
     at("LUPREC").setSelected();
     d->close();
-    EXPECT_EQ(d->runCode(), 0);
+    EXPECT_EQ(d->runCode(), RunCode::Idle);
     const QRect stored(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY);
     EXPECT_EQ(stored, d->frameGeometry());
     EXPECT_FALSE(at("LUPREC").isSelected());
@@ -405,7 +405,7 @@ TEST_F(MainDialog, EnterAndEscapeNeverEndTheDialog) {
     QTest::keyClick(d.get(), Qt::Key_Escape);
     QTest::keyClick(d.get(), Qt::Key_Return);
     EXPECT_TRUE(d->isVisible());
-    EXPECT_EQ(d->runCode(), 16);
+    EXPECT_EQ(d->runCode(), RunCode::Done);
     clickRow(rowOf("LUPREC"));
     value().setFocus();
     QTest::keyClick(&value(), Qt::Key_Escape);
@@ -563,7 +563,9 @@ public:
     void ShowView(ListView) override { calls.push_back("ShowView"); }
     void ShowModeMarks() override { calls.push_back("ShowModeMarks"); }
     void RunLoadStep() override { calls.push_back("RunLoadStep"); }
-    void SetRunCode(int code) override { calls.push_back("SetRunCode " + std::to_string(code)); }
+    void SetRunCode(RunCode code) override {
+        calls.push_back("SetRunCode " + std::to_string(static_cast<int>(code)));
+    }
 
     std::vector<std::string> calls;
 
@@ -581,7 +583,7 @@ protected:
         if (HasFatalFailure())
             return;
         ReportList lines;
-        int runCode = runcode::idle;
+        RunCode runCode = RunCode::Idle;
         runLoadStep(*context, lines, runCode);
         ASSERT_NE(context->varList.first, nullptr);
         user().lines.clear();
@@ -604,8 +606,9 @@ TEST_F(CommandsOnAPort, SetSelectionWritesOnlyTheSelectedRowsAndReportsThroughTh
     EXPECT_EQ(at("LUPREC").currentText, "3") << "the selected record was set";
     EXPECT_EQ(at("AUNITS").currentText, "0") << "the other record kept the host's value";
     EXPECT_FALSE(at("AUNITS").isMarkedToSet());
-    const std::vector<std::string> expected = {"SetStatusTexts " + gMsg.TxWriteSuccessOnce + " ",
-                                               "SetRunCode " + std::to_string(runcode::done), "FillList"};
+    const std::vector<std::string> expected = {
+        "SetStatusTexts " + gMsg.TxWriteSuccessOnce + " ",
+        "SetRunCode " + std::to_string(static_cast<int>(RunCode::Done)), "FillList"};
     EXPECT_EQ(port.calls, expected);
     EXPECT_EQ(user().lines, std::vector<std::string>{infoBox(gMsg.TxWriteSuccessOnce + " ")});
 }

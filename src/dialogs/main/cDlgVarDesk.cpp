@@ -503,7 +503,7 @@ void cDlgVarDesk::SaveGeometry() {
 
 void cDlgVarDesk::EndRun() {
     m_context.varList.clearAllSelected();
-    m_runCode = 0;
+    m_runCode = RunCode::Idle;
     SaveGeometry();
     QDialog::done(QDialog::Accepted);
 }
@@ -666,6 +666,6 @@ void runMainDialog(DocumentState& context) {
         return;
     do {
         ui->runModal(*dialog);
-    } while (dialog->runCode() != 0);
+    } while (dialog->runCode() != RunCode::Idle);
     delete dialog;
 }

@@ -31,7 +31,7 @@ class DocumentState;
 
 // The one window of the command. It holds no lasting state: view, compare mode, order, the
 // variable list and the stored rectangle all live in the document context it is made for. It
-// ends only through EndRun, which leaves the run code at 0; Enter and Escape never end it. The
+// ends only through EndRun, which leaves the run code Idle; Enter and Escape never end it. The
 // file and variable commands are classes of their own that reach the dialog through its port.
 class cDlgVarDesk : public QDialog, private MainDialogPort {
     Q_OBJECT
@@ -51,7 +51,7 @@ public:
                         const std::string& pane2) override;
 
     // ---- access for the run loop, the layout's owners and tests ----
-    std::int32_t runCode() const { return m_runCode; }           // 0 once the run has ended
+    RunCode runCode() const { return m_runCode; }                // Idle once the run has ended
     std::int32_t visibleLines() const { return m_visibleLines; } // lines the description shows, 1 to 3
     cSysVar* currentVar() const { return m_currentVar; }         // the record in the two fields, or null
     VariableCommands& variableCommands() { return m_variableCommands; }
@@ -87,7 +87,7 @@ private:
     void ShowView(ListView view) override;
     void ShowModeMarks() override;
     void RunLoadStep() override;
-    void SetRunCode(int code) override { m_runCode = code; }
+    void SetRunCode(RunCode code) override { m_runCode = code; }
 
     // ---- frame ----
     void CreateToolBar();
@@ -125,10 +125,10 @@ private:
     FileCommands m_fileCommands;
     VariableCommands m_variableCommands;
     std::int32_t m_visibleLines = mainids::kMaxVisibleLines;
-    std::int32_t m_runCode = 0;      // read by the run loop; 0 once ended
-    ReportList m_errorLines;         // log lines of the load step
-    cSysVar* m_currentVar = nullptr; // not owned
-    QRect m_lastClientRect;          // client rectangle of the last layout
+    RunCode m_runCode = RunCode::Idle; // read by the run loop; Idle once ended
+    ReportList m_errorLines;           // log lines of the load step
+    cSysVar* m_currentVar = nullptr;   // not owned
+    QRect m_lastClientRect;            // client rectangle of the last layout
     QMenuBar* m_menuBar = nullptr;
     QWidget* m_client = nullptr;
     QToolBar* m_toolBar = nullptr;               // 59392
@@ -150,6 +150,6 @@ private:
 };
 
 // The run of the main dialog for context: made with no parent, run modally through the host's UI
-// services until its run code is 0, then deleted. Nothing happens without UI services or without
+// services until its run code is Idle, then deleted. Nothing happens without UI services or without
 // the application object that widgets need.
 void runMainDialog(DocumentState& context);
