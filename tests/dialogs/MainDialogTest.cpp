@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTimer>
@@ -219,6 +220,31 @@ TEST_F(MainDialog, TheEndStoresTheRectangleClearsTheSelectionFlagsAndEndsTheRun)
     const QRect stored(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY);
     EXPECT_EQ(stored, d->frameGeometry());
     EXPECT_FALSE(at("LUPREC").isSelected());
+}
+
+// A modal run that ends without EndRun leaves the run code Done: the dialog is run again, as it
+// was, until End; then the rectangle of the last run is stored and the dialog deleted.
+TEST_F(MainDialog, RunRepeatsUntilTheEndAndStoresTheLastRectangle) {
+    int runs = 0;
+    QPointer<QDialog> dialog;
+    QRect last;
+    user().modal = [&](QDialog& shown) {
+        dialog = &shown;
+        shown.show();
+        QCoreApplication::processEvents();
+        if (++runs == 1) {
+            shown.setGeometry(60, 70, 500, 420);
+            return shown.result();
+        }
+        EXPECT_EQ(shown.geometry(), QRect(60, 70, 500, 420)) << "the same window, run again";
+        last = shown.frameGeometry();
+        shown.close();
+        return shown.result();
+    };
+    runMainDialog(*context);
+    EXPECT_EQ(runs, 2);
+    EXPECT_TRUE(dialog.isNull()) << "deleted after the run";
+    EXPECT_EQ(QRect(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY), last);
 }
 
 TEST_F(MainDialog, TheNextRunOpensWhereTheLastEndedOnTheListAlreadyRead) {

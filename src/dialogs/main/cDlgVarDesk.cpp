@@ -117,20 +117,12 @@ QIcon greyedIcon(const QIcon& icon) {
 } // namespace
 
 cDlgVarDesk::cDlgVarDesk(DocumentState& context, QWidget* parent)
-    : QDialog(parent), m_context(context), m_fileCommands(*this, context),
+    : TemplateDialog(parent), m_context(context), m_fileCommands(*this, context),
       m_variableCommands(*this, context) {
-    setProperty("templateId", kTemplate);
     setObjectName(QStringLiteral("cDlgVarDesk"));
-    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                   Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint);
-    setSizeGripEnabled(false);
-
     DialogTemplate t;
-    loadDialogTemplate(kTemplate, t); // without it the controls start empty; the layout places them
-    const QFont font = dialogFontOf(t);
-    setFont(font);
-    const DialogBaseUnits base = baseUnitsOf(font);
-    setWindowTitle(t.title);
+    const DialogBaseUnits base = startFromTemplate(kTemplate, t, Sizing::Maximizable);
+    keepRectIn(context.mainPosX, context.mainPosY, context.mainSizeX, context.mainSizeY);
 
     buildMenu();
     m_client = new QWidget(this);
@@ -397,6 +389,7 @@ void cDlgVarDesk::setStatusParts() {
 }
 
 void cDlgVarDesk::LayoutControls() {
+    placeFrameParts();
     // 1. Status bar and tool bar fit themselves to the client area.
     const QRect client = m_client->rect();
     const int statusHeight = m_statusBar->sizeHint().height();
@@ -444,34 +437,14 @@ void cDlgVarDesk::LayoutControls() {
     update();
 }
 
-void cDlgVarDesk::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    placeFrameParts();
-    LayoutControls();
-}
-
 // ---- start and end ----
 
-void cDlgVarDesk::setVisible(bool visible) {
-    if (visible && !m_initialised) {
-        m_initialised = true;
-        OnInitDialog();
-    }
-    QDialog::setVisible(visible);
-}
-
 void cDlgVarDesk::OnInitDialog() {
-    const std::int32_t left = m_context.mainPosX;
-    const std::int32_t top = m_context.mainPosY;
-    const std::int32_t width = m_context.mainSizeX;
-    const std::int32_t height = m_context.mainSizeY;
     m_lastClientRect = QRect(0, 0, 0, 0);
-    PlaceWindow(left, top, width, height, this);
+    placeAtKeptRect();
     // A hidden window gets its size event only when shown: lay out for the new size now.
-    placeFrameParts();
     LayoutControls();
     RunLoadStep();
-    SetDialogIcon(this);
     RefreshTitle();
     UpdateMenuTexts();
     SetupList();
@@ -485,8 +458,7 @@ void cDlgVarDesk::RunLoadStep() {
     runLoadStep(m_context, m_errorLines, m_runCode);
 }
 
-void cDlgVarDesk::SaveGeometry() {
-    storeWindowRect(*this, m_context.mainPosX, m_context.mainPosY, m_context.mainSizeX, m_context.mainSizeY);
+void cDlgVarDesk::saveOnEnd() {
     const std::array<std::int32_t*, kListColumns> stored = {
         &m_context.listCtrlFirstCol, &m_context.listCtrlSecCol, &m_context.listCtrlThirdCol};
     for (int column = 0; column < kListColumns; ++column) {
@@ -504,8 +476,7 @@ void cDlgVarDesk::SaveGeometry() {
 void cDlgVarDesk::EndRun() {
     m_context.varList.clearAllSelected();
     m_runCode = RunCode::Idle;
-    SaveGeometry();
-    QDialog::done(QDialog::Accepted);
+    done(QDialog::Accepted); // stores the rectangle, then saveOnEnd
 }
 
 void cDlgVarDesk::closeEvent(QCloseEvent* event) {
@@ -528,7 +499,7 @@ void cDlgVarDesk::keyPressEvent(QKeyEvent* event) {
     default:
         break;
     }
-    QDialog::keyPressEvent(event);
+    TemplateDialog::keyPressEvent(event);
 }
 
 void cDlgVarDesk::accept() {
@@ -658,14 +629,13 @@ QLabel* cDlgVarDesk::statusPane(int index) const {
 // ---- the run loop ----
 
 void runMainDialog(DocumentState& context) {
-    kova::UiServices* ui = acHostUiServices();
-    if (!ui || !qobject_cast<QApplication*>(QCoreApplication::instance()))
+    if (!acHostUiServices() || !qobject_cast<QApplication*>(QCoreApplication::instance()))
         return;
     auto* dialog = new (std::nothrow) cDlgVarDesk(context);
     if (!dialog)
         return;
     do {
-        ui->runModal(*dialog);
+        runDialog(*dialog);
     } while (dialog->runCode() != RunCode::Idle);
     delete dialog;
 }

@@ -1,5 +1,6 @@
 // cDlgVarDesk: the main dialog with menu, tool bar, list, description, value field and status bar.
 #pragma once
+#include "dialogs/TemplateDialog.h"
 #include "FileCommands.h"
 #include "MainDialogIds.h"
 #include "MainDialogPort.h"
@@ -7,7 +8,6 @@
 #include "VarListView.h"
 #include "vars/cSysVarList.h"
 
-#include <QDialog>
 #include <QIcon>
 #include <QRect>
 
@@ -33,7 +33,8 @@ class DocumentState;
 // variable list and the stored rectangle all live in the document context it is made for. It
 // ends only through EndRun, which leaves the run code Idle; Enter and Escape never end it. The
 // file and variable commands are classes of their own that reach the dialog through its port.
-class cDlgVarDesk : public QDialog, private MainDialogPort {
+// Start, placing and the stored rectangle are those of every template dialog.
+class cDlgVarDesk : public TemplateDialog, private MainDialogPort {
     Q_OBJECT
 public:
     // Builds the frame (menu, tool bar, controls, status bar) from template 1000 for context,
@@ -60,15 +61,18 @@ public:
     QLabel* statusPane(int index) const;
     QWidget* clientArea() const { return m_client; }
 
-    void setVisible(bool visible) override;
-
 public slots:
     // Enter and Escape: the first applies the value field, the second drops the current record.
     void accept() override;
     void reject() override;
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
+    // The start sequence of the first show: place, lay out, load, texts, list, focus.
+    void OnInitDialog() override;
+    // Menu bar and client area, then the controls for the client's size.
+    void LayoutControls() override;
+    // Column widths; tool tips and context menu are let go.
+    void saveOnEnd() override;
     void closeEvent(QCloseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -93,10 +97,7 @@ private:
     void CreateToolBar();
     void CreateStatusBar();
     void UpdateMenuTexts();
-    void LayoutControls();
-    void SaveGeometry();
     void EndRun();
-    void OnInitDialog();
     void OnOK();
     void OnCancel();
     void buildMenu();
@@ -146,10 +147,9 @@ private:
     std::vector<QMenu*> m_popups;
     std::vector<QAction*> m_toolActions; // in the tool bar's order
     std::vector<QIcon> m_toolBarImages;  // the image of each button, in the same order
-    bool m_initialised = false;
 };
 
-// The run of the main dialog for context: made with no parent, run modally through the host's UI
-// services until its run code is Idle, then deleted. Nothing happens without UI services or without
+// The run of the main dialog for context: made with no parent, run modally (runDialog) until its
+// run code is Idle, then deleted. Nothing happens without UI services or without
 // the application object that widgets need.
 void runMainDialog(DocumentState& context);
