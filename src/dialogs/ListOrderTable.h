@@ -1,4 +1,4 @@
-// ListOrderEntry: the table of the list's orders: each order's command, tool button, images, menu entry
+// ListOrderEntry: the table of the list's orders: each order's command, tool button, image, menu entry
 // and rows.
 #pragma once
 #include "MenuTemplate.h"

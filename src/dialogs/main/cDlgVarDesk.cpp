@@ -2,7 +2,6 @@
 #include "cDlgVarDesk.h"
 
 #include "dialogs/DialogBuild.h"
-#include "dialogs/DialogRoutines.h"
 #include "dialogs/DialogTemplate.h"
 #include "dialogs/ListOrderTable.h"
 #include "dialogs/MenuTemplate.h"
@@ -14,7 +13,6 @@
 #include "vars/TextHelpers.h"
 
 #include "hostui.h"
-#include "UiServices.h"
 
 #include <QApplication>
 #include <QCloseEvent>

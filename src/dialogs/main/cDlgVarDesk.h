@@ -150,6 +150,6 @@ private:
 };
 
 // The run of the main dialog for context: made with no parent, run modally (runDialog) until its
-// run code is Idle, then deleted. Nothing happens without UI services or without
-// the application object that widgets need.
+// run code is Idle, then deleted. Nothing happens without UI services or without the application
+// object that widgets need.
 void runMainDialog(DocumentState& context);
