@@ -17,17 +17,16 @@ void showFileResult(const FileResult& result) {
     }
 }
 
-void showUserFileResult(int result, const FileResult& outcome, const ReportList& report,
-                        const cSysVarList& list) {
-    if (result == 0) {
-        showFileResult(outcome);
+void showUserFileResult(const UserListRead& read, const ReportList& report, const cSysVarList& list) {
+    if (!read.isRead()) {
+        showFileResult(read.failure);
         return;
     }
     if (!report.empty())
         ShowErrorBox(gMsg.TxReadErrorStart + " " + list.userDirectory + list.userFileName + " " +
                      gMsg.TxReadErrorEnd);
-    if (result == 2)
+    if (read.unknownNames == 1)
         ShowWarningBox(gMsg.TxInsertErrorOnce);
-    else if (result >= 3)
-        ShowWarningBox(formatText("%d %s", result - 1, gMsg.TxInsertError.c_str()));
+    else if (read.unknownNames > 1)
+        ShowWarningBox(formatText("%d %s", read.unknownNames, gMsg.TxInsertError.c_str()));
 }

@@ -5,13 +5,12 @@
 // The box of result: none, a warning or an error box with its text.
 void showFileResult(const FileResult& result);
 
-// The boxes that follow a read of the user list file userDirectory + userFileName, by result,
-// outcome and report of cSysVarList::readUserFile:
-// - 0: the outcome's box, the reader's failure;
+// The boxes that follow a read of the user list file userDirectory + userFileName, by the result
+// and report of cSysVarList::readUserFile:
+// - a failed read: the failure's box alone;
 // - a report with lines: an error box naming the file (TxReadErrorStart ... TxReadErrorEnd);
-// - 2: a warning box TxInsertErrorOnce, behind that error box if there is one;
-// - 3 or more: a warning box "<result - 1> TxInsertError", the same way.
+// - one unknown name: a warning box TxInsertErrorOnce, behind that error box if there is one;
+// - more: a warning box "<count> TxInsertError", the same way.
 // The report goes no further: its lines never reach the error log. The caller then refreshes its
-// title (unless the result is 0) and rebuilds its list.
-void showUserFileResult(int result, const FileResult& outcome, const ReportList& report,
-                        const cSysVarList& list);
+// title (unless the read failed) and rebuilds its list.
+void showUserFileResult(const UserListRead& read, const ReportList& report, const cSysVarList& list);

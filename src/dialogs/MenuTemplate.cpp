@@ -30,6 +30,12 @@ bool parseMenuTemplate(const QByteArray& json, QVector<MenuPopup>& out, QString*
         popup.text = p.value("text").toString();
         for (const QJsonValue& ev : p.value("entries").toArray()) {
             const QJsonArray e = ev.toArray();
+            if (e.size() == 1 && e[0].isString() && !e[0].toString().isEmpty()) {
+                MenuEntry place;
+                place.place = e[0].toString();
+                popup.entries.push_back(place);
+                continue;
+            }
             if (e.isEmpty() || !e[0].isDouble())
                 return fail(QStringLiteral("menu: an entry of %1 has no id").arg(popup.key));
             MenuEntry entry;
@@ -58,10 +64,30 @@ bool loadMenuTemplate(int id, QVector<MenuPopup>& out, QString* error) {
     return parseMenuTemplate(file.readAll(), out, error);
 }
 
+void fillMenuPlace(QVector<MenuPopup>& popups, const QString& place, const QVector<MenuEntry>& entries) {
+    for (MenuPopup& popup : popups) {
+        QVector<MenuEntry> filled;
+        for (const MenuEntry& e : popup.entries) {
+            if (e.isPlace() && e.place == place)
+                filled += entries;
+            else
+                filled.push_back(e);
+        }
+        popup.entries = filled;
+    }
+}
+
 const std::string* catalogText(const QString& key) {
     const std::string wanted = stdText(key);
     for (const cMsgCatalog::Entry& entry : cMsgCatalog::Entries())
         if (wanted == entry.key)
             return &(gMsg.*entry.text);
     return nullptr;
+}
+
+QString catalogKeyOf(std::string cMsgCatalog::*text) {
+    for (const cMsgCatalog::Entry& entry : cMsgCatalog::Entries())
+        if (entry.text == text)
+            return QString::fromUtf8(entry.key);
+    return {};
 }

@@ -5,12 +5,18 @@
 
 #include <string>
 
-// One entry: id 0 is a separator. key names the catalog text that replaces the template's text.
+class cMsgCatalog;
+
+// One entry: id 0 is a separator. key names the catalog text that replaces the template's text. An
+// entry with a place name (["orders"] in the template) marks where the module puts the entries of
+// one of its tables (fillMenuPlace); a place left unfilled shows nothing.
 struct MenuEntry {
     int id = 0;
     QString key;
     QString text;
-    bool isSeparator() const { return id == 0; }
+    QString place;
+    bool isSeparator() const { return id == 0 && place.isEmpty(); }
+    bool isPlace() const { return !place.isEmpty(); }
 };
 
 struct MenuPopup {
@@ -24,5 +30,10 @@ bool parseMenuTemplate(const QByteArray& json, QVector<MenuPopup>& out, QString*
 // Menu id of the module's resources; false, with the reason, when it cannot be had.
 bool loadMenuTemplate(int id, QVector<MenuPopup>& out, QString* error = nullptr);
 
+// Puts entries where popups mark place, in their order, and drops the marks.
+void fillMenuPlace(QVector<MenuPopup>& popups, const QString& place, const QVector<MenuEntry>& entries);
+
 // The catalog's text of key, or null for a key the catalog does not have.
 const std::string* catalogText(const QString& key);
+// The catalog's key of text, a member of cMsgCatalog; empty for a member the catalog does not read.
+QString catalogKeyOf(std::string cMsgCatalog::*text);

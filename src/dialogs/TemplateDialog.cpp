@@ -27,6 +27,8 @@ DialogBaseUnits TemplateDialog::startFromTemplate(int templateId, DialogTemplate
         Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
     if (sizing == Sizing::Fixed)
         flags |= Qt::MSWindowsFixedSizeDialogHint;
+    if (sizing == Sizing::Maximizable)
+        flags |= Qt::WindowMaximizeButtonHint;
     setWindowFlags(flags);
     setSizeGripEnabled(false);
     loadDialogTemplate(templateId, t);

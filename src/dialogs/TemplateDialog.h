@@ -25,7 +25,11 @@ public:
     void done(int result) override;
 
 protected:
-    enum class Sizing { Resizable, Fixed };
+    enum class Sizing {
+        Resizable,
+        Maximizable, // resizable, with a maximize box
+        Fixed,
+    };
 
     explicit TemplateDialog(QWidget* parent);
 

@@ -13,8 +13,9 @@
 
 namespace {
 
-// The icon of each RowImage: drawing-specific, global, the two scope orders, letter, theme.
-constexpr int kRowIcons[kRowImageCount] = {1074, 1102, 1110, 1111, 1072, 1073};
+// The images of the two kinds of record; each order's image comes from the order table.
+constexpr int kDrawingIcon = 1074;
+constexpr int kGlobalIcon = 1102;
 
 constexpr int kMostCharacters = 255;
 constexpr int kRecordIndentLetterThemeOrders = 20;
@@ -29,7 +30,8 @@ bool isScopeOrder(ListOrder order) {
 int imageIndentOf(const cSysVar* record, RowImage image, ListOrder order) {
     if (record)
         return isScopeOrder(order) ? kRecordIndentScopeOrders : kRecordIndentLetterThemeOrders;
-    if (isScopeOrder(order) && (image == RowImage::Letter || image == RowImage::Theme))
+    // Under a scope header, a header of the letter or theme kind is the second level.
+    if (isScopeOrder(order) && image != RowImage::Drawing && image != RowImage::Global)
         return kSecondLevelHeaderIndent;
     return 0;
 }
@@ -45,9 +47,15 @@ QString firstCharacters(const QString& text, int count) {
 } // namespace
 
 std::vector<QIcon> makeRowImages() {
-    std::vector<QIcon> images;
-    for (int icon : kRowIcons)
-        images.push_back(moduleIcon(icon));
+    std::vector<QIcon> images(2);
+    images[static_cast<std::size_t>(RowImage::Drawing)] = moduleIcon(kDrawingIcon);
+    images[static_cast<std::size_t>(RowImage::Global)] = moduleIcon(kGlobalIcon);
+    for (const ListOrderEntry& entry : listOrderTable()) {
+        const auto place = static_cast<std::size_t>(entry.image);
+        if (images.size() <= place)
+            images.resize(place + 1);
+        images[place] = moduleIcon(entry.icon);
+    }
     return images;
 }
 

@@ -16,7 +16,8 @@ class QAbstractItemView;
 inline constexpr std::uint32_t kReadOnlyBackground = 0xC0C0C0;
 inline constexpr std::uint32_t kGlobalNameColour = 0xFF0000; // blue
 
-// The row images of a list, indexed by RowImage.
+// The row images of a list, indexed by RowImage: the two kinds of record, and each order's image at
+// the place its row of the order table names.
 std::vector<QIcon> makeRowImages();
 
 // A 0x00BBGGRR colour as Qt's.

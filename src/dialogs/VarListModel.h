@@ -17,17 +17,18 @@ inline constexpr int kListColumns = 3;
 inline constexpr int kRowImageRole = Qt::UserRole + 1;
 inline constexpr int kRowRecordRole = Qt::UserRole + 2;
 
-// The row images, in the order they are made. The two images of the scope orders are made with
-// the others and shown by no row.
+// The places of the row images, as the window automation reports them: the two kinds of record,
+// then the orders' images, each at the place its row of the order table names. The two images of
+// the scope orders are made with the others and shown by no row. A new order's image takes the
+// next place, so that the others keep theirs.
 enum class RowImage : int {
     Drawing,     // a drawing-specific variable, and its scope header
     Global,      // a global variable, and its scope header
     ScopeLetter, // the image of the order by scope then letter
     ScopeTheme,  // the image of the order by scope then theme
-    Letter,      // a letter header
-    Theme,       // a theme header
+    Letter,      // a letter header: the image of the order by letter
+    Theme,       // a theme header: the image of the order by theme
 };
-inline constexpr int kRowImageCount = 6;
 
 // The indents of the three levels: leading blanks of the text of column 0, over which the row's
 // image is drawn.

@@ -36,58 +36,74 @@ TextLineReader::Outcome TextLineReader::next(std::string& line) {
 
 namespace {
 
-// Outcome of one prepared AVL line: 0 when it was taken or skipped, else its error number.
-int handleAvlLine(cSysVarList& list, const std::string& line, int lineNumber) {
+// What is wrong with an AVL line, each with its text of the catalog (TxSysLoadError1 to 9; 6 is
+// the host's, for a record it cannot read).
+enum class AvlLineError {
+    None,            // the line was taken
+    TooFewFields,    // 1
+    TooManyFields,   // 2
+    BadTheme,        // 3: a theme line with a type other than 0, or the index 0
+    BadRecord,       // 4: a record line that addVariable refuses
+    NameInUse,       // 5: the name stands in the list already
+    NoThemeName,     // 7
+    ThemeIndexInUse, // 8
+    ThemeNameInUse,  // 9
+};
+
+AvlLineError handleAvlLine(cSysVarList& list, const std::string& line, int lineNumber) {
     std::string field1, field2, field3, field4;
     const int fields = splitFields(line, field1, field2, field3, field4);
     if (fields < 3)
-        return 1;
+        return AvlLineError::TooFewFields;
     if (fields > 4)
-        return 2;
+        return AvlLineError::TooManyFields;
     if (fields == 3) {
         if (std::atoi(field1.c_str()) != 0)
-            return 3;
+            return AvlLineError::BadTheme;
         switch (list.themes.addTheme(std::atoi(field3.c_str()), field2)) {
-        case themeresult::inserted:
-            return 0;
-        case themeresult::badIndex:
-            return 3;
-        case themeresult::noName:
-            return 7;
-        case themeresult::indexInUse:
-            return 8;
-        default:
-            return 9;
+        case ThemeResult::Inserted:
+            return AvlLineError::None;
+        case ThemeResult::BadIndex:
+            return AvlLineError::BadTheme;
+        case ThemeResult::NoName:
+            return AvlLineError::NoThemeName;
+        case ThemeResult::IndexInUse:
+            return AvlLineError::ThemeIndexInUse;
+        case ThemeResult::NameInUse:
+            return AvlLineError::ThemeNameInUse;
         }
+        return AvlLineError::ThemeNameInUse;
     }
     // The duplicate test sees the name as the file has it, blanks and all; addVariable trims.
     upperCase(field2);
     if (list.containsName(field2))
-        return 5;
+        return AvlLineError::NameInUse;
     if (!list.addVariable(field1, field2, field3, field4, lineNumber))
-        return 4;
-    return 0;
+        return AvlLineError::BadRecord;
+    return AvlLineError::None;
 }
 
-const std::string& lineErrorText(int error) {
+const std::string& lineErrorText(AvlLineError error) {
     switch (error) {
-    case 1:
+    case AvlLineError::None:
+    case AvlLineError::TooFewFields:
         return gMsg.TxSysLoadError1;
-    case 2:
+    case AvlLineError::TooManyFields:
         return gMsg.TxSysLoadError2;
-    case 3:
+    case AvlLineError::BadTheme:
         return gMsg.TxSysLoadError3;
-    case 4:
+    case AvlLineError::BadRecord:
         return gMsg.TxSysLoadError4;
-    case 5:
+    case AvlLineError::NameInUse:
         return gMsg.TxSysLoadError5;
-    case 7:
+    case AvlLineError::NoThemeName:
         return gMsg.TxSysLoadError7;
-    case 8:
+    case AvlLineError::ThemeIndexInUse:
         return gMsg.TxSysLoadError8;
-    default:
+    case AvlLineError::ThemeNameInUse:
         return gMsg.TxSysLoadError9;
     }
+    return gMsg.TxSysLoadError9;
 }
 
 } // namespace
@@ -123,7 +139,7 @@ bool readAvlStream(cSysVarList& list, std::FILE* file, const std::string& fileNa
         if (remark != std::string::npos)
             line.resize(remark); // not trimmed again: blanks ahead of ";;" stay in the last field
 
-        if (const int error = handleAvlLine(list, line, lineNumber))
+        if (const AvlLineError error = handleAvlLine(list, line, lineNumber); error != AvlLineError::None)
             report.push_back(
                 formatText("%s %-4d: %s", lineErrorText(error).c_str(), lineNumber, line.c_str()));
     }

@@ -9,6 +9,6 @@ enum class ListView : std::int32_t { All, UserList };
 enum class CompareMode : std::int32_t { Off, On };
 
 // The orders of the list: by letter, by theme, by scope then letter, by scope then theme. Each
-// has a row in the order table of the dialogs (dialogs/ListOrderTable.h): its command, button and
-// rows.
+// has a row in the order table of the dialogs (dialogs/ListOrderTable.h): its menu entry, tool
+// button, image and rows.
 enum class ListOrder : std::int32_t { Letter, Theme, ScopeLetter, ScopeTheme };

@@ -39,17 +39,16 @@ FileResult cSysVarList::writeUserFile(const std::string& directory, const std::s
     return {};
 }
 
-int cSysVarList::readUserFile(ReportList& report, FileResult& failure) {
-    failure = {};
+UserListRead cSysVarList::readUserFile(ReportList& report) {
+    UserListRead result;
     const std::string path = userDirectory + userFileName;
     std::FILE* file = kova::openRegularFile(path);
     if (!file) {
-        failure = FileResult::error(path + gMsg.TxFileOpenFailure);
-        return 0;
+        result.failure = FileResult::error(path + gMsg.TxFileOpenFailure);
+        return result;
     }
     TextLineReader reader(file);
     std::string line, name, value, field3, field4;
-    int result = 1;
     int lineNumber = 0;
     for (;;) {
         const TextLineReader::Outcome outcome = nextContentLine(reader, line, lineNumber, report);
@@ -60,8 +59,7 @@ int cSysVarList::readUserFile(ReportList& report, FileResult& failure) {
                 formatText("%s '%s'.", gMsg.TxFileReadFailure.c_str(), userFileName.c_str());
             report.push_back(text);
             std::fclose(file);
-            failure = FileResult::error(text + gMsg.TxAbort);
-            return 0;
+            return {FileResult::error(text + gMsg.TxAbort), 0};
         }
         splitFields(line, name, value, field3, field4); // a line without "#" has an empty value
         upperCase(trimBoth(name));
@@ -70,7 +68,7 @@ int cSysVarList::readUserFile(ReportList& report, FileResult& failure) {
             v->applyFileText(value); // a value that does not parse leaves the old one, silently
             v->setInUserList();
         } else {
-            ++result;
+            ++result.unknownNames;
         }
     }
     std::fclose(file);

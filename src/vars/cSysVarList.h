@@ -12,6 +12,15 @@
 // Lines that file operations and checks append for the error log; the caller owns it.
 using ReportList = std::vector<std::string>;
 
+// How a read of the user list file ended. failure is the error when the file could not be read
+// ("<path>TxFileOpenFailure", or the read failure and TxAbort), and then nothing counts; else it
+// is empty, and unknownNames counts the file's names that the list does not hold.
+struct UserListRead {
+    FileResult failure;
+    int unknownNames = 0;
+    bool isRead() const { return static_cast<bool>(failure); }
+};
+
 class cSysVarList {
 public:
     cSysVarList() = default;
@@ -72,10 +81,8 @@ public:
     // be opened ("<path> TxFileOpenFailure") or read to its end (the report's last line and
     // TxAbort); a warning, also appended to the report, when it gave no record.
     FileResult readAvlFile(ReportList& report);
-    // Reads userDirectory + userFileName into the new values. 0 when the file could not be read,
-    // with failure the error ("<path>TxFileOpenFailure", or the read failure and TxAbort); else 1
-    // plus the number of names the list does not hold, and failure empty.
-    int readUserFile(ReportList& report, FileResult& failure);
+    // Reads userDirectory + userFileName into the new values; see UserListRead.
+    UserListRead readUserFile(ReportList& report);
     // Writes the user list (or, with selectedOnly, the selected records) to directory + fileName.
     // An error when the file could not be opened or written whole.
     FileResult writeUserFile(const std::string& directory, const std::string& fileName, bool selectedOnly);

@@ -19,17 +19,17 @@ void cThemeList::clear() {
     m_byIndex.clear();
 }
 
-int cThemeList::addTheme(int index, const std::string& name) {
+ThemeResult cThemeList::addTheme(int index, const std::string& name) {
     if (index == 0)
-        return themeresult::badIndex;
+        return ThemeResult::BadIndex;
     if (name.empty())
-        return themeresult::noName;
+        return ThemeResult::NoName;
     std::string trimmed = name;
     trimBoth(trimmed);
     if (hasThemeIndex(index))
-        return themeresult::indexInUse;
+        return ThemeResult::IndexInUse;
     if (hasThemeName(trimmed))
-        return themeresult::nameInUse;
+        return ThemeResult::NameInUse;
 
     // Names are unique by now, and std::string orders as compareText does: the new theme goes
     // ahead of the first greater name, behind the one before it.
@@ -40,7 +40,7 @@ int cThemeList::addTheme(int index, const std::string& name) {
     *link = theme;
     m_byName.emplace_hint(ahead, trimmed, theme);
     m_byIndex.emplace(index, theme);
-    return themeresult::inserted;
+    return ThemeResult::Inserted;
 }
 
 const cTheme* cThemeList::themeOf(int index) const {

@@ -11,14 +11,14 @@ struct cTheme {
     cTheme* next = nullptr; // next theme in name order
 };
 
-// Result codes of cThemeList::addTheme, in the order of the tests.
-namespace themeresult {
-inline constexpr int inserted = 0;
-inline constexpr int badIndex = 1; // the index is 0
-inline constexpr int noName = 2;   // the name is empty before trimming
-inline constexpr int indexInUse = 3;
-inline constexpr int nameInUse = 4; // the trimmed name, compared exactly
-} // namespace themeresult
+// How cThemeList::addTheme ended, in the order of its tests.
+enum class ThemeResult {
+    Inserted,
+    BadIndex, // the index is 0
+    NoName,   // the name is empty before trimming
+    IndexInUse,
+    NameInUse, // the trimmed name, compared exactly
+};
 
 class cThemeList {
 public:
@@ -30,8 +30,8 @@ public:
     cTheme* first = nullptr; // owned chain, ascending by compareText of the names
 
     // Inserts a theme ahead of the first one whose name is greater than or equal to the trimmed
-    // name. Returns a themeresult code; a name of blanks alone passes and is stored empty.
-    int addTheme(int index, const std::string& name);
+    // name. A name of blanks alone passes and is stored empty.
+    ThemeResult addTheme(int index, const std::string& name);
     bool hasThemeIndex(int index) const;
     bool hasThemeName(const std::string& name) const; // exact
     // Index of the first theme in name order; 0 for an empty list.

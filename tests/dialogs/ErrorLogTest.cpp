@@ -42,7 +42,7 @@ protected:
         return text;
     }
     void run() {
-        runCode = runcode::idle;
+        runCode = RunCode::Idle;
         runLoadStep(*context, errorLines, runCode, moment);
     }
     std::string logPath() const { return dir() + "VarDesk.err"; }
@@ -69,7 +69,7 @@ protected:
 
     std::unique_ptr<cDocCntx> context;
     ReportList errorLines;
-    int runCode = runcode::idle;
+    RunCode runCode = RunCode::Idle;
     DateTime moment = currentDateTime();
     const std::string question = "BOX question: RT·VarDesk - Rückfrage: Beim Einlesen der Variablen "
                                  "sind Fehler aufgetaucht. Soll das Fehlerprotokoll angezeigt werden?";
@@ -95,6 +95,21 @@ TEST_F(LoadStep, LogOfEveryGroupFollowsTheLayoutLineForLine) {
     EXPECT_EQ(context->errorCount, 6);
 }
 
+// A later run in the same drawing starts Idle on the filled list: the file is not read again, the
+// host's values are, and the step ends Done, which keeps the main dialog's run going.
+TEST_F(LoadStep, LaterRunReadsOnlyTheValuesAgainAndEndsDone) {
+    writeFile("test.avl", "0#Alles#1\n" + describeHost());
+    run();
+    ASSERT_EQ(runCode, RunCode::Done);
+    writeFile("test.avl", "0#Alles#1\n1#NEUEVAR#+-#x\n");
+    ASSERT_EQ(setShort("LUPREC", 7), RTNORM);
+    run();
+    EXPECT_EQ(runCode, RunCode::Done);
+    EXPECT_FALSE(context->varList.containsName("NEUEVAR"));
+    ASSERT_TRUE(context->varList.containsName("LUPREC"));
+    EXPECT_EQ(context->varList.findName("LUPREC")->currentText, "7");
+}
+
 TEST_F(LoadStep, RecordsTheHostDoesNotKnowLeaveTheList) {
     loadFileOfEveryGroup();
     EXPECT_FALSE(context->varList.containsName("ALTEVAR"));
@@ -106,7 +121,7 @@ TEST_F(LoadStep, RecordsTheHostDoesNotKnowLeaveTheList) {
 TEST_F(LoadStep, WrittenLogIsOfferedToTheEditorAndLeavesMemory) {
     loadFileOfEveryGroup();
     EXPECT_TRUE(errorLines.empty());
-    EXPECT_EQ(runCode, runcode::done);
+    EXPECT_EQ(runCode, RunCode::Done);
     EXPECT_EQ(uiLines(), (Lines{question, "EXEC: /bin/true \"" + logPath() + "\""}));
 }
 
@@ -127,7 +142,7 @@ TEST_F(LoadStep, LoadWithoutErrorsWritesNoLogAndLeavesAnOldOne) {
     EXPECT_EQ(readFile(logPath()), "altes Protokoll\n");
     EXPECT_EQ(context->errorCount, 0) << (errorLines.size() > 6 ? errorLines[7] : "");
     EXPECT_TRUE(uiLines().empty()) << uiLines().front();
-    EXPECT_EQ(runCode, runcode::done);
+    EXPECT_EQ(runCode, RunCode::Done);
 }
 
 TEST_F(LoadStep, FileOfBadLinesAloneWritesNoLogAndAsksNothing) {

@@ -31,27 +31,26 @@ protected:
 };
 
 TEST_F(UserFileBoxes, ReadWithoutTroubleShowsNoBox) {
-    showUserFileResult(1, {}, ReportList{}, list);
+    showUserFileResult({}, ReportList{}, list);
     EXPECT_TRUE(boxes().empty()) << boxes().front();
 }
 
 // Whatever the report holds.
 TEST_F(UserFileBoxes, FailedReadShowsTheReadersErrorAlone) {
-    showUserFileResult(0, FileResult::error("/listen/a.var kann nicht geladen werden!"), ReportList{"x"},
+    showUserFileResult({FileResult::error("/listen/a.var kann nicht geladen werden!"), 0}, ReportList{"x"},
                        list);
     EXPECT_EQ(boxes(), (Lines{"BOX error: RT·VarDesk - Fehler: /listen/a.var kann nicht geladen werden!"}));
 }
 
 TEST_F(UserFileBoxes, ReportLinesGiveAnErrorBoxBeforeTheLeftOutWarning) {
-    showUserFileResult(2, {}, ReportList{"x"}, list);
+    showUserFileResult({{}, 1}, ReportList{"x"}, list);
     EXPECT_EQ(boxes(),
               (Lines{readErrors, "BOX warning: RT·VarDesk - Warnung: Eine Variablen konnte nicht in die "
                                  "aktuelle AutoCAD-Variablenliste eingesetzt werden."}));
 }
 
-// The result counts one more than the names left out.
 TEST_F(UserFileBoxes, SeveralLeftOutNamesAreCounted) {
-    showUserFileResult(4, {}, ReportList{}, list);
+    showUserFileResult({{}, 3}, ReportList{}, list);
     EXPECT_EQ(boxes(), (Lines{"BOX warning: RT·VarDesk - Warnung: 3 " + gMsg.TxInsertError}));
 }
 

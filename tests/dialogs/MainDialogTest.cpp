@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTimer>
@@ -215,10 +216,35 @@ TEST_F(MainDialog, TheEndStoresTheRectangleClearsTheSelectionFlagsAndEndsTheRun)
     d->resize(600, 400);
     at("LUPREC").setSelected();
     d->close();
-    EXPECT_EQ(d->runCode(), 0);
+    EXPECT_EQ(d->runCode(), RunCode::Idle);
     const QRect stored(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY);
     EXPECT_EQ(stored, d->frameGeometry());
     EXPECT_FALSE(at("LUPREC").isSelected());
+}
+
+// A modal run that ends without EndRun leaves the run code Done: the dialog is run again, as it
+// was, until End; then the rectangle of the last run is stored and the dialog deleted.
+TEST_F(MainDialog, RunRepeatsUntilTheEndAndStoresTheLastRectangle) {
+    int runs = 0;
+    QPointer<QDialog> dialog;
+    QRect last;
+    user().modal = [&](QDialog& shown) {
+        dialog = &shown;
+        shown.show();
+        QCoreApplication::processEvents();
+        if (++runs == 1) {
+            shown.setGeometry(60, 70, 500, 420);
+            return shown.result();
+        }
+        EXPECT_EQ(shown.geometry(), QRect(60, 70, 500, 420)) << "the same window, run again";
+        last = shown.frameGeometry();
+        shown.close();
+        return shown.result();
+    };
+    runMainDialog(*context);
+    EXPECT_EQ(runs, 2);
+    EXPECT_TRUE(dialog.isNull()) << "deleted after the run";
+    EXPECT_EQ(QRect(context->mainPosX, context->mainPosY, context->mainSizeX, context->mainSizeY), last);
 }
 
 TEST_F(MainDialog, TheNextRunOpensWhereTheLastEndedOnTheListAlreadyRead) {
@@ -283,6 +309,30 @@ TEST_F(MainDialog, EveryOrderCommandBuildsItsRowsWithHeaders) {
             shown.push_back(rows().cellText(r, 0).toStdString() + "|" +
                             std::to_string(rows().index(r, 0).data(kRowImageRole).toInt()));
         EXPECT_EQ(shown, byOrder.at(order->order));
+    }
+}
+
+// The orders' entries are not in the template: the menu takes them from the order table, in its
+// order, at the place the template marks between the view entries and the error log.
+TEST_F(MainDialog, ViewMenuHoldsTheOrderEntriesOfTheTableAtTheirPlace) {
+    open();
+    auto* view = qobject_cast<QMenu*>(d->menuAction(kShowAll)->parent());
+    ASSERT_NE(view, nullptr);
+    std::vector<int> expected = {kShowAll, kShowList, 0};
+    for (const ListOrderEntry& order : listOrderTable())
+        expected.push_back(order.command);
+    expected.insert(expected.end(), {0, kShowErrorLog});
+    std::vector<int> ids;
+    for (const QAction* a : view->actions())
+        ids.push_back(a->isSeparator() ? 0 : a->objectName().toInt());
+    EXPECT_EQ(ids, expected);
+    for (const ListOrderEntry& order : listOrderTable()) {
+        const QAction* a = d->menuAction(order.command);
+        ASSERT_NE(a, nullptr) << order.command;
+        EXPECT_EQ(a->text().toStdString(), gMsg.*order.menuText) << order.command;
+        EXPECT_EQ(catalogText(a->property("catalogKey").toString()), &(gMsg.*order.menuText))
+            << order.command;
+        EXPECT_TRUE(a->isCheckable()) << order.command;
     }
 }
 
@@ -381,7 +431,7 @@ TEST_F(MainDialog, EnterAndEscapeNeverEndTheDialog) {
     QTest::keyClick(d.get(), Qt::Key_Escape);
     QTest::keyClick(d.get(), Qt::Key_Return);
     EXPECT_TRUE(d->isVisible());
-    EXPECT_EQ(d->runCode(), 16);
+    EXPECT_EQ(d->runCode(), RunCode::Done);
     clickRow(rowOf("LUPREC"));
     value().setFocus();
     QTest::keyClick(&value(), Qt::Key_Escape);
@@ -539,7 +589,9 @@ public:
     void ShowView(ListView) override { calls.push_back("ShowView"); }
     void ShowModeMarks() override { calls.push_back("ShowModeMarks"); }
     void RunLoadStep() override { calls.push_back("RunLoadStep"); }
-    void SetRunCode(int code) override { calls.push_back("SetRunCode " + std::to_string(code)); }
+    void SetRunCode(RunCode code) override {
+        calls.push_back("SetRunCode " + std::to_string(static_cast<int>(code)));
+    }
 
     std::vector<std::string> calls;
 
@@ -557,7 +609,7 @@ protected:
         if (HasFatalFailure())
             return;
         ReportList lines;
-        int runCode = runcode::idle;
+        RunCode runCode = RunCode::Idle;
         runLoadStep(*context, lines, runCode);
         ASSERT_NE(context->varList.first, nullptr);
         user().lines.clear();
@@ -580,8 +632,9 @@ TEST_F(CommandsOnAPort, SetSelectionWritesOnlyTheSelectedRowsAndReportsThroughTh
     EXPECT_EQ(at("LUPREC").currentText, "3") << "the selected record was set";
     EXPECT_EQ(at("AUNITS").currentText, "0") << "the other record kept the host's value";
     EXPECT_FALSE(at("AUNITS").isMarkedToSet());
-    const std::vector<std::string> expected = {"SetStatusTexts " + gMsg.TxWriteSuccessOnce + " ",
-                                               "SetRunCode " + std::to_string(runcode::done), "FillList"};
+    const std::vector<std::string> expected = {
+        "SetStatusTexts " + gMsg.TxWriteSuccessOnce + " ",
+        "SetRunCode " + std::to_string(static_cast<int>(RunCode::Done)), "FillList"};
     EXPECT_EQ(port.calls, expected);
     EXPECT_EQ(user().lines, std::vector<std::string>{infoBox(gMsg.TxWriteSuccessOnce + " ")});
 }

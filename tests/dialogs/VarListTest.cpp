@@ -1,4 +1,6 @@
 // Tests of the variable list's rows, their painted look, and the list view's keys, clicks and selection.
+#include "dialogs/ListOrderTable.h"
+#include "dialogs/ModuleResources.h"
 #include "dialogs/VarListDelegate.h"
 #include "dialogs/VarListModel.h"
 #include "dialogs/VarListView.h"
@@ -9,6 +11,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -105,7 +108,10 @@ TEST(VarListRows, NoRowAtAllWhenNoRecordPasses) {
 TEST(VarListRows, AnOrderOutsideTheTableGivesNoRows) {
     Fixture f;
     EXPECT_FALSE(buildListRows(f.list, ListOrder::Letter, {}).empty());
-    EXPECT_TRUE(buildListRows(f.list, static_cast<ListOrder>(4), {}).empty());
+    // A value as a damaged context could hold: one past the orders of the table.
+    const auto outside = static_cast<ListOrder>(listOrderTable().size());
+    ASSERT_EQ(listOrderEntry(outside), nullptr);
+    EXPECT_TRUE(buildListRows(f.list, outside, {}).empty());
 }
 
 // ---- the painted look ----
@@ -132,6 +138,21 @@ TEST(VarListLook, ImageIndentByOrderAndKind) {
                   c.indent)
             << "order " << static_cast<int>(c.order) << (c.record ? " record" : " header") << " image "
             << static_cast<int>(c.image);
+}
+
+// Each order's image is its tool button's, at a place of its own behind the two record images.
+TEST(VarListLook, RowImagesHoldEachOrdersImageAtItsPlace) {
+    const std::vector<QIcon> images = makeRowImages();
+    auto picture = [](const QIcon& icon) { return icon.pixmap(QSize(16, 16)).toImage(); };
+    std::set<RowImage> places;
+    for (const ListOrderEntry& entry : listOrderTable()) {
+        const auto place = static_cast<std::size_t>(entry.image);
+        EXPECT_TRUE(entry.image != RowImage::Drawing && entry.image != RowImage::Global) << entry.icon;
+        EXPECT_TRUE(places.insert(entry.image).second) << "two orders at place " << place;
+        ASSERT_LT(place, images.size()) << entry.icon;
+        EXPECT_EQ(picture(images[place]), picture(moduleIcon(entry.icon)))
+            << "the image of icon " << entry.icon;
+    }
 }
 
 TEST(VarListLook, ColumnZeroIsCutAt255Characters) {
@@ -193,7 +214,7 @@ TEST_F(VarListViewTest, FocusAloneMakesNoRowCurrentAndTheFirstDownSelectsTheFirs
 }
 
 TEST_F(VarListViewTest, EveryRowHoldsItsImageAndGridLine) {
-    std::vector<QIcon> images(kRowImageCount);
+    const std::vector<QIcon> images = makeRowImages();
     const ListOrder order = ListOrder::Letter;
     view.setItemDelegate(new VarListDelegate(view, images, order, &view));
     QCoreApplication::processEvents();

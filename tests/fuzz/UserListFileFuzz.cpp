@@ -43,8 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!writeInputFile(path, data, size))
         return 0;
     ReportList report;
-    FileResult outcome;
-    list.readUserFile(report, outcome);
+    list.readUserFile(report);
     // Writing back what was read must work on whatever the file left in the records.
     list.writeUserFile(list.userDirectory, "output.var", false);
     list.clearAllNewValues();

@@ -151,9 +151,9 @@ const std::pair<int, const char*> kThemes[] = {{5, "Zeichnen"},  {2, "  Anzeige 
 TEST(ThemeList, AnIndexOrATrimmedTitleInUseIsRefusedAndTitlesAreFoundByCase) {
     cThemeList themes;
     for (const auto& [index, name] : kThemes)
-        ASSERT_EQ(themes.addTheme(index, name), themeresult::inserted) << name;
-    EXPECT_EQ(themes.addTheme(2, "Neu"), themeresult::indexInUse);
-    EXPECT_EQ(themes.addTheme(4, "Anzeige"), themeresult::nameInUse);
+        ASSERT_EQ(themes.addTheme(index, name), ThemeResult::Inserted) << name;
+    EXPECT_EQ(themes.addTheme(2, "Neu"), ThemeResult::IndexInUse);
+    EXPECT_EQ(themes.addTheme(4, "Anzeige"), ThemeResult::NameInUse);
     EXPECT_TRUE(themes.hasThemeName("bemaßung"));
     EXPECT_FALSE(themes.hasThemeName("BEMASSUNG"));
 }
@@ -164,7 +164,7 @@ TEST(ThemeList, WalkGoesInTitleOrderAndClearEmptiesTheIndex) {
     cThemeList themes;
     for (int round = 0; round < 2; ++round) {
         for (const auto& [index, name] : kThemes)
-            ASSERT_EQ(themes.addTheme(index, name), themeresult::inserted) << name;
+            ASSERT_EQ(themes.addTheme(index, name), ThemeResult::Inserted) << name;
         Names titles;
         std::vector<int> indices;
         for (int index = themes.firstThemeIndex(); index != 0; index = themes.themeIndexAfter(index)) {

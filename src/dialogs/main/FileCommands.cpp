@@ -84,11 +84,10 @@ void FileCommands::OpenList() {
     pathDirectory(*chosen, list.userDirectory);
 
     ReportList report;
-    FileResult outcome;
-    const int result = list.readUserFile(report, outcome);
-    showUserFileResult(result, outcome, report, list);
+    const UserListRead read = list.readUserFile(report);
+    showUserFileResult(read, report, list);
     // After a failed read the title keeps its last name, though the next Save writes to the new one.
-    if (result != 0)
+    if (read.isRead())
         m_dialog.RefreshTitle();
     m_context.view = ListView::UserList;
     m_dialog.ShowModeMarks();

@@ -40,7 +40,7 @@ bool askToShowLog() {
 
 } // namespace
 
-bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, DateTime moment) {
+bool runLoadStep(DocumentState& context, ReportList& errorLines, RunCode& runCode, DateTime moment) {
     cSysVarList& list = context.varList;
     if (!list.first) {
         // A description file that the drawing brought is read only when the user says yes to it.
@@ -60,15 +60,15 @@ bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, D
             moveBlock(errorLines, context.errorCount, report);
         }
         if (list.first) {
-            runCode = runcode::listRead;
+            runCode = RunCode::ListRead;
             list.firstReadFromHost();
             list.proofAgainstHost(context.unaccountedVars);
         } else {
-            runCode = runcode::done;
+            runCode = RunCode::Done;
         }
     }
 
-    if (runCode == runcode::listRead) {
+    if (runCode == RunCode::ListRead) {
         ReportList report;
         list.purgeUnreadable(report);
         if (!report.empty()) {
@@ -88,13 +88,13 @@ bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode, D
             if (askToShowLog())
                 ShowErrorLog(context);
         }
-        runCode = runcode::done;
+        runCode = RunCode::Done;
     }
 
-    if (runCode != runcode::done) {
-        runCode = runcode::reading;
+    if (runCode != RunCode::Done) {
+        runCode = RunCode::Reading;
         list.readAllFromHost();
-        runCode = runcode::done;
+        runCode = RunCode::Done;
     }
     return true;
 }

@@ -4,15 +4,18 @@
 #include "vars/cSysVarList.h"
 #include "vars/TextHelpers.h"
 
+#include <cstdint>
+
 class DocumentState;
 
-// Values of the main dialog's runCode that the load step sets and reads.
-namespace runcode {
-inline constexpr int idle = 0;     // a later run in the same drawing: only the values are read
-inline constexpr int listRead = 1; // the AVL file was just read into the list
-inline constexpr int reading = 2;  // the values are being read again
-inline constexpr int done = 16;    // nothing is left to do
-} // namespace runcode
+// The main dialog's run code: where the load step stands, and whether the run goes on. The run of
+// the dialog repeats until the code is Idle again.
+enum class RunCode : std::int32_t {
+    Idle = 0,     // nothing under way: before the load step of a later run, and once the run has ended
+    ListRead = 1, // the AVL file was just read into the list
+    Reading = 2,  // the values are being read again
+    Done = 16,    // the load step has nothing left to do; the run goes on
+};
 
 // Fills or refreshes context's variable list as the main dialog opens.
 //
@@ -24,9 +27,9 @@ inline constexpr int done = 16;    // nothing is left to do
 // have told the user already. The log's head block is begun only while the error count is 0, and
 // moment gives its date and time.
 //
-// With a filled list (runCode not listRead) it reads every current value from the host again.
-// runCode ends as runcode::done. Always true.
-bool runLoadStep(DocumentState& context, ReportList& errorLines, int& runCode,
+// With a filled list (runCode not ListRead) it reads every current value from the host again.
+// runCode ends as RunCode::Done. Always true.
+bool runLoadStep(DocumentState& context, ReportList& errorLines, RunCode& runCode,
                  DateTime moment = currentDateTime());
 
 // Opens the log in the editor of context's Editor setting: the command line is the editor path,

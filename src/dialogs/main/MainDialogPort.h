@@ -1,5 +1,6 @@
 // MainDialogPort: what the file and variable commands need of the main dialog.
 #pragma once
+#include "LoadStep.h"
 #include "vars/ListModes.h"
 
 #include <string>
@@ -34,8 +35,7 @@ public:
     virtual void ShowModeMarks() = 0;
     // The load step anew on the context's list, its log lines added to the dialog's.
     virtual void RunLoadStep() = 0;
-    // Sets the dialog's run code (a runcode value of LoadStep.h).
-    virtual void SetRunCode(int code) = 0;
+    virtual void SetRunCode(RunCode code) = 0;
 
 protected:
     ~MainDialogPort() = default;

@@ -181,7 +181,7 @@ void VariableCommands::WriteMarkedVariables() {
                countText(failed, gMsg.TxWriteFailureOnce, gMsg.TxWriteFailure);
     ShowInfoBox(text);
     m_dialog.SetStatusTexts(text, {}, {});
-    m_dialog.SetRunCode(runcode::done);
+    m_dialog.SetRunCode(RunCode::Done);
 }
 
 // ---- compare ----

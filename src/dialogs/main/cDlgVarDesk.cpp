@@ -2,7 +2,6 @@
 #include "cDlgVarDesk.h"
 
 #include "dialogs/DialogBuild.h"
-#include "dialogs/DialogRoutines.h"
 #include "dialogs/DialogTemplate.h"
 #include "dialogs/ListOrderTable.h"
 #include "dialogs/MenuTemplate.h"
@@ -14,7 +13,6 @@
 #include "vars/TextHelpers.h"
 
 #include "hostui.h"
-#include "UiServices.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -93,6 +91,14 @@ int positionOfButton(int buttonId) {
     return -1;
 }
 
+// The main dialog's menu, the orders' entries from the order table where the template marks them.
+bool loadMainMenu(QVector<MenuPopup>& popups) {
+    if (!loadMenuTemplate(kMenu, popups))
+        return false;
+    fillMenuPlace(popups, kListOrderMenuPlace, listOrderMenuEntries());
+    return true;
+}
+
 QString idName(int id) {
     return QString::number(id);
 }
@@ -109,20 +115,12 @@ QIcon greyedIcon(const QIcon& icon) {
 } // namespace
 
 cDlgVarDesk::cDlgVarDesk(DocumentState& context, QWidget* parent)
-    : QDialog(parent), m_context(context), m_fileCommands(*this, context),
+    : TemplateDialog(parent), m_context(context), m_fileCommands(*this, context),
       m_variableCommands(*this, context) {
-    setProperty("templateId", kTemplate);
     setObjectName(QStringLiteral("cDlgVarDesk"));
-    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                   Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint);
-    setSizeGripEnabled(false);
-
     DialogTemplate t;
-    loadDialogTemplate(kTemplate, t); // without it the controls start empty; the layout places them
-    const QFont font = dialogFontOf(t);
-    setFont(font);
-    const DialogBaseUnits base = baseUnitsOf(font);
-    setWindowTitle(t.title);
+    const DialogBaseUnits base = startFromTemplate(kTemplate, t, Sizing::Maximizable);
+    keepRectIn(context.mainPosX, context.mainPosY, context.mainSizeX, context.mainSizeY);
 
     buildMenu();
     m_client = new QWidget(this);
@@ -171,12 +169,14 @@ void cDlgVarDesk::buildMenu() {
     m_menuBar = new QMenuBar(this);
     m_menuBar->setNativeMenuBar(false);
     QVector<MenuPopup> popups;
-    if (!loadMenuTemplate(kMenu, popups))
+    if (!loadMainMenu(popups))
         return; // no menu: UpdateMenuTexts finds none and writes nothing
     for (const MenuPopup& p : popups) {
         QMenu* popup = m_menuBar->addMenu(p.text);
         m_popups.push_back(popup);
         for (const MenuEntry& e : p.entries) {
+            if (e.isPlace())
+                continue; // a place the module fills from no table
             if (e.isSeparator()) {
                 popup->addSeparator();
                 continue;
@@ -272,7 +272,7 @@ void cDlgVarDesk::UpdateMenuTexts() {
     if (m_popups.empty())
         return;
     QVector<MenuPopup> popups;
-    loadMenuTemplate(kMenu, popups);
+    loadMainMenu(popups);
     for (int i = 0; i < static_cast<int>(m_popups.size()) && i < popups.size(); ++i) {
         if (const std::string* text = catalogText(popups[i].key))
             m_popups[i]->setTitle(qs(*text));
@@ -387,6 +387,7 @@ void cDlgVarDesk::setStatusParts() {
 }
 
 void cDlgVarDesk::LayoutControls() {
+    placeFrameParts();
     // 1. Status bar and tool bar fit themselves to the client area.
     const QRect client = m_client->rect();
     const int statusHeight = m_statusBar->sizeHint().height();
@@ -434,34 +435,14 @@ void cDlgVarDesk::LayoutControls() {
     update();
 }
 
-void cDlgVarDesk::resizeEvent(QResizeEvent* event) {
-    QDialog::resizeEvent(event);
-    placeFrameParts();
-    LayoutControls();
-}
-
 // ---- start and end ----
 
-void cDlgVarDesk::setVisible(bool visible) {
-    if (visible && !m_initialised) {
-        m_initialised = true;
-        OnInitDialog();
-    }
-    QDialog::setVisible(visible);
-}
-
 void cDlgVarDesk::OnInitDialog() {
-    const std::int32_t left = m_context.mainPosX;
-    const std::int32_t top = m_context.mainPosY;
-    const std::int32_t width = m_context.mainSizeX;
-    const std::int32_t height = m_context.mainSizeY;
     m_lastClientRect = QRect(0, 0, 0, 0);
-    PlaceWindow(left, top, width, height, this);
+    placeAtKeptRect();
     // A hidden window gets its size event only when shown: lay out for the new size now.
-    placeFrameParts();
     LayoutControls();
     RunLoadStep();
-    SetDialogIcon(this);
     RefreshTitle();
     UpdateMenuTexts();
     SetupList();
@@ -475,8 +456,7 @@ void cDlgVarDesk::RunLoadStep() {
     runLoadStep(m_context, m_errorLines, m_runCode);
 }
 
-void cDlgVarDesk::SaveGeometry() {
-    storeWindowRect(*this, m_context.mainPosX, m_context.mainPosY, m_context.mainSizeX, m_context.mainSizeY);
+void cDlgVarDesk::saveOnEnd() {
     const std::array<std::int32_t*, kListColumns> stored = {
         &m_context.listCtrlFirstCol, &m_context.listCtrlSecCol, &m_context.listCtrlThirdCol};
     for (int column = 0; column < kListColumns; ++column) {
@@ -493,9 +473,8 @@ void cDlgVarDesk::SaveGeometry() {
 
 void cDlgVarDesk::EndRun() {
     m_context.varList.clearAllSelected();
-    m_runCode = 0;
-    SaveGeometry();
-    QDialog::done(QDialog::Accepted);
+    m_runCode = RunCode::Idle;
+    done(QDialog::Accepted); // stores the rectangle, then saveOnEnd
 }
 
 void cDlgVarDesk::closeEvent(QCloseEvent* event) {
@@ -518,7 +497,7 @@ void cDlgVarDesk::keyPressEvent(QKeyEvent* event) {
     default:
         break;
     }
-    QDialog::keyPressEvent(event);
+    TemplateDialog::keyPressEvent(event);
 }
 
 void cDlgVarDesk::accept() {
@@ -648,14 +627,13 @@ QLabel* cDlgVarDesk::statusPane(int index) const {
 // ---- the run loop ----
 
 void runMainDialog(DocumentState& context) {
-    kova::UiServices* ui = acHostUiServices();
-    if (!ui || !qobject_cast<QApplication*>(QCoreApplication::instance()))
+    if (!acHostUiServices() || !qobject_cast<QApplication*>(QCoreApplication::instance()))
         return;
     auto* dialog = new (std::nothrow) cDlgVarDesk(context);
     if (!dialog)
         return;
     do {
-        ui->runModal(*dialog);
-    } while (dialog->runCode() != 0);
+        runDialog(*dialog);
+    } while (dialog->runCode() != RunCode::Idle);
     delete dialog;
 }

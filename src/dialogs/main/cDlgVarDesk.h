@@ -1,5 +1,6 @@
 // cDlgVarDesk: the main dialog with menu, tool bar, list, description, value field and status bar.
 #pragma once
+#include "dialogs/TemplateDialog.h"
 #include "FileCommands.h"
 #include "MainDialogIds.h"
 #include "MainDialogPort.h"
@@ -7,7 +8,6 @@
 #include "VarListView.h"
 #include "vars/cSysVarList.h"
 
-#include <QDialog>
 #include <QIcon>
 #include <QRect>
 
@@ -31,9 +31,10 @@ class DocumentState;
 
 // The one window of the command. It holds no lasting state: view, compare mode, order, the
 // variable list and the stored rectangle all live in the document context it is made for. It
-// ends only through EndRun, which leaves the run code at 0; Enter and Escape never end it. The
+// ends only through EndRun, which leaves the run code Idle; Enter and Escape never end it. The
 // file and variable commands are classes of their own that reach the dialog through its port.
-class cDlgVarDesk : public QDialog, private MainDialogPort {
+// Start, placing and the stored rectangle are those of every template dialog.
+class cDlgVarDesk : public TemplateDialog, private MainDialogPort {
     Q_OBJECT
 public:
     // Builds the frame (menu, tool bar, controls, status bar) from template 1000 for context,
@@ -51,7 +52,7 @@ public:
                         const std::string& pane2) override;
 
     // ---- access for the run loop, the layout's owners and tests ----
-    std::int32_t runCode() const { return m_runCode; }           // 0 once the run has ended
+    RunCode runCode() const { return m_runCode; }                // Idle once the run has ended
     std::int32_t visibleLines() const { return m_visibleLines; } // lines the description shows, 1 to 3
     cSysVar* currentVar() const { return m_currentVar; }         // the record in the two fields, or null
     VariableCommands& variableCommands() { return m_variableCommands; }
@@ -60,15 +61,18 @@ public:
     QLabel* statusPane(int index) const;
     QWidget* clientArea() const { return m_client; }
 
-    void setVisible(bool visible) override;
-
 public slots:
     // Enter and Escape: the first applies the value field, the second drops the current record.
     void accept() override;
     void reject() override;
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
+    // The start sequence of the first show: place, lay out, load, texts, list, focus.
+    void OnInitDialog() override;
+    // Menu bar and client area, then the controls for the client's size.
+    void LayoutControls() override;
+    // Column widths; tool tips and context menu are let go.
+    void saveOnEnd() override;
     void closeEvent(QCloseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -87,16 +91,13 @@ private:
     void ShowView(ListView view) override;
     void ShowModeMarks() override;
     void RunLoadStep() override;
-    void SetRunCode(int code) override { m_runCode = code; }
+    void SetRunCode(RunCode code) override { m_runCode = code; }
 
     // ---- frame ----
     void CreateToolBar();
     void CreateStatusBar();
     void UpdateMenuTexts();
-    void LayoutControls();
-    void SaveGeometry();
     void EndRun();
-    void OnInitDialog();
     void OnOK();
     void OnCancel();
     void buildMenu();
@@ -125,10 +126,10 @@ private:
     FileCommands m_fileCommands;
     VariableCommands m_variableCommands;
     std::int32_t m_visibleLines = mainids::kMaxVisibleLines;
-    std::int32_t m_runCode = 0;      // read by the run loop; 0 once ended
-    ReportList m_errorLines;         // log lines of the load step
-    cSysVar* m_currentVar = nullptr; // not owned
-    QRect m_lastClientRect;          // client rectangle of the last layout
+    RunCode m_runCode = RunCode::Idle; // read by the run loop; Idle once ended
+    ReportList m_errorLines;           // log lines of the load step
+    cSysVar* m_currentVar = nullptr;   // not owned
+    QRect m_lastClientRect;            // client rectangle of the last layout
     QMenuBar* m_menuBar = nullptr;
     QWidget* m_client = nullptr;
     QToolBar* m_toolBar = nullptr;               // 59392
@@ -146,10 +147,9 @@ private:
     std::vector<QMenu*> m_popups;
     std::vector<QAction*> m_toolActions; // in the tool bar's order
     std::vector<QIcon> m_toolBarImages;  // the image of each button, in the same order
-    bool m_initialised = false;
 };
 
-// The run of the main dialog for context: made with no parent, run modally through the host's UI
-// services until its run code is 0, then deleted. Nothing happens without UI services or without
-// the application object that widgets need.
+// The run of the main dialog for context: made with no parent, run modally (runDialog) until its
+// run code is Idle, then deleted. Nothing happens without UI services or without the application
+// object that widgets need.
 void runMainDialog(DocumentState& context);
