@@ -96,7 +96,7 @@ Workspace& workspace(int size) {
     fresh->context->avlFilePath = data.avlPath;
     fresh->context->CaptureNumberFormat(acdbHostApplicationServices()->workingDatabase());
     ReportList errorLines;
-    int runCode = runcode::idle;
+    RunCode runCode = RunCode::Idle;
     runLoadStep(*fresh->context, errorLines, runCode);
     if (!fresh->context->varList.first)
         throw std::runtime_error("no variable was loaded from " + data.avlPath);

@@ -86,7 +86,7 @@ void loadStep(benchmark::State& state, int size) {
         context->errorCount = 0;
         context->unaccountedVars.clear();
         ReportList errorLines;
-        int runCode = runcode::idle;
+        RunCode runCode = RunCode::Idle;
         state.ResumeTiming();
         runLoadStep(*context, errorLines, runCode);
         logged = context->errorCount;
@@ -151,19 +151,18 @@ void readUserList(benchmark::State& state, int size) {
         state.SkipWithError("the user list file could not be written");
         return;
     }
-    int result = 0;
+    UserListRead result;
     for (auto _ : state) {
         state.PauseTiming();
         list.clearAllNewValues();
         ReportList report;
-        FileResult outcome;
         state.ResumeTiming();
-        result = list.readUserFile(report, outcome);
+        result = list.readUserFile(report);
     }
     int entries = 0;
     for (const cSysVar* v = list.first; v; v = v->next)
         entries += v->inUserList();
-    if (result != 1)
+    if (!result.isRead() || result.unknownNames != 0)
         state.SkipWithError("the user list file was not read back whole");
     state.counters["entries"] = entries;
     forgetNewValues(list);

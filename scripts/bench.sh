@@ -46,7 +46,12 @@ else
     build="$root/build/bench"
     cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
         -DVARDESK_BENCH=ON >/dev/null
-    cmake --build "$build" -j "${JOBS:-2}" --target vardesk_bench cadhost_bench drawing_bench >/dev/null
+    if ! cmake --build "$build" -j "${JOBS:-2}" --target vardesk_bench cadhost_bench drawing_bench \
+        >"$work/build.txt"; then
+        cat "$work/build.txt" >&2
+        echo "the benchmarks do not build" >&2
+        exit 1
+    fi
     # Qt's offscreen platform chatters on stderr; it is shown only when the run fails.
     if ! QT_QPA_PLATFORM=offscreen "$build/stage/bin/vardesk_bench" --benchmark_format=json \
         --benchmark_min_time="${MIN_TIME:-0.2}" --benchmark_repetitions="${REPETITIONS:-3}" \
@@ -218,8 +223,8 @@ function field(line) { sub(/^[^:]*: */, "", line); sub(/,$/, "", line); gsub(/"/
 /"aggregate_name":/ { aggregate = field($0) }
 /"real_time":/ { real = field($0) }
 /"cpu_time":/ { cpu = field($0) }
-/"megabytes":/ { mb[name] = field($0) }
-/^ *\},? *$/ && aggregate == "median" { wall[name] = real; cpums[name] = cpu; aggregate = "" }
+/"megabytes":/ { megabytes = field($0) }
+/^ *\},? *$/ && aggregate == "median" { wall[name] = real; cpums[name] = cpu; mb[name] = megabytes; aggregate = "" }
 END {
     print ""
     print "| Drawing file (DXF, model space entities) | Wall | Processor |"
