@@ -35,7 +35,7 @@ bool hasFileStatus(const std::string& path) {
 } // namespace
 
 cDlgConfig::cDlgConfig(DocumentState& context, QWidget* parent)
-    : TemplateDialog(parent), avlPath(context.avlFilePath), editorPath(context.editorPath),
+    : TemplateDialog(parent), m_avlPath(context.avlFilePath), m_editorPath(context.editorPath),
       m_context(context) {
     DialogTemplate t;
     const DialogBaseUnits base = startFromTemplate(kTemplateId, t);
@@ -77,8 +77,8 @@ void cDlgConfig::OnInitDialog() {
     m_ok->setText(qs(gMsg.RsBtnOk));
     m_cancel->setText(qs(gMsg.RsBtnCancel));
     m_help->setText(qs(gMsg.RsBtnHelp));
-    m_avlField->setText(qs(avlPath));
-    m_editorField->setText(qs(editorPath));
+    m_avlField->setText(qs(m_avlPath));
+    m_editorField->setText(qs(m_editorPath));
 
     // The fields of both rows begin where the wider of the two labels ends; a label's room is its
     // text behind the left margin.
@@ -87,11 +87,11 @@ void cDlgConfig::OnInitDialog() {
     const QFontMetrics metrics(m_avlLabel->font());
     const int avlWidth = metrics.horizontalAdvance(m_avlLabel->text());
     const int editorWidth = metrics.horizontalAdvance(m_editorLabel->text());
-    labelWidth = kMargin + std::max(avlWidth, editorWidth);
+    m_labelWidth = kMargin + std::max(avlWidth, editorWidth);
 
     const int h = m_avlLabel->height();
-    m_avlLabel->setGeometry(kMargin, kMargin, labelWidth - kMargin, h);
-    m_editorLabel->setGeometry(kMargin, h + 2 * kMargin, labelWidth - kMargin, h);
+    m_avlLabel->setGeometry(kMargin, kMargin, m_labelWidth - kMargin, h);
+    m_editorLabel->setGeometry(kMargin, h + 2 * kMargin, m_labelWidth - kMargin, h);
 
     LayoutControls();
 }
@@ -107,28 +107,28 @@ void cDlgConfig::accept() {
     // The paths the user confirms here are the user's own: an offer of the drawing's ends.
     m_context.drawingAvlFilePath.clear();
     m_context.drawingEditorPath.clear();
-    const bool avlMissing = !hasFileStatus(avlPath);
+    const bool avlMissing = !hasFileStatus(m_avlPath);
     if (!avlMissing)
-        m_context.avlFilePath = avlPath;
-    const bool editorMissing = !hasFileStatus(editorPath);
+        m_context.avlFilePath = m_avlPath;
+    const bool editorMissing = !hasFileStatus(m_editorPath);
     if (!editorMissing)
-        m_context.editorPath = editorPath;
+        m_context.editorPath = m_editorPath;
 
     if (avlMissing || editorMissing) {
         std::string question;
         if (avlMissing && editorMissing)
-            question = formatText("%s %s %s %s %s", avlPath.c_str(), gMsg.Tx_and.c_str(), editorPath.c_str(),
-                                  gMsg.TxDoNotExist.c_str(), gMsg.TxAssume.c_str());
+            question = formatText("%s %s %s %s %s", m_avlPath.c_str(), gMsg.Tx_and.c_str(),
+                                  m_editorPath.c_str(), gMsg.TxDoNotExist.c_str(), gMsg.TxAssume.c_str());
         else
-            question = formatText("%s %s %s", (avlMissing ? avlPath : editorPath).c_str(),
+            question = formatText("%s %s %s", (avlMissing ? m_avlPath : m_editorPath).c_str(),
                                   gMsg.TxDoesNotExist.c_str(), gMsg.TxAssume.c_str());
         kova::BoxAnswer answer = kova::BoxAnswer::No;
         if (kova::UiServices* ui = acHostUiServices())
             answer = ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, question,
                                     kova::BoxButtons::YesNo);
         if (answer == kova::BoxAnswer::Yes) {
-            m_context.avlFilePath = avlPath;
-            m_context.editorPath = editorPath;
+            m_context.avlFilePath = m_avlPath;
+            m_context.editorPath = m_editorPath;
         }
     }
 
@@ -139,7 +139,7 @@ void cDlgConfig::accept() {
 // ---- the path fields ----
 
 std::string& cDlgConfig::workingPathOf(const CEditEx* field) {
-    return field == m_avlField ? avlPath : editorPath;
+    return field == m_avlField ? m_avlPath : m_editorPath;
 }
 
 bool cDlgConfig::eventFilter(QObject* watched, QEvent* event) {
@@ -213,9 +213,9 @@ void cDlgConfig::LayoutControls() {
     };
     const QRect avlBrowse = besideLabel(m_avlBrowse, m_avlLabel);
     const QRect editorBrowse = besideLabel(m_editorBrowse, m_editorLabel);
-    const QRect avlField(labelWidth, m_avlLabel->y(), avlBrowse.x() - kMargin - labelWidth,
+    const QRect avlField(m_labelWidth, m_avlLabel->y(), avlBrowse.x() - kMargin - m_labelWidth,
                          m_avlLabel->height());
-    const QRect editorField(labelWidth, m_editorLabel->y(), editorBrowse.x() - kMargin - labelWidth,
+    const QRect editorField(m_labelWidth, m_editorLabel->y(), editorBrowse.x() - kMargin - m_labelWidth,
                             m_editorLabel->height());
 
     m_ok->setGeometry(ok);

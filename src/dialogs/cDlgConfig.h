@@ -32,9 +32,8 @@ public:
     // Copies the two paths from context, which must outlive the dialog.
     explicit cDlgConfig(DocumentState& context, QWidget* parent = nullptr);
 
-    std::int32_t labelWidth = 0; // the wider label text in pixels; 0 until the start measured it
-    std::string avlPath;         // the working paths
-    std::string editorPath;
+    // The wider label text in pixels, where the fields start; 0 until the start measured it.
+    std::int32_t labelWidth() const { return m_labelWidth; }
 
     // The file dialogs of the two browse buttons: the choice becomes the working path and the
     // field's text; a cancel changes nothing.
@@ -55,6 +54,9 @@ private:
     std::string& workingPathOf(const CEditEx* field);
     void browse(CEditEx* field, const std::string& filterName, const std::string& extension);
 
+    std::int32_t m_labelWidth = 0;
+    std::string m_avlPath; // the working paths
+    std::string m_editorPath;
     DocumentState& m_context;
     QPushButton* m_ok = nullptr;
     QPushButton* m_cancel = nullptr;

@@ -41,14 +41,14 @@ cDlgSlctSysVar::cDlgSlctSysVar(DocumentState& context, QWidget* parent)
     m_find = makeControl<QPushButton>(this, t, kIdFind, base);
     m_buttonWidth = m_find->width();
 
-    listCtrl = new VarListView(this);
-    listCtrl->setObjectName(QString::number(kIdList));
+    m_list = new VarListView(this);
+    m_list->setObjectName(QString::number(kIdList));
     if (const DialogControl* c = t.control(kIdList))
-        listCtrl->setGeometry(dialogUnitsToPixels(c->rect, base));
+        m_list->setGeometry(dialogUnitsToPixels(c->rect, base));
     // Columns narrow down to nothing, as the window system's do; a width of 0 is never stored.
-    listCtrl->header()->setMinimumSectionSize(0);
+    m_list->header()->setMinimumSectionSize(0);
     m_model = new VarListModel(2, this);
-    listCtrl->setModel(m_model);
+    m_list->setModel(m_model);
 
     m_markAll = makeControl<QPushButton>(this, t, kIdMarkAll, base);
     m_invert = makeControl<QPushButton>(this, t, kIdInvert, base);
@@ -62,13 +62,13 @@ cDlgSlctSysVar::cDlgSlctSysVar(DocumentState& context, QWidget* parent)
 }
 
 cDlgSlctSysVar::~cDlgSlctSysVar() {
-    delete contextMenu;
+    delete m_contextMenu;
 }
 
 // ---- start and end ----
 
 void cDlgSlctSysVar::OnInitDialog() {
-    lastClientRect = QRect(0, 0, 0, 0);
+    m_lastClientRect = QRect(0, 0, 0, 0);
     placeAtKeptRect();
 
     m_help->setText(qs(gMsg.RsBtnHelp));
@@ -87,12 +87,12 @@ void cDlgSlctSysVar::OnInitDialog() {
     m_markAll->setToolTip(qs(gMsg.MnSelectAll));
     m_invert->setToolTip(qs(gMsg.MnInverse));
 
-    contextMenu = new (std::nothrow) QMenu(this);
-    if (contextMenu) {
+    m_contextMenu = new (std::nothrow) QMenu(this);
+    if (m_contextMenu) {
         const std::pair<int, const std::string*> entries[] = {{kCmdSelectAll, &gMsg.MnSelectAll},
                                                               {kCmdInverse, &gMsg.MnInverse}};
         for (const auto& [id, text] : entries) {
-            QAction* action = contextMenu->addAction(qs(*text));
+            QAction* action = m_contextMenu->addAction(qs(*text));
             action->setObjectName(QString::number(id));
             connect(action, &QAction::triggered, this,
                     id == kCmdSelectAll ? &cDlgSlctSysVar::OnMarkAll : &cDlgSlctSysVar::OnInvert);
@@ -104,32 +104,32 @@ void cDlgSlctSysVar::OnInitDialog() {
 
     // A hidden window gets its size event only when shown: lay out for the present size now.
     LayoutControls();
-    listCtrl->setFocus(Qt::OtherFocusReason);
+    m_list->setFocus(Qt::OtherFocusReason);
 }
 
 void cDlgSlctSysVar::SetupList() {
-    rowImages = makeRowImages();
-    if (!qobject_cast<VarListDelegate*>(listCtrl->itemDelegate()))
-        listCtrl->setItemDelegate(new VarListDelegate(*listCtrl, rowImages, m_context.viewOrder, listCtrl));
+    m_rowImages = makeRowImages();
+    if (!qobject_cast<VarListDelegate*>(m_list->itemDelegate()))
+        m_list->setItemDelegate(new VarListDelegate(*m_list, m_rowImages, m_context.viewOrder, m_list));
 
     m_context.listCtrl2FirstCol = VarListView::clampedStartWidth(0, m_context.listCtrl2FirstCol);
     m_context.listCtrl2SecCol = VarListView::clampedStartWidth(1, m_context.listCtrl2SecCol);
     m_model->clearRows();
     m_model->setHeaderTexts({qs(gMsg.ClVariable), qs(gMsg.ClAcadValue)});
-    listCtrl->setColumnWidth(0, m_context.listCtrl2FirstCol);
-    listCtrl->setColumnWidth(1, m_context.listCtrl2SecCol);
+    m_list->setColumnWidth(0, m_context.listCtrl2FirstCol);
+    m_list->setColumnWidth(1, m_context.listCtrl2SecCol);
 }
 
 void cDlgSlctSysVar::FillList() {
-    listCtrl->setUpdatesEnabled(false);
-    listCtrl->fillRows(buildListRows(m_context.varList, m_context.viewOrder, RowFilter{}));
-    listCtrl->setUpdatesEnabled(true);
-    listCtrl->viewport()->repaint();
+    m_list->setUpdatesEnabled(false);
+    m_list->fillRows(buildListRows(m_context.varList, m_context.viewOrder, RowFilter{}));
+    m_list->setUpdatesEnabled(true);
+    m_list->viewport()->repaint();
 }
 
 void cDlgSlctSysVar::accept() {
     // Only adds: rows that are not selected leave their variables as they are.
-    const QItemSelectionModel* selection = listCtrl->selectionModel();
+    const QItemSelectionModel* selection = m_list->selectionModel();
     for (int row = 0; row < m_model->rowCount(); ++row)
         if (cSysVar* record = m_model->recordAt(row))
             if (selection->isSelected(m_model->index(row, 0)))
@@ -138,15 +138,15 @@ void cDlgSlctSysVar::accept() {
 }
 
 void cDlgSlctSysVar::saveOnEnd() {
-    const int first = listCtrl->isColumnHidden(0) ? 0 : listCtrl->columnWidth(0);
+    const int first = m_list->isColumnHidden(0) ? 0 : m_list->columnWidth(0);
     if (first != 0)
         m_context.listCtrl2FirstCol = VarListView::clampedStartWidth(0, first);
-    const int second = listCtrl->isColumnHidden(1) ? 0 : listCtrl->columnWidth(1);
+    const int second = m_list->isColumnHidden(1) ? 0 : m_list->columnWidth(1);
     if (second != 0)
         m_context.listCtrl2SecCol = VarListView::clampedStartWidth(1, second);
     // A second saving on the way out must find no menu.
-    delete contextMenu;
-    contextMenu = nullptr;
+    delete m_contextMenu;
+    m_contextMenu = nullptr;
 }
 
 // ---- selection ----
@@ -156,18 +156,18 @@ void cDlgSlctSysVar::OnMarkAll() {
     for (int row = 0; row < m_model->rowCount(); ++row)
         if (m_model->recordAt(row))
             on.select(m_model->index(row, 0), m_model->index(row, m_model->columnCount() - 1));
-    listCtrl->selectionModel()->select(on, QItemSelectionModel::ClearAndSelect);
-    listCtrl->setFocus(Qt::OtherFocusReason);
+    m_list->selectionModel()->select(on, QItemSelectionModel::ClearAndSelect);
+    m_list->setFocus(Qt::OtherFocusReason);
 }
 
 void cDlgSlctSysVar::OnInvert() {
-    QItemSelectionModel* selection = listCtrl->selectionModel();
+    QItemSelectionModel* selection = m_list->selectionModel();
     QItemSelection on;
     for (int row = 0; row < m_model->rowCount(); ++row)
         if (m_model->recordAt(row) && !selection->isSelected(m_model->index(row, 0)))
             on.select(m_model->index(row, 0), m_model->index(row, m_model->columnCount() - 1));
     selection->select(on, QItemSelectionModel::ClearAndSelect);
-    listCtrl->setFocus(Qt::OtherFocusReason);
+    m_list->setFocus(Qt::OtherFocusReason);
 }
 
 // ---- search ----
@@ -185,21 +185,21 @@ void cDlgSlctSysVar::onFindNotify(const FindNotification& notification) {
     // The refill drops the selection made by hand and selects the search's records.
     FillList();
     QList<int> selectedRows;
-    for (const QModelIndex& index : listCtrl->selectionModel()->selectedRows())
+    for (const QModelIndex& index : m_list->selectionModel()->selectedRows())
         selectedRows.push_back(index.row());
     std::sort(selectedRows.begin(), selectedRows.end());
     const FoundRow found = DlgFind2::rowToShow(selectedRows, notification.value);
     if (found.row >= 0)
-        listCtrl->scrollTo(m_model->index(found.row, 0));
+        m_list->scrollTo(m_model->index(found.row, 0));
 }
 
 // ---- layout and context menu ----
 
 void cDlgSlctSysVar::LayoutControls() {
-    if (rect() == lastClientRect)
+    if (rect() == m_lastClientRect)
         return;
-    lastClientRect = rect();
-    listCtrl->setUpdatesEnabled(false);
+    m_lastClientRect = rect();
+    m_list->setUpdatesEnabled(false);
 
     const int bw = fittedButtonWidth(m_buttonWidth, {m_find, m_ok, m_cancel, m_help});
     const int bh = m_find->height();
@@ -233,7 +233,7 @@ void cDlgSlctSysVar::LayoutControls() {
         help = QRect(cancel.x() + bw + kMargin, rowTop, bw, bh);
     }
 
-    listCtrl->setGeometry(list);
+    m_list->setGeometry(list);
     m_ok->setGeometry(ok);
     m_cancel->setGeometry(cancel);
     m_find->setGeometry(find);
@@ -241,18 +241,18 @@ void cDlgSlctSysVar::LayoutControls() {
     m_markAll->setGeometry(markAll);
     m_invert->setGeometry(invert);
 
-    listCtrl->setUpdatesEnabled(true);
+    m_list->setUpdatesEnabled(true);
     repaint();
 }
 
 void cDlgSlctSysVar::contextMenuEvent(QContextMenuEvent* event) {
     event->accept();
-    if (!contextMenu)
+    if (!m_contextMenu)
         return;
     // Strictly inside: a point on any edge of the list opens nothing.
     const QPoint p = event->globalPos();
-    const QRect list(listCtrl->mapToGlobal(QPoint(0, 0)), listCtrl->size());
+    const QRect list(m_list->mapToGlobal(QPoint(0, 0)), m_list->size());
     if (p.x() > list.left() && p.x() < list.left() + list.width() && p.y() > list.top() &&
         p.y() < list.top() + list.height())
-        contextMenu->exec(p);
+        m_contextMenu->exec(p);
 }

@@ -39,10 +39,8 @@ public:
     explicit cDlgSlctSysVar(DocumentState& context, QWidget* parent = nullptr);
     ~cDlgSlctSysVar() override;
 
-    VarListView* listCtrl = nullptr; // 1005
-    std::vector<QIcon> rowImages;    // the six row images
-    QMenu* contextMenu = nullptr;    // owned; null when none
-    QRect lastClientRect;            // client rectangle of the last layout
+    // The list of variables (control 1005).
+    VarListView& listView() const { return *m_list; }
 
     // Rebuilds the rows in the context's view order; rows of records with isSelected come up
     // selected and the flags are cleared.
@@ -69,7 +67,11 @@ private:
     void saveOnEnd() override; // the column widths; the menu goes
 
     DocumentState& m_context;
+    VarListView* m_list = nullptr; // 1005
     VarListModel* m_model = nullptr;
+    std::vector<QIcon> m_rowImages; // by RowImage
+    QMenu* m_contextMenu = nullptr; // owned; null when none
+    QRect m_lastClientRect;         // client rectangle of the last layout
     QPushButton* m_ok = nullptr;
     QPushButton* m_cancel = nullptr;
     QPushButton* m_help = nullptr;

@@ -57,15 +57,15 @@ TEST_F(ConfigDialog, FieldsStartBehindTheWiderLabel) {
     const QFontMetrics metrics(avlLabel->font());
     ASSERT_GT(metrics.horizontalAdvance(avlLabel->text()),
               metrics.horizontalAdvance(control<QLabel>(*d, cDlgConfig::kIdEditorLabel)->text()));
-    EXPECT_EQ(d->labelWidth, 10 + metrics.horizontalAdvance(avlLabel->text()));
+    EXPECT_EQ(d->labelWidth(), 10 + metrics.horizontalAdvance(avlLabel->text()));
     const int h = avlLabel->height();
     const int rows[][2] = {{cDlgConfig::kIdAvlLabel, cDlgConfig::kIdAvlPath},
                            {cDlgConfig::kIdEditorLabel, cDlgConfig::kIdEditorPath}};
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(control<QLabel>(*d, rows[i][0])->geometry(),
-                  QRect(10, 10 + i * (h + 10), d->labelWidth - 10, h))
+                  QRect(10, 10 + i * (h + 10), d->labelWidth() - 10, h))
             << "row " << i;
-        EXPECT_EQ(control<CEditEx>(*d, rows[i][1])->x(), d->labelWidth) << "row " << i;
+        EXPECT_EQ(control<CEditEx>(*d, rows[i][1])->x(), d->labelWidth()) << "row " << i;
     }
 }
 
@@ -95,7 +95,7 @@ TEST_F(ConfigDialog, ButtonsAndFieldsFollowTheWidth) {
             EXPECT_EQ(control<QPushButton>(*d, rows[i][1])->geometry(),
                       QRect(browseX, top, help->geometry().right() - browseX + 1, h));
             EXPECT_EQ(control<CEditEx>(*d, rows[i][0])->geometry(),
-                      QRect(d->labelWidth, top, browseX - 10 - d->labelWidth, h));
+                      QRect(d->labelWidth(), top, browseX - 10 - d->labelWidth(), h));
         }
     }
 }

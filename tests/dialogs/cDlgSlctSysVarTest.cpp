@@ -47,21 +47,21 @@ protected:
         return d;
     }
 
-    static VarListModel& model(cDlgSlctSysVar& d) { return *d.listCtrl->rowModel(); }
+    static VarListModel& model(cDlgSlctSysVar& d) { return *d.listView().rowModel(); }
 
     // The trimmed column-0 texts of the selected rows, in row order, joined by blanks.
     static std::string selectedRows(cDlgSlctSysVar& d) {
         std::string out;
         for (int row = 0; row < model(d).rowCount(); ++row)
-            if (d.listCtrl->selectionModel()->isSelected(model(d).index(row, 0)))
+            if (d.listView().selectionModel()->isSelected(model(d).index(row, 0)))
                 out += (out.empty() ? "" : " ") + model(d).cellText(row, 0).trimmed().toStdString();
         return out;
     }
     static void selectRows(cDlgSlctSysVar& d, const std::vector<QString>& texts) {
         for (int row = 0; row < model(d).rowCount(); ++row)
             if (std::find(texts.begin(), texts.end(), model(d).cellText(row, 0).trimmed()) != texts.end())
-                d.listCtrl->selectionModel()->select(model(d).index(row, 0),
-                                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
+                d.listView().selectionModel()->select(model(d).index(row, 0), QItemSelectionModel::Select |
+                                                                                  QItemSelectionModel::Rows);
     }
     std::string userList() {
         std::string out;
@@ -120,10 +120,10 @@ TEST_F(SelectionDialog, ClampsColumnWidthsAtStartAndAtTheEnd) {
         auto d = open();
         EXPECT_EQ(QPoint(context->listCtrl2FirstCol, context->listCtrl2SecCol),
                   QPoint(c.startFirst, c.startSecond));
-        EXPECT_EQ(QPoint(d->listCtrl->columnWidth(0), d->listCtrl->columnWidth(1)),
+        EXPECT_EQ(QPoint(d->listView().columnWidth(0), d->listView().columnWidth(1)),
                   QPoint(c.startFirst, c.startSecond));
-        d->listCtrl->setColumnWidth(0, c.endFirst);
-        d->listCtrl->setColumnWidth(1, c.endSecond);
+        d->listView().setColumnWidth(0, c.endFirst);
+        d->listView().setColumnWidth(1, c.endSecond);
         d->reject();
         EXPECT_EQ(QPoint(context->listCtrl2FirstCol, context->listCtrl2SecCol),
                   QPoint(c.savedFirst, c.savedSecond));
@@ -153,7 +153,7 @@ TEST_F(SelectionDialog, MarkAllAndInvertSelectVariableRowsAndNeverHeaders) {
     QTest::mouseClick(control<QPushButton>(*d, cDlgSlctSysVar::kIdMarkAll), Qt::LeftButton);
     EXPECT_EQ(selectedRows(*d), "CLAYER LUPREC OSMODE VIEWCTR");
 
-    d->listCtrl->clearSelection();
+    d->listView().clearSelection();
     selectRows(*d, {"L", "CLAYER", "VIEWCTR"});
     QTest::mouseClick(control<QPushButton>(*d, cDlgSlctSysVar::kIdInvert), Qt::LeftButton);
     EXPECT_EQ(selectedRows(*d), "LUPREC OSMODE");
@@ -186,7 +186,7 @@ TEST_F(SelectionDialog, LaysOutTheListAndTheButtonRowAtEachSize) {
         QCoreApplication::processEvents();
         ASSERT_EQ(d->size(), size);
         const int top = size.height() > 3 * bh + 30 ? size.height() - 10 - bh : 2 * bh + 20;
-        EXPECT_EQ(d->listCtrl->geometry(), QRect(10, 10, size.width() - 20, top - 20));
+        EXPECT_EQ(d->listView().geometry(), QRect(10, 10, size.width() - 20, top - 20));
         EXPECT_EQ(find->geometry(), QRect(10, top, bw, bh));
         EXPECT_EQ(control<QPushButton>(*d, cDlgSlctSysVar::kIdMarkAll)->geometry(),
                   QRect(bw + 20, top, bh, bh));
