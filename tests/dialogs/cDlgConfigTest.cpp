@@ -149,8 +149,9 @@ TEST_F(ConfigDialog, EnterInAPathFieldGoesToOkAndEndsNothing) {
     QTest::keyClick(control<CEditEx>(*d, cDlgConfig::kIdEditorPath), Qt::Key_Return);
     EXPECT_EQ(d->focusWidget(), control<QPushButton>(*d, cDlgConfig::kIdOk));
     EXPECT_TRUE(d->isVisible());
-    EXPECT_EQ(d->editorPath, newEditor) << "the working path took the text over";
     EXPECT_EQ(context->editorPath, oldEditor);
+    d->accept();
+    EXPECT_EQ(context->editorPath, newEditor) << "the working path took the text over";
 }
 
 // Escape in a field only goes to Cancel, keeping what was typed; a second one ends the dialog.

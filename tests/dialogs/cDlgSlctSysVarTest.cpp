@@ -161,9 +161,8 @@ TEST_F(SelectionDialog, MarkAllAndInvertSelectVariableRowsAndNeverHeaders) {
 
 TEST_F(SelectionDialog, ContextMenuEntriesRunTheStepsOfTheButtons) {
     auto d = open();
-    ASSERT_NE(d->contextMenu, nullptr);
-    QAction* selectAll = d->contextMenu->findChild<QAction*>("8100");
-    QAction* inverse = d->contextMenu->findChild<QAction*>("8101");
+    QAction* selectAll = d->findChild<QAction*>("8100");
+    QAction* inverse = d->findChild<QAction*>("8101");
     ASSERT_TRUE(selectAll && inverse);
     selectRows(*d, {"L", "LUPREC", "OSMODE"});
     inverse->trigger();
