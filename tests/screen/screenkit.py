@@ -85,9 +85,6 @@ class Image:
         i = 3 * (y * self.width + x)
         return tuple(self.pixels[i:i + 3])
 
-    def hex(self, x, y):
-        return "#%02x%02x%02x" % self.at(x, y)
-
     def save(self, path):
         with open(path, "wb") as f:
             f.write(b"P6\n%d %d\n255\n" % (self.width, self.height) + self.pixels)
