@@ -74,9 +74,10 @@ protected:
     ModelSpaceScene m_scene;
 };
 
+// A vertex at (x, y); a failure names the point that was expected.
 void expectAt(const SceneVertex& v, double x, double y) {
-    EXPECT_NEAR(v.x, x, 1e-9);
-    EXPECT_NEAR(v.y, y, 1e-9);
+    EXPECT_NEAR(v.x, x, 1e-9) << "x of the vertex expected at " << x << "," << y;
+    EXPECT_NEAR(v.y, y, 1e-9) << "y of the vertex expected at " << x << "," << y;
 }
 
 // Colours 1 and 3 as red and green: see the scene's colour tests.
