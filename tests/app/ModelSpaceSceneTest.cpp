@@ -74,6 +74,12 @@ protected:
     ModelSpaceScene m_scene;
 };
 
+// A vertex at (x, y); a failure names the point that was expected.
+void expectAt(const SceneVertex& v, double x, double y) {
+    EXPECT_NEAR(v.x, x, 1e-9) << "x of the vertex expected at " << x << "," << y;
+    EXPECT_NEAR(v.y, y, 1e-9) << "y of the vertex expected at " << x << "," << y;
+}
+
 // Colours 1 and 3 as red and green: see the scene's colour tests.
 TEST(AciColour, BlueWhiteAndGreyAreTheStandardOnes) {
     EXPECT_EQ(aciColour(5), 0x0000FFu);
@@ -151,10 +157,8 @@ TEST_F(SceneTest, ArcsRunCounterClockwiseFromStartToEndAngle) {
     ASSERT_EQ(scene.polylines().size(), 2u);
     const std::vector<SceneVertex> arc = vertices(0);
     ASSERT_GE(arc.size(), 2u);
-    EXPECT_NEAR(arc.front().x, 10, 1e-9);
-    EXPECT_NEAR(arc.front().y, 5, 1e-9);
-    EXPECT_NEAR(arc.back().x, 15, 1e-9);
-    EXPECT_NEAR(arc.back().y, 0, 1e-9);
+    expectAt(arc.front(), 10, 5);
+    expectAt(arc.back(), 15, 0);
     double sweep = 0;
     for (size_t i = 0; i + 1 < arc.size(); ++i) {
         BulgeArc piece;
@@ -178,8 +182,7 @@ TEST_F(SceneTest, ArcsSeenFromBelowAreMirrored) {
     const std::vector<SceneVertex> arc = vertices(0);
     ASSERT_EQ(arc.size(), 2u);
     EXPECT_NEAR(arc[0].x, -15, 1e-9);
-    EXPECT_NEAR(arc[1].x, -10, 1e-9);
-    EXPECT_NEAR(arc[1].y, 5, 1e-9);
+    expectAt(arc[1], -10, 5);
     BulgeArc piece;
     ASSERT_TRUE(bulgeArc(arc[0], arc[1], piece));
     EXPECT_NEAR(piece.cx, -10, 1e-9);
@@ -221,10 +224,8 @@ TEST_F(SceneTest, BlockReferencesAreMovedScaledRotatedAndTakeTheirColourIntoByBl
               blocks);
     ASSERT_EQ(scene.polylines().size(), 4u);
     const std::vector<SceneVertex> door = vertices(0);
-    EXPECT_NEAR(door[0].x, 10, 1e-9);
-    EXPECT_NEAR(door[0].y, 10, 1e-9);
-    EXPECT_NEAR(door[1].x, 10, 1e-9);
-    EXPECT_NEAR(door[1].y, 12, 1e-9);
+    expectAt(door[0], 10, 10);
+    expectAt(door[1], 10, 12);
     EXPECT_EQ(scene.polylines()[0].colour, 0x00FF00u); // BYBLOCK: the reference's own colour
     EXPECT_EQ(scene.polylines()[1].colour, 0xFF0000u); // layer 0 in a block: the reference's layer
     for (const SceneVertex& v : vertices(1))
@@ -286,27 +287,22 @@ TEST_F(SceneTest, BlocksThatReferThemselvesStop) {
 
 // Broken values leave their entity out and nothing else.
 TEST_F(SceneTest, BrokenValuesLeaveTheirEntityOut) {
-    const std::vector<Lines> broken = {
-        g("0 LINE|10 abc|20 0|11 1|21 1"),
-        g("0 LINE|10 nan|20 0|11 1|21 1"),
-        g("0 LINE|10 1e300|20 0|11 1|21 1"),
-        g("0 LINE|10 1e999|20 0"),
-        g("0 CIRCLE|10 0|20 0|40 -1"),
-        g("0 CIRCLE|10 0|20 0"),
-        g("0 ARC|10 0|20 0|40 1|50 inf"),
-        g("0 LWPOLYLINE|20 1|10 0"),
-        g("0 LWPOLYLINE|70 1"),
-        g("0 TEXT|10 0|20 0|40 0|1 x"),
-        g("0 TEXT|10 0|20 0|40 -inf|1 x"),
-        g("0 INSERT|2 B|10 0|20 0|41 0"),
-        g("0 POLYLINE|70 0|0 VERTEX|10 x|20 0|0 SEQEND"),
-    };
+    const char* broken[] = {"0 LINE|10 abc|20 0|11 1|21 1",
+                            "0 LINE|10 nan|20 0|11 1|21 1",
+                            "0 LINE|10 1e300|20 0|11 1|21 1",
+                            "0 LINE|10 1e999|20 0",
+                            "0 CIRCLE|10 0|20 0|40 -1",
+                            "0 CIRCLE|10 0|20 0",
+                            "0 ARC|10 0|20 0|40 1|50 inf",
+                            "0 LWPOLYLINE|20 1|10 0",
+                            "0 LWPOLYLINE|70 1",
+                            "0 TEXT|10 0|20 0|40 0|1 x",
+                            "0 TEXT|10 0|20 0|40 -inf|1 x",
+                            "0 INSERT|2 B|10 0|20 0|41 0",
+                            "0 POLYLINE|70 0|0 VERTEX|10 x|20 0|0 SEQEND"};
     const Lines blocks = g("0 BLOCK|2 B|0 LINE|11 1|21 1|0 ENDBLK");
-    for (const Lines& entity : broken) {
-        std::string shown;
-        for (const std::string& l : entity)
-            shown += l + " ";
-        const ModelSpaceScene& scene = build(entity + line({}, 0, 0, 3, 4), blocks);
+    for (const char* shown : broken) {
+        const ModelSpaceScene& scene = build(g(shown) + line({}, 0, 0, 3, 4), blocks);
         EXPECT_EQ(scene.polylines().size() + scene.texts().size(), 1u) << shown;
         EXPECT_EQ(scene.skipped(), 1u) << shown;
         EXPECT_DOUBLE_EQ(scene.extents().maxY, 4) << shown;
@@ -340,8 +336,7 @@ TEST(PlainMText, FormattingCodesGoAndLineBreaksStay) {
         {"\\S3#4;", "3/4"},
         {"\\fArial", ""},
         {"end\\", "end\\"},
-        {"line^Jnext", "line\nnext"},
-    };
+        {"line^Jnext", "line\nnext"}};
     for (const auto& [raw, plain] : cases)
         EXPECT_EQ(plainMText(raw), plain) << raw;
 }

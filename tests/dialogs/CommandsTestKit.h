@@ -92,8 +92,11 @@ protected:
         AcApDocument* doc = host.newDocument();
         ASSERT_NE(doc, nullptr);
         context = std::make_unique<cDocCntx>(doc);
+        prepareContext();
     }
     virtual void prepareHost() {}
+    // What a test class puts into the context of the new drawing.
+    virtual void prepareContext() {}
 
     void TearDown() override {
         context.reset();
@@ -144,10 +147,7 @@ protected:
         writeFile("VarDesk.avl", kAvlFile);
         ASSERT_TRUE(host.loadVariableTable(VARDESK_SOURCE_DIR "/data/hostvars.tsv"));
     }
-    void SetUp() override {
-        HostTest::SetUp();
-        if (HasFatalFailure())
-            return;
+    void prepareContext() override {
         gContext.userIniFile = path("VarDesk.ini");
         context->drawingFileName = "Drawing1.dwg";
         context->avlFilePath = path("VarDesk.avl");

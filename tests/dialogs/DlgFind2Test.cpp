@@ -40,10 +40,7 @@ private:
 
 class DlgFind2Test : public HostTest {
 protected:
-    void SetUp() override {
-        HostTest::SetUp();
-        if (HasFatalFailure())
-            return;
+    void prepareContext() override {
         context->varList.themes.addTheme(1, "Zeichnung");
         addRecord("1", "CLAYER", "++", "\"0\"", "", "Aktueller Layer");
         addRecord("1", "DIMDSEP", "++", "\",\"", "", "Dezimaltrenner");

@@ -24,6 +24,7 @@
 #include <QToolBar>
 
 #include <map>
+#include <sstream>
 
 namespace {
 
@@ -45,9 +46,20 @@ protected:
     }
 };
 
-// A row as its indented text and image.
-std::string row(int level, const std::string& text, RowImage image) {
-    return std::string(7 * (level + 1), ' ') + text + "|" + std::to_string(static_cast<int>(image));
+// Rows as "<level><image> <text>" apart by ',', the image L(etter), T(heme), G(lobal) or D(rawing);
+// each row as its indented text and image.
+std::vector<std::string> rowsOf(const std::string& spec) {
+    std::vector<std::string> out;
+    std::istringstream in(spec);
+    for (std::string item; std::getline(in, item, ',');) {
+        const RowImage image = item[1] == 'L'   ? RowImage::Letter
+                               : item[1] == 'T' ? RowImage::Theme
+                               : item[1] == 'G' ? RowImage::Global
+                                                : RowImage::Drawing;
+        out.push_back(std::string(7 * (item[0] - '0' + 1), ' ') + item.substr(3) + "|" +
+                      std::to_string(static_cast<int>(image)));
+    }
+    return out;
 }
 
 TEST_F(MainDialog, StatusPanesAreAsWideAsTheirLongestTextAndEndAtTheRight) {
@@ -265,38 +277,18 @@ TEST_F(MainDialog, EveryOrderCommandBuildsItsRowsWithHeaders) {
     open();
     const std::string global = gMsg.TxGlobal, drawing = gMsg.TxDrawSpecific, other = gMsg.TxDefaultTheme;
     const std::map<ListOrder, std::vector<std::string>> byOrder = {
-        {ListOrder::Letter,
-         {row(0, "A", RowImage::Letter), row(1, "ANGBASE", RowImage::Drawing),
-          row(1, "AUNITS", RowImage::Drawing), row(0, "F", RowImage::Letter),
-          row(1, "FILEDIA", RowImage::Global), row(0, "I", RowImage::Letter),
-          row(1, "INSBASE", RowImage::Drawing), row(0, "L", RowImage::Letter),
-          row(1, "LUPREC", RowImage::Drawing), row(0, "O", RowImage::Letter),
-          row(1, "OSMODE", RowImage::Global), row(0, "V", RowImage::Letter),
-          row(1, "VIEWCTR", RowImage::Drawing)}},
-        {ListOrder::Theme,
-         {row(0, "Anzeige", RowImage::Theme), row(1, "3DOSMODE", RowImage::Global),
-          row(1, "INSBASE", RowImage::Drawing), row(1, "OSMODE", RowImage::Global),
-          row(1, "VIEWCTR", RowImage::Drawing), row(0, "Einheiten", RowImage::Theme),
-          row(1, "ANGBASE", RowImage::Drawing), row(1, "AUNITS", RowImage::Drawing),
-          row(1, "LUPREC", RowImage::Drawing), row(0, other, RowImage::Theme),
-          row(1, "FILEDIA", RowImage::Global)}},
-        {ListOrder::ScopeLetter,
-         {row(0, global, RowImage::Global), row(1, "F", RowImage::Letter),
-          row(2, "FILEDIA", RowImage::Global), row(1, "O", RowImage::Letter),
-          row(2, "OSMODE", RowImage::Global), row(0, drawing, RowImage::Drawing),
-          row(1, "A", RowImage::Letter), row(2, "ANGBASE", RowImage::Drawing),
-          row(2, "AUNITS", RowImage::Drawing), row(1, "I", RowImage::Letter),
-          row(2, "INSBASE", RowImage::Drawing), row(1, "L", RowImage::Letter),
-          row(2, "LUPREC", RowImage::Drawing), row(1, "V", RowImage::Letter),
-          row(2, "VIEWCTR", RowImage::Drawing)}},
-        {ListOrder::ScopeTheme,
-         {row(0, global, RowImage::Global), row(1, "Anzeige", RowImage::Theme),
-          row(2, "3DOSMODE", RowImage::Global), row(2, "OSMODE", RowImage::Global),
-          row(1, other, RowImage::Theme), row(2, "FILEDIA", RowImage::Global),
-          row(0, drawing, RowImage::Drawing), row(1, "Anzeige", RowImage::Theme),
-          row(2, "INSBASE", RowImage::Drawing), row(2, "VIEWCTR", RowImage::Drawing),
-          row(1, "Einheiten", RowImage::Theme), row(2, "ANGBASE", RowImage::Drawing),
-          row(2, "AUNITS", RowImage::Drawing), row(2, "LUPREC", RowImage::Drawing)}},
+        {ListOrder::Letter, rowsOf("0L A,1D ANGBASE,1D AUNITS,0L F,1G FILEDIA,0L I,1D INSBASE,0L L,1D LUPREC,"
+                                   "0L O,1G OSMODE,0L V,1D VIEWCTR")},
+        {ListOrder::Theme, rowsOf("0T Anzeige,1G 3DOSMODE,1D INSBASE,1G OSMODE,1D VIEWCTR,0T Einheiten,"
+                                  "1D ANGBASE,1D AUNITS,1D LUPREC,0T " +
+                                  other + ",1G FILEDIA")},
+        {ListOrder::ScopeLetter, rowsOf("0G " + global + ",1L F,2G FILEDIA,1L O,2G OSMODE,0D " + drawing +
+                                        ",1L A,2D ANGBASE,2D AUNITS,1L I,2D INSBASE,1L L,2D LUPREC,1L V,"
+                                        "2D VIEWCTR")},
+        {ListOrder::ScopeTheme, rowsOf("0G " + global + ",1T Anzeige,2G 3DOSMODE,2G OSMODE,1T " + other +
+                                       ",2G FILEDIA,0D " + drawing +
+                                       ",1T Anzeige,2D INSBASE,2D VIEWCTR,"
+                                       "1T Einheiten,2D ANGBASE,2D AUNITS,2D LUPREC")},
     };
     // From the last order back, so that every command changes the order.
     const auto orders = listOrderTable();
@@ -604,10 +596,8 @@ private:
 // The commands on the context's list as the load step leaves it, with no dialog made.
 class CommandsOnAPort : public CommandsTest {
 protected:
-    void SetUp() override {
-        CommandsTest::SetUp();
-        if (HasFatalFailure())
-            return;
+    void prepareContext() override {
+        CommandsTest::prepareContext();
         ReportList lines;
         RunCode runCode = RunCode::Idle;
         runLoadStep(*context, lines, runCode);

@@ -12,10 +12,7 @@ using namespace commandstest;
 
 class ConfigDialog : public HostTest {
 protected:
-    void SetUp() override {
-        HostTest::SetUp();
-        if (HasFatalFailure())
-            return;
+    void prepareContext() override {
         oldAvl = path("old.avl"), newAvl = path("new.avl"), missingAvl = path("missing.avl");
         oldEditor = path("oldeditor"), newEditor = path("neweditor"), missingEditor = path("missing-editor");
         for (const char* name : {"old.avl", "new.avl", "oldeditor", "neweditor"})

@@ -15,10 +15,7 @@ using namespace commandstest;
 
 class SelectionDialog : public HostTest {
 protected:
-    void SetUp() override {
-        HostTest::SetUp();
-        if (HasFatalFailure())
-            return;
+    void prepareContext() override {
         context->varList.themes.addTheme(1, "Einheiten");
         context->varList.themes.addTheme(2, "Zeichnung");
         // _PKSER begins with no letter "A" to "Z" and names no theme of the list.

@@ -86,18 +86,22 @@ def cadhost():
     return path
 
 
+def offscreen_env(work, home):
+    """The environment for a Qt program without a screen, with a home folder of its own in work."""
+    env = dict(os.environ, QT_QPA_PLATFORM="offscreen", HOME=work.file(home))
+    env.setdefault("XDG_RUNTIME_DIR", work.file("runtime"))
+    os.makedirs(env["HOME"], exist_ok=True)
+    os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700, exist_ok=True)
+    return env
+
+
 def run_batch(work, script, args=()):
     """Runs cadhost --batch with the script's lines in work's folder, as the scenarios do, and
     returns the exit code and what it printed."""
     with open(work.file("check.scr"), "w", encoding="utf-8") as f:
         f.write(script)
-    env = dict(os.environ)
+    env = offscreen_env(work, "home")
     env.pop("XDG_CONFIG_HOME", None)
-    env["QT_QPA_PLATFORM"] = "offscreen"
-    env["HOME"] = work.file("home")
-    env.setdefault("XDG_RUNTIME_DIR", work.file("runtime"))
-    os.makedirs(env["HOME"], exist_ok=True)
-    os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700, exist_ok=True)
     result = subprocess.run([cadhost(), "--batch", "check.scr", "--profile", "profile", *args],
                             cwd=work.path, env=env, stdout=subprocess.PIPE,
                             stderr=subprocess.STDOUT, timeout=120)
@@ -262,12 +266,7 @@ def drawing_state(doc):
 def librecad_print(work, dxf_path):
     """Prints a drawing to PDF with LibreCAD, headless; returns the PDF's path and the output."""
     copy = work.copy(dxf_path, "print-" + os.path.basename(dxf_path))
-    env = dict(os.environ)
-    env["QT_QPA_PLATFORM"] = "offscreen"
-    env["HOME"] = work.file("librecad-home")
-    env.setdefault("XDG_RUNTIME_DIR", work.file("runtime"))
-    os.makedirs(env["HOME"], exist_ok=True)
-    os.makedirs(env["XDG_RUNTIME_DIR"], mode=0o700, exist_ok=True)
+    env = offscreen_env(work, "librecad-home")
     result = subprocess.run(["librecad", "dxf2pdf", "-a", os.path.basename(copy)], cwd=work.path,
                             env=env, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=180)
     return os.path.splitext(copy)[0] + ".pdf", result.stdout.decode("utf-8", "replace")

@@ -28,8 +28,9 @@ protected:
     void TearDown() override { fs::remove_all(m_dir); }
 
     void writeRaw(const std::string& content) const { std::ofstream(m_file, std::ios::binary) << content; }
-    std::string readRaw() const {
-        std::ifstream in(m_file, std::ios::binary);
+    std::string readRaw() const { return readRaw(m_file); }
+    static std::string readRaw(const std::string& path) {
+        std::ifstream in(path, std::ios::binary);
         std::ostringstream s;
         s << in.rdbuf();
         return s.str();
@@ -141,10 +142,7 @@ TEST_F(ProfileFile, HeldFileWritesAsTheOneShotFunctionsAndReadsWhatItWrote) {
     const char* keys[] = {"k1", "K2", "k3", "new", "other"};
     const char* sections[] = {"a", "B", "c"};
     const auto sameAsTwin = [&](const std::string& step) {
-        std::ifstream in(twin, std::ios::binary);
-        std::ostringstream twinText;
-        twinText << in.rdbuf();
-        ASSERT_EQ(readRaw(), twinText.str()) << step;
+        ASSERT_EQ(readRaw(), readRaw(twin)) << step;
         for (const char* section : sections)
             for (const char* key : keys) {
                 std::string fromHeld, fromFresh;

@@ -18,6 +18,17 @@ def skip(reason):
     sys.exit(SKIP)
 
 
+def end(process):
+    """Ends a process that still runs: politely first, by force after five seconds."""
+    if process.poll() is None:
+        process.terminate()
+        try:
+            process.wait(5)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+
+
 class Xvfb:
     """An X server on a display number it picks itself (-displayfd), so that parallel runs never meet."""
 
@@ -45,13 +56,7 @@ class Xvfb:
         self.display = ":" + number.decode().strip()
 
     def stop(self):
-        if self.process.poll() is None:
-            self.process.terminate()
-            try:
-                self.process.wait(5)
-            except subprocess.TimeoutExpired:
-                self.process.kill()
-                self.process.wait()
+        end(self.process)
 
 
 class Image:
@@ -79,9 +84,6 @@ class Image:
     def at(self, x, y):
         i = 3 * (y * self.width + x)
         return tuple(self.pixels[i:i + 3])
-
-    def hex(self, x, y):
-        return "#%02x%02x%02x" % self.at(x, y)
 
     def save(self, path):
         with open(path, "wb") as f:
@@ -199,13 +201,7 @@ class Cadhost:
         return image
 
     def stop(self):
-        if self.process.poll() is None:
-            self.process.terminate()
-            try:
-                self.process.wait(5)
-            except subprocess.TimeoutExpired:
-                self.process.kill()
-                self.process.wait()
+        end(self.process)
         self.out.close()
         # The screenshots and the report stay for a look when VARDESK_SCREEN_KEEP is set.
         if os.environ.get("VARDESK_SCREEN_KEEP"):

@@ -5,7 +5,6 @@ cannot start."""
 
 import os
 import sys
-import time
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
@@ -70,6 +69,41 @@ class ScreenSession(unittest.TestCase):
 
     def probe(self, window, keep=None):
         return Probe(self.host.shot(window, keep), window.get("ratio", 1))
+
+    def press(self, window, *keys):
+        """Keys into the window; the main dialog as it is afterwards."""
+        self.host.key(window, *keys)
+        self.host.settle()
+        return self.main()
+
+    def click_tool(self, window, text):
+        """A click on a tool button; the main dialog as it is afterwards."""
+        self.host.click_control(window, tool(window, text))
+        self.host.settle()
+        return self.main()
+
+    def wait_class(self, cls, what):
+        return self.host.wait_window(lambda w: w["class"] == cls, what)
+
+    def opened(self, title, keep=None):
+        """The dialog that a click opened, closed again after the test, once it has settled (its shot kept)."""
+        self.addCleanup(self.close_top, self.host.window(title))
+        self.host.settle()
+        window = self.host.window(title)
+        if keep:
+            self.probe(window, keep)
+        return window
+
+    def file_dialog(self, window, text, path, owned=False):
+        """The file dialog of a tool button (owned by the window if owned), a path typed and Return pressed."""
+        self.host.click_control(window, tool(window, text))
+        files = self.wait_class("QFileDialog", "file dialog")
+        if owned:
+            self.assertEqual(files["owner"], window["title"])
+        self.host.settle(0.6)
+        self.host.type(files, path)
+        self.host.key(files, "Return")
+        self.host.wait_gone(files["title"])
 
     def close_top(self, window):
         """Escape until the window is gone (the search dialog takes two)."""
@@ -141,8 +175,7 @@ class MainDialogOnScreen(ScreenSession):
         rows = lst["rows"]
         highlight = kit.colour(lst["highlight"])
         col1, top0 = rows[0][2], rows[0][1]
-        self.host.key(window, "Down")
-        self.host.settle()
+        self.press(window, "Down")
         probe = self.probe(window, "main-down")
         self.assertEqual(probe.at(vx + col1 + 30, vy + top0 + 5), highlight)
         self.assertNotEqual(probe.at(vx + col1 + 30, vy + rows[1][1] + 5), highlight)
@@ -151,21 +184,15 @@ class MainDialogOnScreen(ScreenSession):
         window = self.main()
         # Row 1 is a read-only global variable, row 4 a changeable drawing variable: between them
         # panes 1 and 2 show their longest texts.
-        self.host.key(window, "Down")
-        self.host.settle()
-        window = self.main()
+        window = self.press(window, "Down")
         panes = kit.controls(window, "59393/QLabel")
         self.assertEqual(len(panes), 3)
-        probe = self.probe(window, "main-status-1")
         self.assertEqual(panes[1].get("text"), "schreibgeschützt")
-        self.assertPaneHolds(probe, panes[1])
-        self.host.key(window, "Down", "Down", "Down")
-        self.host.settle()
-        window = self.main()
+        self.assertPaneHolds(self.probe(window, "main-status-1"), panes[1])
+        window = self.press(window, "Down", "Down", "Down")
         panes = kit.controls(window, "59393/QLabel")
-        probe = self.probe(window, "main-status-2")
         self.assertEqual(panes[2].get("text"), "zeichnungsabhängig")
-        self.assertPaneHolds(probe, panes[2])
+        self.assertPaneHolds(self.probe(window, "main-status-2"), panes[2])
 
     def assertPaneHolds(self, probe, pane):
         x, _, w, _ = kit.scaled(pane["rect"], probe.ratio)
@@ -177,11 +204,7 @@ class MainDialogOnScreen(ScreenSession):
     def test_3_search_dialog_fits(self):
         window = self.main()
         self.host.click_control(window, tool(window, "Suchen"))
-        search = self.host.window("Suchen")
-        self.addCleanup(self.close_top, search)
-        self.host.settle()
-        search = self.host.window("Suchen")
-        self.probe(search, "search")
+        search = self.opened("Suchen", "search")
         self.assertButtonsFit(search)
         boxes = [c for c in search["controls"] if c["class"] == "QGroupBox"]
         hits = [c for c in search["controls"] if c.get("text") in ("zurück", "weiter", "alle Treffer")]
@@ -193,11 +216,7 @@ class MainDialogOnScreen(ScreenSession):
         self.host.click_control(window, tool(window, "Nur Benutzerdefinierte"))  # Add works there
         self.host.settle()
         self.host.click_control(window, tool(window, "Hinzufügen"))
-        select = self.host.window("Auswahl")
-        self.addCleanup(self.close_top, select)
-        self.host.settle()
-        select = self.host.window("Auswahl")
-        self.probe(select, "selection")
+        select = self.opened("Auswahl", "selection")
         self.assertButtonsFit(select)
         help_button = next(c for c in select["controls"] if c.get("text") == "Hilfe")
         self.assertEqual(help_button["rect"][0] + help_button["rect"][2], select["geometry"][2] - 10,
@@ -213,10 +232,7 @@ class MainDialogOnScreen(ScreenSession):
         item = next(e for e in menu["controls"][0]["entries"] if e["text"].replace("&", "") == "Konfiguration")
         ix, iy, iw, ih = item["rect"]
         self.host.click(menu, ix + iw // 2, iy + ih // 2)
-        config = self.host.window("Konfiguration")
-        self.addCleanup(self.close_top, config)
-        self.host.settle()
-        config = self.host.window("Konfiguration")
+        config = self.opened("Konfiguration")
         labels = [c for c in config["controls"] if c["class"] == "QLabel" and c.get("text")]
         fields = [c for c in config["controls"] if c["class"] in ("QLineEdit", "CEditEx")]
         self.assertEqual(len(labels), 2)
@@ -232,14 +248,11 @@ class MainDialogOnScreen(ScreenSession):
 
     def test_6a_box_is_centred_on_the_dialog_that_asks(self):
         # Save with an empty user list: a box.
-        window = self.main()
-        self.host.click_control(window, tool(window, "Nur Benutzerdefinierte"))
-        self.host.settle()
-        window = self.main()
+        window = self.click_tool(self.main(), "Nur Benutzerdefinierte")
         self.host.click_control(window, tool(window, "Speichern"))
-        box = self.host.wait_window(lambda w: w["class"] == "QMessageBox", "box")
+        self.wait_class("QMessageBox", "box")
         self.host.settle()
-        box = self.host.wait_window(lambda w: w["class"] == "QMessageBox", "box")
+        box = self.wait_class("QMessageBox", "box")
         self.assertEqual(box["owner"], window["title"])
         bx, by, bw, bh = box["geometry"]
         wx, wy, ww, wh = window["geometry"]
@@ -250,21 +263,12 @@ class MainDialogOnScreen(ScreenSession):
 
     def test_6b_save_as_over_a_file_asks_nothing_and_replaces_it(self):
         # The selected rows; the file dialog belongs to the VarDesk dialog.
-        window = self.main()
-        self.host.click_control(window, tool(window, "Alle aktuellen"))
-        self.host.settle()
-        window = self.main()
+        window = self.click_tool(self.main(), "Alle aktuellen")
         self.host.key(window, "Down", "Down")
         target = os.path.join(self.host.work, "liste.var")
         with open(target, "w", encoding="utf-8") as f:
             f.write("OLD\n")
-        self.host.click_control(window, tool(window, "Speichern als"))
-        files = self.host.wait_window(lambda w: w["class"] == "QFileDialog", "file dialog")
-        self.assertEqual(files["owner"], window["title"])
-        self.host.settle(0.6)
-        self.host.type(files, target)
-        self.host.key(files, "Return")
-        self.host.wait_gone(files["title"])
+        self.file_dialog(window, "Speichern als", target, owned=True)
         self.host.settle()
         self.assertFalse([w for w in self.host.report() if w["class"] == "QMessageBox"],
                          "a question after the file dialog")
@@ -276,13 +280,7 @@ class MainDialogOnScreen(ScreenSession):
     def test_6c_open_without_the_extension_finds_the_list_with_it(self):
         with open(os.path.join(self.host.work, "andere.var"), "w", encoding="utf-8") as f:
             f.write("LUPREC                   #2\n")
-        window = self.main()
-        self.host.click_control(window, tool(window, "Öffnen"))
-        files = self.host.wait_window(lambda w: w["class"] == "QFileDialog", "file dialog")
-        self.host.settle(0.6)
-        self.host.type(files, os.path.join(self.host.work, "andere"))
-        self.host.key(files, "Return")
-        self.host.wait_gone(files["title"])
+        self.file_dialog(self.main(), "Öffnen", os.path.join(self.host.work, "andere"))
         self.host.wait_window(lambda w: is_main(w) and "andere.var" in w["title"], "with the opened list")
 
     def test_7_no_toolkit_chatter(self):
@@ -317,10 +315,7 @@ class MainDialogAtScaleTwo(ScreenSession):
         self.assertFalse(blocks, "the row image is drawn at 16 pixels and blown up")
 
     def test_3_status_pane_text_fits(self):
-        window = self.main()
-        self.host.key(window, "Down", "Down")
-        self.host.settle()
-        window = self.main()
+        window = self.press(self.main(), "Down", "Down")
         panes = kit.controls(window, "59393/QLabel")
         probe = self.probe(window, "scaled-status")
         x, _, w, _ = kit.scaled(panes[1]["rect"], 2)
@@ -329,12 +324,7 @@ class MainDialogAtScaleTwo(ScreenSession):
     def test_4_search_dialog_buttons_fit(self):
         window = self.main()
         self.host.click_control(window, tool(window, "Suchen"))
-        search = self.host.window("Suchen")
-        self.addCleanup(self.close_top, search)
-        self.host.settle()
-        search = self.host.window("Suchen")
-        self.probe(search, "scaled-search")
-        self.assertButtonsFit(search)
+        self.assertButtonsFit(self.opened("Suchen", "scaled-search"))
 
 
 if __name__ == "__main__":

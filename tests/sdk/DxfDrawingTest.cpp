@@ -10,7 +10,6 @@
 #include <sys/stat.h>
 
 #include <fstream>
-#include <iterator>
 #include <utility>
 
 namespace {
@@ -83,36 +82,36 @@ std::pair<Lines, Lines> difference(const Lines& a, const Lines& b) {
     return {onlyA, onlyB};
 }
 
-TEST(DxfTagFile, RefusesWhatIsNoAsciiDxfAndNamesTheLine) {
-    const std::pair<std::string, const char*> bads[] = {
-        {std::string("AutoCAD Binary DXF\r\n\x1a\0", 22), "binary DXF"},
-        {std::string("AC1032\0\0\0\0\x01", 11), "DWG file"},
-        {"  0\nSECTION\n  2\nHEADER\n  9\n", "line 5: the file ends after a group code"},
-        {"  0\nSECTION\nabc\nHEADER\n", "line 3: \"abc\" is no group code"},
-        {"  0\nSECTION\n5000\nX\n", "line 3: group code 5000 is out of the range"},
-        {"  0\nSECTION\n  2\nHEADER\n  0\nENDSEC\n", "no EOF: it is cut off after line 6"},
-        {"", "empty"}};
+using Refusals = std::vector<std::pair<std::string, const char*>>;
+
+// Each input is refused by a new reader with a message that holds the text beside it.
+template <typename Reader> void expectRefused(const Refusals& bads) {
     for (const auto& [bytes, said] : bads) {
-        cadhost::dxf::TagFile file;
+        Reader reader;
         std::string message;
-        EXPECT_FALSE(file.parse(bytes, message)) << said;
+        EXPECT_FALSE(reader.parse(bytes, message)) << said;
         EXPECT_NE(message.find(said), std::string::npos) << said << " -- said: " << message;
     }
 }
 
+TEST(DxfTagFile, RefusesWhatIsNoAsciiDxfAndNamesTheLine) {
+    expectRefused<cadhost::dxf::TagFile>(
+        {{std::string("AutoCAD Binary DXF\r\n\x1a\0", 22), "binary DXF"},
+         {std::string("AC1032\0\0\0\0\x01", 11), "DWG file"},
+         {"  0\nSECTION\n  2\nHEADER\n  9\n", "line 5: the file ends after a group code"},
+         {"  0\nSECTION\nabc\nHEADER\n", "line 3: \"abc\" is no group code"},
+         {"  0\nSECTION\n5000\nX\n", "line 3: group code 5000 is out of the range"},
+         {"  0\nSECTION\n  2\nHEADER\n  0\nENDSEC\n", "no EOF: it is cut off after line 6"},
+         {"", "empty"}});
+}
+
 TEST(DxfDrawing, RefusesAnOpenSectionAStrayEntityAndAMissingOrUnknownVersion) {
-    const std::pair<std::string, const char*> badDrawings[] = {
-        {"  0\nSECTION\n  2\nHEADER\n  0\nEOF\n", "line 1: the section HEADER has no end"},
-        {"  0\nLINE\n  0\nEOF\n", "line 1: a section should begin here"},
-        {"  0\nSECTION\n  2\nHEADER\n  0\nENDSEC\n  0\nEOF\n", "names no DXF version"},
-        {"  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1099\n  0\nENDSEC\n  0\nEOF\n",
-         "line 7: DXF version"}};
-    for (const auto& [bytes, said] : badDrawings) {
-        cadhost::dxf::Drawing drawing;
-        std::string message;
-        EXPECT_FALSE(drawing.parse(bytes, message)) << said;
-        EXPECT_NE(message.find(said), std::string::npos) << said << " -- said: " << message;
-    }
+    expectRefused<cadhost::dxf::Drawing>(
+        {{"  0\nSECTION\n  2\nHEADER\n  0\nEOF\n", "line 1: the section HEADER has no end"},
+         {"  0\nLINE\n  0\nEOF\n", "line 1: a section should begin here"},
+         {"  0\nSECTION\n  2\nHEADER\n  0\nENDSEC\n  0\nEOF\n", "names no DXF version"},
+         {"  0\nSECTION\n  2\nHEADER\n  9\n$ACADVER\n  1\nAC1099\n  0\nENDSEC\n  0\nEOF\n",
+          "line 7: DXF version"}});
 }
 
 TEST(DxfText, DecodesEachCodePageWithoutLosingAByte) {

@@ -4,7 +4,6 @@
 #include "UiServices.h"
 
 #include <fstream>
-#include <sstream>
 #include <vector>
 
 namespace {

@@ -186,11 +186,22 @@ TEST_F(SysVars, TextThatIsNoUtf8IsRefusedForAGlobal) {
             << "left beside: " << entry.path();
 }
 
-TEST(VariableTableFile, BadLinesAreReportedAndTheRestIsKept) {
+// A shut-down host and a scratch folder for table files, both cleared at the end.
+class VariableTableFile : public ::testing::Test {
+protected:
+    void SetUp() override {
+        host.shutdown();
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+    }
+    void TearDown() override {
+        host.shutdown();
+        std::filesystem::remove_all(pattern);
+    }
     cadhost::HostSession& host = cadhost::HostSession::instance();
-    host.shutdown();
-    char pattern[] = "/tmp/sdk_table_XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
+    char pattern[32] = "/tmp/sdk_table_XXXXXX";
+};
+
+TEST_F(VariableTableFile, BadLinesAreReportedAndTheRestIsKept) {
     std::string path = std::string(pattern) + "/vars.tsv";
     std::ofstream(path) << "; comment\n"
                            "GOOD int 3 rw drawing range 0 5\n"
@@ -212,17 +223,11 @@ TEST(VariableTableFile, BadLinesAreReportedAndTheRestIsKept) {
     std::free(rb.resval.rstring);
     EXPECT_EQ(acedGetVar("BADTYPE", &rb), RTERROR);
     EXPECT_FALSE(host.loadVariableTable(std::string(pattern) + "/missing.tsv"));
-    host.shutdown();
-    std::filesystem::remove_all(pattern);
 }
 
 // Values are kept by the place of their variable in the table: another table, with other places,
 // must not give an open drawing's value to another variable. Lookups in any order find the same.
-TEST(VariableTableFile, AnotherTableKeepsEachOpenDrawingValueWithItsName) {
-    cadhost::HostSession& host = cadhost::HostSession::instance();
-    host.shutdown();
-    char pattern[] = "/tmp/sdk_table_XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
+TEST_F(VariableTableFile, AnotherTableKeepsEachOpenDrawingValueWithItsName) {
     const std::string first = std::string(pattern) + "/first.tsv",
                       second = std::string(pattern) + "/second.tsv";
     std::ofstream(first) << "ALPHA int 1 rw drawing\nBETA int 2 rw drawing\nGAMMA int 3 rw drawing\n";
@@ -241,8 +246,6 @@ TEST(VariableTableFile, AnotherTableKeepsEachOpenDrawingValueWithItsName) {
                                                     {"ALPHA", 1}, {"BETA", 7},     {"AARDVARK", 9}};
     for (const auto& [name, wanted] : expected)
         EXPECT_EQ(valueOf(name), wanted) << name;
-    host.shutdown();
-    std::filesystem::remove_all(pattern);
 }
 
 } // namespace

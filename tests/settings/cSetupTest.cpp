@@ -4,8 +4,6 @@
 #include "cSetup.h"
 #include "ProfileFile.h"
 
-#include <cmath>
-
 namespace {
 
 class SetupStore : public testhost::HostTest {

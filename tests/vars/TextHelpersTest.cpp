@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 #include <QDateTime>
 
-#include <filesystem>
-
 namespace {
 
 const std::string kUmlaut = "\xC3\xA4";        // ä
