@@ -186,7 +186,7 @@ void SceneBuilder::drawEntities(std::span<const Tag> tags, const Context& contex
 
 // The entity's colour; none when it is not drawn (paper space, invisible, layer off).
 std::optional<SceneColour> SceneBuilder::colourOf(const Groups& g, const Context& context,
-                                                  const Layer*& layerOut) {
+                                                  const Layer** layerOut) {
     if (g.integer(67, 0) == 1 || g.integer(60, 0) == 1)
         return std::nullopt;
     const Tag* layerName = g.find(8);
@@ -197,7 +197,8 @@ std::optional<SceneColour> SceneBuilder::colourOf(const Groups& g, const Context
     } else if (auto it = m_layers.find(key); it != m_layers.end()) {
         layer = &it->second;
     }
-    layerOut = layer;
+    if (layerOut)
+        *layerOut = layer;
     if (!layer->visible)
         return std::nullopt;
     long rgb = 0;
@@ -250,7 +251,7 @@ void SceneBuilder::drawEntity(std::string_view type, const Groups& g, const Cont
 
 void SceneBuilder::drawInsert(const Groups& g, const Context& context) {
     const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context, &layer);
     if (!colour)
         return;
     const BlockDef* block = blockToExpand(g, context);
@@ -278,7 +279,7 @@ void SceneBuilder::drawInsert(const Groups& g, const Context& context) {
 // A dimension's picture is an anonymous block drawn where it stands.
 void SceneBuilder::drawDimension(const Groups& g, const Context& context) {
     const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context, &layer);
     if (!colour)
         return;
     if (const BlockDef* block = blockToExpand(g, context))

@@ -154,8 +154,10 @@ private:
     void readLayers();
     void readBlocks();
     void drawEntities(std::span<const Tag> tags, const Context& context);
-    // The entity's colour; none when it is not drawn (paper space, invisible, layer off).
-    std::optional<SceneColour> colourOf(const Groups& g, const Context& context, const Layer*& layerOut);
+    // The entity's colour; none when it is not drawn (paper space, invisible, layer off). layerOut,
+    // when given, gets the layer it is drawn on.
+    std::optional<SceneColour> colourOf(const Groups& g, const Context& context,
+                                        const Layer** layerOut = nullptr);
     // Entities whose points are in their object coordinate system: an extrusion pointing down
     // mirrors x. Other tilted systems are drawn as if seen along their own axis.
     static Transform objectSystem(const Groups& g, const Context& context);
