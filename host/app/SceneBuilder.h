@@ -30,8 +30,7 @@ inline constexpr std::size_t kMaxExpansions = 200'000;
 inline constexpr double kTextWidthPerChar = 0.7;
 inline constexpr double kMTextLineSpacing = 5.0 / 3.0;
 
-// A group value without the blanks around it; numbers as the DXF reader takes them, finite only.
-std::string_view trim(std::string_view v);
+// Numbers as the DXF reader takes them, finite only.
 bool toDouble(std::string_view v, double& out);
 bool toInt(std::string_view v, long& out);
 // A table or block name as the drawing's lookups compare it: trimmed, upper case.
