@@ -390,7 +390,7 @@ std::unique_ptr<DrawingDatabase> DrawingDatabase::fromJson(const std::string& te
             }
             for (const auto& [name, value] : vars.items()) {
                 const VarDef* def = table.find(name);
-                if (!def || def->global || def->computed != Computed::None)
+                if (!def || !def->isDrawingVariable())
                     continue;
                 VarValue v;
                 std::string why;

@@ -354,7 +354,7 @@ void DrawingDatabase::readObjects(const VariableTable& table) {
         for (size_t i = 0; i + 1 < chain.size(); i += 2) {
             const VarDef* def =
                 kindOfCode(chain[i].code) == ValueKind::Text ? table.find(chain[i].text) : nullptr;
-            if (!def || def->global || def->computed != Computed::None || m_valuesAtOpen.count(def->name))
+            if (!def || !def->isDrawingVariable() || m_valuesAtOpen.count(def->name))
                 continue;
             const ChainEntry& e = chain[i + 1];
             VarValue value = def->defaultValue;
@@ -459,7 +459,7 @@ std::string DrawingDatabase::toDxf(const VariableTable& table, std::vector<std::
     const int version = m_file->version();
     std::vector<const VarDef*> unplaced; // drawing variables the header cannot hold here
     for (const VarDef& def : table.definitions()) {
-        if (def.global || def.computed != Computed::None)
+        if (!def.isDrawingVariable())
             continue;
         const bool placed = def.dxfCode && (m_file->hasHeader("$" + def.name) || version >= def.dxfSince);
         if (!placed) {

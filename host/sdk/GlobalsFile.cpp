@@ -35,7 +35,7 @@ constexpr int kMaxAsideNumber = 99;
 constexpr size_t kMaxValueBytes = 4096;
 
 bool isWritableGlobal(const VarDef* def) {
-    return def && def->global && !def->readOnly && def->computed == Computed::None;
+    return def && def->global && !def->isReadOnly();
 }
 
 // Reads a regular file of a sane size whole; false with the reason otherwise.
