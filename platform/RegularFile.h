@@ -1,4 +1,4 @@
-// Opening the files that a user or a drawing names for reading: regular files only.
+// Opening and reading the files that a user or a drawing names: regular files only.
 #pragma once
 #include <cstdio>
 #include <string>
@@ -11,5 +11,13 @@ namespace kova {
 // not wait for a FIFO's writer. On failure errno is that of the open, or EISDIR for a folder
 // and ENODEV for anything else that is no regular file.
 std::FILE* openRegularFile(const std::string& path);
+
+// How reading a whole file went.
+enum class FileRead { Done, NotOpened, Failed };
+
+// Reads the regular file at path whole into content, opening it as openRegularFile does.
+// NotOpened leaves errno as openRegularFile sets it; Failed is a read that broke off part way.
+// Content changes only when the read is Done.
+FileRead readRegularFile(const std::string& path, std::string& content);
 
 } // namespace kova

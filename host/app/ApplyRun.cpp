@@ -55,10 +55,6 @@ std::string flatText(const std::string& text) {
     return trimmed(out);
 }
 
-bool startsWith(const std::string& text, const char* prefix) {
-    return text.rfind(prefix, 0) == 0;
-}
-
 std::string counted(int n, const char* one, const char* many) {
     return std::to_string(n) + " " + (n == 1 ? one : many);
 }
@@ -204,7 +200,7 @@ void ApplyRun::noteBox(kova::BoxKind kind, const std::string& text, kova::BoxBut
 
 void ApplyRun::printLine(const std::string& text) {
     // Boxes reach noteBox, and the list's file dialog is the run's own; the rest is worth a note.
-    if (startsWith(text, "BOX ") || startsWith(text, "FILEDIALOG "))
+    if (text.starts_with("BOX ") || text.starts_with("FILEDIALOG "))
         return;
     note(text);
 }

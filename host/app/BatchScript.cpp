@@ -5,33 +5,20 @@
 #include "RegularFile.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <sstream>
 
 namespace cadhost {
 
-namespace {
-
-constexpr std::size_t kReadBlock = 65536;
-
-} // namespace
-
 bool BatchScript::load(const std::string& path, std::string& error) {
-    std::FILE* file = kova::openRegularFile(path);
-    if (!file) {
+    std::string text;
+    const kova::FileRead read = kova::readRegularFile(path, text);
+    if (read == kova::FileRead::NotOpened) {
         const std::string why = errno == ENODEV ? "it is no regular file" : std::strerror(errno);
         error = "Cannot read the script \"" + path + "\": " + why + ".";
         return false;
     }
-    std::string text;
-    char buffer[kReadBlock];
-    std::size_t got;
-    while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0)
-        text.append(buffer, got);
-    const bool failed = std::ferror(file) != 0;
-    std::fclose(file);
-    if (failed) {
+    if (read == kova::FileRead::Failed) {
         error = "Cannot read the script \"" + path + "\".";
         return false;
     }

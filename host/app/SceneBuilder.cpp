@@ -11,10 +11,6 @@ namespace cadhost {
 
 namespace modelspace {
 
-std::string_view trim(std::string_view v) {
-    return dxf::trimmed(v);
-}
-
 bool toDouble(std::string_view v, double& out) {
     double d = 0;
     if (!dxf::parseReal(v, d) || !std::isfinite(d))
@@ -33,7 +29,7 @@ bool toInt(std::string_view v, long& out) {
 }
 
 std::string upperKey(std::string_view v) {
-    std::string key(trim(v));
+    std::string key(dxf::trimmed(v));
     for (char& c : key)
         if (c >= 'a' && c <= 'z')
             c = char(c - 'a' + 'A');
@@ -111,7 +107,7 @@ using namespace modelspace;
 void SceneBuilder::readLayers() {
     std::span<const Tag> tables = m_drawing.section("TABLES");
     for (size_t i = 0; i < tables.size(); ++i) {
-        if (tables[i].code != 0 || trim(tables[i].value) != "LAYER")
+        if (tables[i].code != 0 || dxf::trimmed(tables[i].value) != "LAYER")
             continue;
         size_t end = i + 1;
         while (end < tables.size() && tables[end].code != 0)
@@ -135,7 +131,7 @@ void SceneBuilder::readBlocks() {
     std::span<const Tag> blocks = m_drawing.section("BLOCKS");
     size_t i = 0;
     while (i < blocks.size()) {
-        if (blocks[i].code != 0 || trim(blocks[i].value) != "BLOCK") {
+        if (blocks[i].code != 0 || dxf::trimmed(blocks[i].value) != "BLOCK") {
             ++i;
             continue;
         }
@@ -143,7 +139,7 @@ void SceneBuilder::readBlocks() {
         while (headerEnd < blocks.size() && blocks[headerEnd].code != 0)
             ++headerEnd;
         size_t end = headerEnd;
-        while (end < blocks.size() && !(blocks[end].code == 0 && trim(blocks[end].value) == "ENDBLK"))
+        while (end < blocks.size() && !(blocks[end].code == 0 && dxf::trimmed(blocks[end].value) == "ENDBLK"))
             ++end;
         Groups g(entityGroups(blocks.subspan(i, headerEnd - i)));
         BlockDef def;
@@ -164,12 +160,12 @@ void SceneBuilder::drawEntities(std::span<const Tag> tags, const Context& contex
         size_t end = i + 1;
         while (end < tags.size() && tags[end].code != 0)
             ++end;
-        const std::string_view type = trim(tags[i].value);
+        const std::string_view type = dxf::trimmed(tags[i].value);
         std::span<const Tag> entity = tags.subspan(i, end - i);
         if (type == "POLYLINE") {
             // Its vertices follow as entities of their own, up to SEQEND.
             std::vector<std::span<const Tag>> vertices;
-            while (end < tags.size() && trim(tags[end].value) == "VERTEX") {
+            while (end < tags.size() && dxf::trimmed(tags[end].value) == "VERTEX") {
                 size_t vend = end + 1;
                 while (vend < tags.size() && tags[vend].code != 0)
                     ++vend;
@@ -186,7 +182,7 @@ void SceneBuilder::drawEntities(std::span<const Tag> tags, const Context& contex
 
 // The entity's colour; none when it is not drawn (paper space, invisible, layer off).
 std::optional<SceneColour> SceneBuilder::colourOf(const Groups& g, const Context& context,
-                                                  const Layer*& layerOut) {
+                                                  const Layer** layerOut) {
     if (g.integer(67, 0) == 1 || g.integer(60, 0) == 1)
         return std::nullopt;
     const Tag* layerName = g.find(8);
@@ -197,7 +193,8 @@ std::optional<SceneColour> SceneBuilder::colourOf(const Groups& g, const Context
     } else if (auto it = m_layers.find(key); it != m_layers.end()) {
         layer = &it->second;
     }
-    layerOut = layer;
+    if (layerOut)
+        *layerOut = layer;
     if (!layer->visible)
         return std::nullopt;
     long rgb = 0;
@@ -250,7 +247,7 @@ void SceneBuilder::drawEntity(std::string_view type, const Groups& g, const Cont
 
 void SceneBuilder::drawInsert(const Groups& g, const Context& context) {
     const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context, &layer);
     if (!colour)
         return;
     const BlockDef* block = blockToExpand(g, context);
@@ -278,7 +275,7 @@ void SceneBuilder::drawInsert(const Groups& g, const Context& context) {
 // A dimension's picture is an anonymous block drawn where it stands.
 void SceneBuilder::drawDimension(const Groups& g, const Context& context) {
     const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context, &layer);
     if (!colour)
         return;
     if (const BlockDef* block = blockToExpand(g, context))

@@ -30,8 +30,7 @@ inline constexpr std::size_t kMaxExpansions = 200'000;
 inline constexpr double kTextWidthPerChar = 0.7;
 inline constexpr double kMTextLineSpacing = 5.0 / 3.0;
 
-// A group value without the blanks around it; numbers as the DXF reader takes them, finite only.
-std::string_view trim(std::string_view v);
+// Numbers as the DXF reader takes them, finite only.
 bool toDouble(std::string_view v, double& out);
 bool toInt(std::string_view v, long& out);
 // A table or block name as the drawing's lookups compare it: trimmed, upper case.
@@ -154,8 +153,10 @@ private:
     void readLayers();
     void readBlocks();
     void drawEntities(std::span<const Tag> tags, const Context& context);
-    // The entity's colour; none when it is not drawn (paper space, invisible, layer off).
-    std::optional<SceneColour> colourOf(const Groups& g, const Context& context, const Layer*& layerOut);
+    // The entity's colour; none when it is not drawn (paper space, invisible, layer off). layerOut,
+    // when given, gets the layer it is drawn on.
+    std::optional<SceneColour> colourOf(const Groups& g, const Context& context,
+                                        const Layer** layerOut = nullptr);
     // Entities whose points are in their object coordinate system: an extrusion pointing down
     // mirrors x. Other tilted systems are drawn as if seen along their own axis.
     static Transform objectSystem(const Groups& g, const Context& context);

@@ -10,8 +10,7 @@ namespace cadhost {
 using namespace modelspace;
 
 void SceneBuilder::drawLine(const Groups& g, const Context& context) {
-    const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context);
     if (!colour)
         return;
     bool ok = true;
@@ -24,8 +23,7 @@ void SceneBuilder::drawLine(const Groups& g, const Context& context) {
 }
 
 void SceneBuilder::drawLwPolyline(const Groups& g, const Context& context) {
-    const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context);
     if (!colour)
         return;
     m_points.clear();
@@ -56,8 +54,7 @@ void SceneBuilder::drawLwPolyline(const Groups& g, const Context& context) {
 
 void SceneBuilder::drawPolyline(const Groups& g, const std::vector<std::span<const Tag>>& vertices,
                                 const Context& context) {
-    const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context);
     if (!colour)
         return;
     const long flags = g.integer(70, 0);
@@ -84,8 +81,7 @@ void SceneBuilder::drawPolyline(const Groups& g, const std::vector<std::span<con
 }
 
 void SceneBuilder::drawArc(const Groups& g, const Context& context, bool circle) {
-    const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context);
     if (!colour)
         return;
     bool ok = true;
@@ -114,8 +110,7 @@ void SceneBuilder::drawArc(const Groups& g, const Context& context, bool circle)
 }
 
 void SceneBuilder::drawText(const Groups& g, const Context& context, int vAlignCode) {
-    const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context);
     if (!colour)
         return;
     const Tag* value = g.find(1);
@@ -149,8 +144,7 @@ void SceneBuilder::drawText(const Groups& g, const Context& context, int vAlignC
 }
 
 void SceneBuilder::drawMText(const Groups& g, const Context& context) {
-    const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context);
     if (!colour)
         return;
     std::string raw;
@@ -197,8 +191,7 @@ void SceneBuilder::drawMText(const Groups& g, const Context& context) {
 }
 
 void SceneBuilder::drawEllipse(const Groups& g, const Context& context) {
-    const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context);
     if (!colour)
         return;
     bool ok = true;
@@ -234,8 +227,7 @@ void SceneBuilder::drawEllipse(const Groups& g, const Context& context) {
 
 // The outline of a filled triangle or quadrilateral: its third and fourth corners are crossed.
 void SceneBuilder::drawSolid(const Groups& g, const Context& context) {
-    const Layer* layer = nullptr;
-    std::optional<SceneColour> colour = colourOf(g, context, layer);
+    std::optional<SceneColour> colour = colourOf(g, context);
     if (!colour)
         return;
     bool ok = true;

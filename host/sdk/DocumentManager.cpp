@@ -2,14 +2,13 @@
 // that the modules' reactors hear, and documents are locked for commands.
 #include "hostsession.h"
 
+#include "RegularFile.h"
 #include "ReplacementFile.h"
 #include "SessionState.h"
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -142,22 +141,17 @@ AcApDocument* HostSession::openDocument(const std::string& path, std::string* me
             *message = "Cannot open drawing " + path + ": " + why + (why.ends_with('.') ? "" : ".");
         return nullptr;
     };
-    std::error_code ec;
-    if (fs::is_directory(full, ec))
-        return fail("it is a folder");
-    if (fs::exists(full, ec) && !fs::is_regular_file(full, ec))
-        return fail("it is no regular file");
-    std::ifstream in(full, std::ios::binary);
-    if (!in)
-        return fail(std::strerror(errno));
-    std::ostringstream text;
-    text << in.rdbuf();
-    if (!in && !in.eof())
+    std::string text;
+    const kova::FileRead read = kova::readRegularFile(full, text);
+    if (read == kova::FileRead::NotOpened)
+        return fail(errno == EISDIR   ? "it is a folder"
+                    : errno == ENODEV ? "it is no regular file"
+                                      : std::strerror(errno));
+    if (read == kova::FileRead::Failed)
         return fail("it cannot be read");
     std::string why;
     std::vector<std::string> notes;
-    std::unique_ptr<DrawingDatabase> db =
-        DrawingDatabase::fromFile(std::move(text).str(), d->table, why, notes);
+    std::unique_ptr<DrawingDatabase> db = DrawingDatabase::fromFile(std::move(text), d->table, why, notes);
     if (!db)
         return fail(why);
     const std::string name = fs::path(full).filename().string();

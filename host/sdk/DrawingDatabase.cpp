@@ -291,10 +291,7 @@ Acad::ErrorStatus openObject(AcDbObject* object, AcDb::OpenMode mode) {
 }
 
 DrawingDatabase::~DrawingDatabase() {
-    std::vector<AcDbDatabaseReactor*> reactors = m_reactors;
-    for (AcDbDatabaseReactor* r : reactors)
-        if (std::find(m_reactors.begin(), m_reactors.end(), r) != m_reactors.end())
-            r->goodbye(this);
+    m_reactors.tell([&](AcDbDatabaseReactor* r) { r->goodbye(this); });
     m_reactors.clear();
     int stillOpen = openCountOf(m_nod);
     for (AcDbObject* o : m_graveyard)
@@ -321,12 +318,11 @@ Adesk::Int16 DrawingDatabase::luprec() const {
 }
 
 void DrawingDatabase::addReactor(AcDbDatabaseReactor* reactor) const {
-    if (reactor && std::find(m_reactors.begin(), m_reactors.end(), reactor) == m_reactors.end())
-        m_reactors.push_back(reactor);
+    m_reactors.add(reactor);
 }
 
 void DrawingDatabase::removeReactor(AcDbDatabaseReactor* reactor) const {
-    m_reactors.erase(std::remove(m_reactors.begin(), m_reactors.end(), reactor), m_reactors.end());
+    m_reactors.remove(reactor);
 }
 
 Acad::ErrorStatus DrawingDatabase::getNamedObjectsDictionary(AcDbDictionary*& dict, AcDb::OpenMode mode) {
@@ -345,16 +341,9 @@ VarValue DrawingDatabase::variable(const VarDef& def) const {
 }
 
 void DrawingDatabase::setVariable(const VarDef& def, const VarValue& value) {
-    // Reactors may remove themselves (or others) while being told.
-    auto tell = [&](auto call) {
-        std::vector<AcDbDatabaseReactor*> reactors = m_reactors;
-        for (AcDbDatabaseReactor* r : reactors)
-            if (std::find(m_reactors.begin(), m_reactors.end(), r) != m_reactors.end())
-                call(r);
-    };
-    tell([&](AcDbDatabaseReactor* r) { r->headerSysVarWillChange(this, def.name.c_str()); });
+    m_reactors.tell([&](AcDbDatabaseReactor* r) { r->headerSysVarWillChange(this, def.name.c_str()); });
     m_variables.set(def, value);
-    tell([&](AcDbDatabaseReactor* r) { r->headerSysVarChanged(this, def.name.c_str(), true); });
+    m_reactors.tell([&](AcDbDatabaseReactor* r) { r->headerSysVarChanged(this, def.name.c_str(), true); });
 }
 
 bool DrawingDatabase::registerApplication(const std::string& name) {
@@ -369,10 +358,7 @@ bool DrawingDatabase::isApplicationRegistered(const std::string& name) const {
 }
 
 void DrawingDatabase::notifyAppended(const AcDbObject* object) {
-    std::vector<AcDbDatabaseReactor*> reactors = m_reactors;
-    for (AcDbDatabaseReactor* r : reactors)
-        if (std::find(m_reactors.begin(), m_reactors.end(), r) != m_reactors.end())
-            r->objectAppended(this, object);
+    m_reactors.tell([&](AcDbDatabaseReactor* r) { r->objectAppended(this, object); });
 }
 
 int DrawingDatabase::openObjectCount() const {
@@ -404,7 +390,7 @@ std::unique_ptr<DrawingDatabase> DrawingDatabase::fromJson(const std::string& te
             }
             for (const auto& [name, value] : vars.items()) {
                 const VarDef* def = table.find(name);
-                if (!def || def->global || def->computed != Computed::None)
+                if (!def || !def->isDrawingVariable())
                     continue;
                 VarValue v;
                 std::string why;

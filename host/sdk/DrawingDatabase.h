@@ -2,6 +2,7 @@
 #pragma once
 #include "dbmain.h"
 #include "DxfDrawing.h"
+#include "ReactorList.h"
 #include "ResbufUtil.h"
 #include "VariableTable.h"
 #include "VariableValues.h"
@@ -137,7 +138,7 @@ public:
     void bury(AcDbObject* erased) { m_graveyard.push_back(erased); }
     void notifyAppended(const AcDbObject* object);
     // Drops the reactors for which drop answers true (those of a module that leaves the process).
-    template <class Pred> void dropReactors(Pred drop) { std::erase_if(m_reactors, drop); }
+    template <class Pred> void dropReactors(Pred drop) { m_reactors.removeIf(drop); }
 
 private:
     explicit DrawingDatabase(std::unique_ptr<dxf::Drawing> file);
@@ -157,7 +158,7 @@ private:
     std::vector<ChainEntry> m_hostRecordAtOpen;
     AcDbDictionary* m_nod;
     std::vector<AcDbObject*> m_graveyard;
-    mutable std::vector<AcDbDatabaseReactor*> m_reactors;
+    mutable ReactorList<AcDbDatabaseReactor> m_reactors;
     VariableValues m_variables;
     std::set<std::string> m_regApps;
     std::uint64_t m_lastHandle = 0;

@@ -34,6 +34,15 @@ long firstCodePoint(std::string_view text) {
     return utf8CharAt(text, 0, code) ? static_cast<long>(code) : static_cast<unsigned char>(text[0]);
 }
 
+// The file's $HANDSEED, the handle it gives next; 0 when it names none.
+std::uint64_t handleSeed(const dxf::Drawing& file) {
+    std::uint64_t seed = 0;
+    std::span<const dxf::Tag> tags = file.header("$HANDSEED");
+    if (!tags.empty())
+        dxf::parseHandle(tags.front().value, seed);
+    return seed;
+}
+
 const dxf::Tag* findCode(std::span<const dxf::Tag> tags, int code) {
     for (const dxf::Tag& t : tags)
         if (t.code == code)
@@ -326,10 +335,7 @@ void DrawingDatabase::readHeader(const VariableTable& table, std::vector<std::st
 }
 
 void DrawingDatabase::readObjects(const VariableTable& table) {
-    std::uint64_t seed = 0;
-    std::span<const dxf::Tag> seedTags = m_file->header("$HANDSEED");
-    if (!seedTags.empty())
-        dxf::parseHandle(seedTags.front().value, seed);
+    const std::uint64_t seed = handleSeed(*m_file);
     m_lastHandle = std::max<std::uint64_t>(m_file->largestHandle(), seed ? seed - 1 : 0);
 
     const std::vector<dxf::ObjectRecord>& objects = m_file->objects();
@@ -354,7 +360,7 @@ void DrawingDatabase::readObjects(const VariableTable& table) {
         for (size_t i = 0; i + 1 < chain.size(); i += 2) {
             const VarDef* def =
                 kindOfCode(chain[i].code) == ValueKind::Text ? table.find(chain[i].text) : nullptr;
-            if (!def || def->global || def->computed != Computed::None || m_valuesAtOpen.count(def->name))
+            if (!def || !def->isDrawingVariable() || m_valuesAtOpen.count(def->name))
                 continue;
             const ChainEntry& e = chain[i + 1];
             VarValue value = def->defaultValue;
@@ -459,7 +465,7 @@ std::string DrawingDatabase::toDxf(const VariableTable& table, std::vector<std::
     const int version = m_file->version();
     std::vector<const VarDef*> unplaced; // drawing variables the header cannot hold here
     for (const VarDef& def : table.definitions()) {
-        if (def.global || def.computed != Computed::None)
+        if (!def.isDrawingVariable())
             continue;
         const bool placed = def.dxfCode && (m_file->hasHeader("$" + def.name) || version >= def.dxfSince);
         if (!placed) {
@@ -545,11 +551,7 @@ std::string DrawingDatabase::toDxf(const VariableTable& table, std::vector<std::
     if (hasNamedObjects())
         writeObjects(edits, nodChanged, hostRecordHandle);
 
-    std::uint64_t seed = 0;
-    std::span<const dxf::Tag> seedTags = m_file->header("$HANDSEED");
-    if (!seedTags.empty())
-        dxf::parseHandle(seedTags.front().value, seed);
-    if (hasNamedObjects() && lastHandle + 1 > seed)
+    if (hasNamedObjects() && lastHandle + 1 > handleSeed(*m_file))
         edits.header["$HANDSEED"] = {edits.make(5, dxf::handleText(lastHandle + 1))};
     return m_file->write(edits);
 }

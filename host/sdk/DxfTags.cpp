@@ -1,4 +1,4 @@
-// Reading and writing ASCII DXF tags, and the text encodings of DXF values.
+// Reading ASCII DXF tags, and the text encodings of DXF values.
 #include "DxfTags.h"
 
 #include "Utf8.h"
@@ -310,22 +310,6 @@ bool TagFile::parse(std::string bytes, std::string& message) {
         return false;
     }
     return true;
-}
-
-std::string TagFile::write() const {
-    const std::string_view eol = m_crlf ? "\r\n" : "\n";
-    size_t size = 0;
-    for (const Tag& t : m_tags)
-        size += t.codeLine.size() + t.value.size() + 2 * eol.size();
-    std::string out;
-    out.reserve(size);
-    for (const Tag& t : m_tags) {
-        out.append(t.codeLine);
-        out.append(eol);
-        out.append(t.value);
-        out.append(eol);
-    }
-    return out;
 }
 
 } // namespace cadhost::dxf

@@ -1,5 +1,5 @@
-// ASCII DXF at the level of group tags: reading a file into tags, writing tags back, and the
-// text encodings of the DXF versions.
+// ASCII DXF at the level of group tags: reading a file into tags, and the text encodings of the
+// DXF versions. Drawing (DxfDrawing.h) writes the tags back.
 #pragma once
 
 #include <cstdint>
@@ -52,10 +52,8 @@ public:
     // binary DXF, DWG, an odd number of lines, a code that is no number, no EOF.
     bool parse(std::string bytes, std::string& message);
 
-    std::vector<Tag>& tags() { return m_tags; }
     const std::vector<Tag>& tags() const { return m_tags; }
-    // Tags to file text, each line ended by the line end the file used (CR LF or LF).
-    std::string write() const;
+    // The file's line ends are CR LF (else LF), as a writer of its tags keeps them.
     bool usesCrLf() const { return m_crlf; }
 
 private:

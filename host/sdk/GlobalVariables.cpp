@@ -87,7 +87,7 @@ void SessionState::numberFormat(int& precision, char& separator) const {
 
 // Sets a value by the rules; an empty text when taken, else the host's refusal.
 std::string SessionState::setValue(const VarDef& def, VarValue value) {
-    if (def.readOnly || def.computed != Computed::None)
+    if (def.isReadOnly())
         return "Variable " + def.name + " is read-only.";
     if (!def.global && !current)
         return "No drawing is open.";
@@ -139,7 +139,7 @@ bool SessionState::saveGlobals() {
         return true;
     VarValues values;
     for (const VarDef& def : table.definitions())
-        if (def.global && !def.readOnly && def.computed == Computed::None)
+        if (def.global && !def.isReadOnly())
             values[def.name] = valueOf(def, nullptr);
     const std::string path = globalsPath();
     std::string why;
@@ -173,7 +173,7 @@ HostResult HostSession::setVariableText(const std::string& name, const std::stri
     const VarDef* def = d->table.find(name);
     if (!def)
         return HostResult::failure("Unknown variable name: " + upperCase(name));
-    if (def->readOnly || def->computed != Computed::None)
+    if (def->isReadOnly())
         return HostResult::failure("Variable " + def->name + " is read-only.");
     int precision;
     char separator;
@@ -191,7 +191,7 @@ HostResult HostSession::variableText(const std::string& name, std::string& text)
     const VarDef* def = d->table.find(name);
     if (!def)
         return HostResult::failure("Unknown variable name: " + upperCase(name));
-    if (!def->global && def->computed == Computed::None && !d->current)
+    if (def->isDrawingVariable() && !d->current)
         return HostResult::failure("No drawing is open.");
     int precision;
     char separator;
@@ -213,7 +213,7 @@ int acedGetVar(const char* name, resbuf* result) {
     const VarDef* def = s.table.find(name ? name : "");
     if (!def)
         return RTERROR;
-    if (!def->global && def->computed == Computed::None && !s.current)
+    if (def->isDrawingVariable() && !s.current)
         return RTERROR;
     if (!valueToResbuf(s.valueOf(*def, s.current), *result))
         return RTERROR;
@@ -226,7 +226,7 @@ int acedSetVar(const char* name, const resbuf* value) {
     std::string message;
     if (!def) {
         message = "Unknown variable name: " + upperName(name);
-    } else if (def->readOnly || def->computed != Computed::None) {
+    } else if (def->isReadOnly()) {
         message = "Variable " + def->name + " is read-only.";
     } else {
         VarValue v;

@@ -1,6 +1,7 @@
 // GlobalsFile: the host's global variables in the profile folder, read leniently and written whole.
 #include "GlobalsFile.h"
 
+#include "RegularFile.h"
 #include "ReplacementFile.h"
 #include "Utf8.h"
 
@@ -14,8 +15,6 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace fs = std::filesystem;
 using nlohmann::json;
@@ -36,7 +35,7 @@ constexpr int kMaxAsideNumber = 99;
 constexpr size_t kMaxValueBytes = 4096;
 
 bool isWritableGlobal(const VarDef* def) {
-    return def && def->global && !def->readOnly && def->computed == Computed::None;
+    return def && def->global && !def->isReadOnly();
 }
 
 // Reads a regular file of a sane size whole; false with the reason otherwise.
@@ -54,15 +53,10 @@ bool readWhole(const std::string& path, std::string& content, std::string& why) 
         why = "it is too large";
         return false;
     }
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    if (in)
-        text << in.rdbuf();
-    if (!in || in.bad()) {
+    if (kova::readRegularFile(path, content) != kova::FileRead::Done) {
         why = "it cannot be read";
         return false;
     }
-    content = std::move(text).str();
     return true;
 }
 

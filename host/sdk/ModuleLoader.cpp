@@ -57,8 +57,8 @@ void SessionState::forgetModule(const Module& m) {
         const void* vtable = *static_cast<const void* const*>(object);
         return dladdr(vtable, &info) && info.dli_fbase == m.base;
     };
-    std::erase_if(docManager.reactors, inModule);
-    std::erase_if(editor.reactors, inModule);
+    docManager.reactors.removeIf(inModule);
+    editor.reactors.removeIf(inModule);
     for (auto& doc : documents)
         doc->db->dropReactors(inModule);
 }

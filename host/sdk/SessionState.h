@@ -4,6 +4,7 @@
 #include "arxheaders.h"
 #include "DrawingDatabase.h"
 #include "hostsession.h"
+#include "ReactorList.h"
 #include "UiServices.h"
 #include "VariableTable.h"
 #include "VariableValues.h"
@@ -54,11 +55,8 @@ struct Module {
 
 class DocManager : public AcApDocManager {
 public:
-    void addReactor(AcApDocManagerReactor* reactor) override {
-        if (reactor && std::find(reactors.begin(), reactors.end(), reactor) == reactors.end())
-            reactors.push_back(reactor);
-    }
-    void removeReactor(AcApDocManagerReactor* reactor) override { std::erase(reactors, reactor); }
+    void addReactor(AcApDocManagerReactor* reactor) override { reactors.add(reactor); }
+    void removeReactor(AcApDocManagerReactor* reactor) override { reactors.remove(reactor); }
     AcApDocument* curDocument() const override;
     AcApDocument* mdiActiveDocument() const override;
     int documentCount() const override;
@@ -66,18 +64,15 @@ public:
                                    const char* localCmdName, bool prompt) override;
     Acad::ErrorStatus unlockDocument(AcApDocument* doc) override;
 
-    std::vector<AcApDocManagerReactor*> reactors;
+    ReactorList<AcApDocManagerReactor> reactors;
 };
 
 class Editor : public AcEditor {
 public:
-    void addReactor(AcRxEventReactor* reactor) override {
-        if (reactor && std::find(reactors.begin(), reactors.end(), reactor) == reactors.end())
-            reactors.push_back(reactor);
-    }
-    void removeReactor(AcRxEventReactor* reactor) override { std::erase(reactors, reactor); }
+    void addReactor(AcRxEventReactor* reactor) override { reactors.add(reactor); }
+    void removeReactor(AcRxEventReactor* reactor) override { reactors.remove(reactor); }
 
-    std::vector<AcRxEventReactor*> reactors;
+    ReactorList<AcRxEventReactor> reactors;
 };
 
 class DynamicLinker : public AcRxDynamicLinker {
@@ -146,22 +141,13 @@ struct SessionState {
         return nullptr;
     }
 
-    // ---- events: reactors may come and go while being told ----
-    template <class Call> void tellDocReactors(Call call) {
-        std::vector<AcApDocManagerReactor*> copy = docManager.reactors;
-        for (AcApDocManagerReactor* r : copy)
-            if (std::find(docManager.reactors.begin(), docManager.reactors.end(), r) !=
-                docManager.reactors.end())
-                call(r);
-    }
+    // ---- events ----
+    template <class Call> void tellDocReactors(Call call) { docManager.reactors.tell(call); }
     template <class Call> void tellEditorReactors(Call call) {
-        std::vector<AcRxEventReactor*> copy = editor.reactors;
-        for (AcRxEventReactor* r : copy) {
-            if (std::find(editor.reactors.begin(), editor.reactors.end(), r) == editor.reactors.end())
-                continue;
+        editor.reactors.tell([&](AcRxEventReactor* r) {
             if (auto* er = dynamic_cast<AcEditorReactor*>(r))
                 call(er);
-        }
+        });
     }
 
     // ---- modules (ModuleLoader.cpp) ----

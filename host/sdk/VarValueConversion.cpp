@@ -188,9 +188,10 @@ bool valueFromText(const VarDef& def, const std::string& text, char separator, V
 }
 
 std::string valueToText(const VarValue& value, int precision, char separator) {
-    char buffer[128];
-    auto real = [&](double v) {
-        if (std::fabs(v) < kExponentLimit)
+    // Fixed-point unless a number is too large for it; a point's coordinates go one way together.
+    auto real = [precision](double v, bool fixed) {
+        char buffer[128];
+        if (fixed)
             std::snprintf(buffer, sizeof buffer, "%.*f", precision, v);
         else
             std::snprintf(buffer, sizeof buffer, "%E", v);
@@ -198,7 +199,7 @@ std::string valueToText(const VarValue& value, int precision, char separator) {
     };
     switch (value.type) {
     case VarType::Real:
-        return real(value.real[0]);
+        return real(value.real[0], std::fabs(value.real[0]) < kExponentLimit);
     case VarType::Int:
     case VarType::Long:
         return std::to_string(value.integer);
@@ -214,13 +215,7 @@ std::string valueToText(const VarValue& value, int precision, char separator) {
         for (int i = 0; i < count; ++i) {
             if (i)
                 out += separator;
-            if (small) {
-                std::snprintf(buffer, sizeof buffer, "%.*f", precision, value.real[i]);
-                out += buffer;
-            } else {
-                std::snprintf(buffer, sizeof buffer, "%E", value.real[i]);
-                out += buffer;
-            }
+            out += real(value.real[i], small);
         }
         return out;
     }

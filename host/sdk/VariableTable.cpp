@@ -171,7 +171,7 @@ std::string parseRules(const std::vector<std::string>& w, size_t i, VarDef& def)
     if (def.dxfCode && !headerCodeFits(def))
         return "rule 'dxf': group code " + std::to_string(def.dxfCode) +
                " does not hold a value of this type";
-    if (def.dxfCode && (def.global || def.computed != Computed::None))
+    if (def.dxfCode && !def.isDrawingVariable())
         return "rule 'dxf' on a variable that a drawing does not keep";
     return {};
 }

@@ -63,6 +63,11 @@ struct VarDef {
     int dxfSince = 1009; // AC1009 (R12)
 
     size_t index = 0; // place in the table's name order
+
+    // Nobody but the host sets it: marked read-only, or computed when asked.
+    bool isReadOnly() const { return readOnly || computed != Computed::None; }
+    // Each drawing keeps its own value: neither global nor computed.
+    bool isDrawingVariable() const { return !global && computed == Computed::None; }
 };
 
 class VariableTable {
