@@ -96,13 +96,9 @@ std::string plainMText(std::string_view text) {
         const char ch = text[i];
         if (ch == '{' || ch == '}')
             continue;
-        if (ch == '^' && i + 1 < text.size()) { // caret escapes: ^J line break, ^I tab
-            const char next = text[i + 1];
-            if (next == 'J' || next == 'I') {
-                out += next == 'J' ? '\n' : ' ';
-                ++i;
-                continue;
-            }
+        if (ch == '\t') {
+            out += ' ';
+            continue;
         }
         if (ch != '\\' || i + 1 >= text.size()) {
             out += ch;

@@ -105,7 +105,8 @@ private:
     bool m_truncated = false;
 };
 
-// Plain text of an MTEXT value: formatting codes removed, "\P" as a line break.
+// Plain text of an MTEXT value as the file's text decoding gives it (caret escapes already
+// resolved): formatting codes removed, "\P" as a line break, a tab as a blank.
 std::string plainMText(std::string_view text);
 
 } // namespace cadhost

@@ -336,7 +336,8 @@ TEST(PlainMText, FormattingCodesGoAndLineBreaksStay) {
         {"\\S3#4;", "3/4"},
         {"\\fArial", ""},
         {"end\\", "end\\"},
-        {"line^Jnext", "line\nnext"}};
+        {"line\nnext\tend", "line\nnext end"},
+        {"a^Jb", "a^Jb"}}; // a caret the file escaped ("^ J") is text
     for (const auto& [raw, plain] : cases)
         EXPECT_EQ(plainMText(raw), plain) << raw;
 }
