@@ -69,11 +69,6 @@ int VarListView::selectedCount() const {
     return selectionModel() ? static_cast<int>(selectionModel()->selectedRows().size()) : 0;
 }
 
-cSysVar* VarListView::focusedRecord() const {
-    VarListModel* rowsModel = rowModel();
-    return rowsModel ? rowsModel->recordAt(currentIndex().row()) : nullptr;
-}
-
 std::int32_t VarListView::clampedStartWidth(int column, std::int32_t width) {
     if (width > kColumnMost)
         return kColumnMost;

@@ -21,8 +21,6 @@ public:
     // Carries the rows' selection into isSelected of their records; header rows are passed over.
     void rememberSelection();
     int selectedCount() const;
-    // The record of the row that has the focus, or null.
-    cSysVar* focusedRecord() const;
 
     // A width read at start: at most 1200, and at least 46 for column 0 and 20 for the others.
     static std::int32_t clampedStartWidth(int column, std::int32_t width);
