@@ -29,15 +29,6 @@ private:
     VariableCommands& m_commands;
 };
 
-// "<n> <many>", or the text for exactly one; empty for none.
-std::string countText(int count, const std::string& once, const std::string& many) {
-    if (count == 0)
-        return {};
-    if (count == 1)
-        return once;
-    return formatText("%d %s", count, many.c_str());
-}
-
 } // namespace
 
 VariableCommands::VariableCommands(MainDialogPort& dialog, DocumentState& context)
