@@ -472,8 +472,10 @@ def table_head(d, name, handle, count):
         d.tag(100, "AcDbDimStyleTable")
 
 
-def record_head(d, kind, owner, subclass, name, handle_code=5):
-    handle = d.handle()
+def record_head(d, kind, owner, subclass, name, handle_code=5, handle=None):
+    """A table record's head; its handle is a new one unless given."""
+    if handle is None:
+        handle = d.handle()
     d.tag(0, kind)
     d.tag(handle_code, handle)
     d.tag(330, owner)
@@ -580,12 +582,8 @@ def write_tables(d, sheet, h):
 
     table_head(d, "BLOCK_RECORD", h["BLOCK_RECORD"], 2 + len(sheet.get("blocks", [])))
     for name, layout in [("*Model_Space", h["Model"]), ("*Paper_Space", h["Layout1"])]:
-        d.tag(0, "BLOCK_RECORD")
-        d.tag(5, h[name])
-        d.tag(330, h["BLOCK_RECORD"])
-        d.tag(100, "AcDbSymbolTableRecord")
-        d.tag(100, "AcDbBlockTableRecord")
-        d.tag(2, name)
+        record_head(d, "BLOCK_RECORD", h["BLOCK_RECORD"], "AcDbBlockTableRecord", name,
+                    handle=h[name])
         d.tag(340, layout)
         write_block_record_tail(d)
     for block in sheet.get("blocks", []):
@@ -604,14 +602,18 @@ def write_block_record_tail(d):
         d.tag(281, 0)
 
 
-def write_block(d, name, owner, layer, entities, h, paper=False):
-    d.tag(0, "BLOCK")
+def entity_head(d, kind, owner, layer, paper=False):
+    d.tag(0, kind)
     d.tag(5, d.handle())
     d.tag(330, owner)
     d.tag(100, "AcDbEntity")
     if paper:
         d.tag(67, 1)
     d.tag(8, layer)
+
+
+def write_block(d, name, owner, layer, entities, h, paper=False):
+    entity_head(d, "BLOCK", owner, layer, paper)
     d.tag(100, "AcDbBlockBegin")
     d.tag(2, name)
     d.tag(70, 0)
@@ -620,13 +622,7 @@ def write_block(d, name, owner, layer, entities, h, paper=False):
     d.tag(1, "")
     for entity in entities:
         write_entity(d, entity, owner, h)
-    d.tag(0, "ENDBLK")
-    d.tag(5, d.handle())
-    d.tag(330, owner)
-    d.tag(100, "AcDbEntity")
-    if paper:
-        d.tag(67, 1)
-    d.tag(8, layer)
+    entity_head(d, "ENDBLK", owner, layer, paper)
     d.tag(100, "AcDbBlockEnd")
 
 
@@ -642,12 +638,7 @@ def write_blocks(d, sheet, h):
 
 def write_entity(d, e, owner, h):
     kind = e[0]
-    layer = e[1]
-    d.tag(0, kind)
-    d.tag(5, d.handle())
-    d.tag(330, owner)
-    d.tag(100, "AcDbEntity")
-    d.tag(8, layer)
+    entity_head(d, kind, owner, e[1])
     if kind == "LINE":
         d.tag(100, "AcDbLine")
         d.point(tuple(e[2]) + (0.0,))
@@ -694,7 +685,8 @@ def write_entities(d, sheet, h):
     d.tag(0, "ENDSEC")
 
 
-def dictionary_head(d, handle, owner, kind="DICTIONARY", reactors=True):
+def object_head(d, kind, handle, owner, reactors=True):
+    """An object's head; the dictionary that owns it is its reactor too (not so for the root)."""
     d.tag(0, kind)
     d.tag(5, handle)
     if reactors:
@@ -702,17 +694,16 @@ def dictionary_head(d, handle, owner, kind="DICTIONARY", reactors=True):
         d.tag(330, owner)
         d.tag(102, "}")
     d.tag(330, owner)
+
+
+def dictionary_head(d, handle, owner, kind="DICTIONARY", reactors=True):
+    object_head(d, kind, handle, owner, reactors)
     d.tag(100, "AcDbDictionary")
     d.tag(281, 1)
 
 
 def write_layout(d, handle, owner, name, order, block_record, limits):
-    d.tag(0, "LAYOUT")
-    d.tag(5, handle)
-    d.tag(102, "{ACAD_REACTORS")
-    d.tag(330, owner)
-    d.tag(102, "}")
-    d.tag(330, owner)
+    object_head(d, "LAYOUT", handle, owner)
     d.tag(100, "AcDbPlotSettings")
     for code, value in [(1, ""), (2, "none_device"), (4, "ISO_A3_(420.00_x_297.00_MM)"), (6, ""),
                         (40, 7.5), (41, 20.0), (42, 7.5), (43, 20.0), (44, 420.0), (45, 297.0),
@@ -774,18 +765,8 @@ def write_objects(d, sheet, h):
             dictionary_head(d, handle, nod)
         else:
             write_named_object(d, handle, nod, sheet["named_objects"][name]["dictionary"])
-    d.tag(0, "ACDBPLACEHOLDER")
-    d.tag(5, h["Normal"])
-    d.tag(102, "{ACAD_REACTORS")
-    d.tag(330, h["ACAD_PLOTSTYLENAME"])
-    d.tag(102, "}")
-    d.tag(330, h["ACAD_PLOTSTYLENAME"])
-    d.tag(0, "MLINESTYLE")
-    d.tag(5, h["Standard_mline"])
-    d.tag(102, "{ACAD_REACTORS")
-    d.tag(330, h["ACAD_MLINESTYLE"])
-    d.tag(102, "}")
-    d.tag(330, h["ACAD_MLINESTYLE"])
+    object_head(d, "ACDBPLACEHOLDER", h["Normal"], h["ACAD_PLOTSTYLENAME"])
+    object_head(d, "MLINESTYLE", h["Standard_mline"], h["ACAD_MLINESTYLE"])
     d.tag(100, "AcDbMlineStyle")
     for code, value in [(2, "Standard"), (70, 0), (3, ""), (62, 256), (51, 90.0), (52, 90.0),
                         (71, 2), (49, 0.5), (62, 256), (6, "BYLAYER"), (49, -0.5), (62, 256),
@@ -809,12 +790,7 @@ def write_named_object(d, handle, owner, content):
         if "dictionary" in value:
             write_named_object(d, child, handle, value["dictionary"])
             continue
-        d.tag(0, "XRECORD")
-        d.tag(5, child)
-        d.tag(102, "{ACAD_REACTORS")
-        d.tag(330, handle)
-        d.tag(102, "}")
-        d.tag(330, handle)
+        object_head(d, "XRECORD", child, handle)
         d.tag(100, "AcDbXrecord")
         d.tag(280, 1)
         for code, item in value["xrecord"]:

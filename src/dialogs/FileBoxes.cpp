@@ -25,8 +25,6 @@ void showUserFileResult(const UserListRead& read, const ReportList& report, cons
     if (!report.empty())
         ShowErrorBox(gMsg.TxReadErrorStart + " " + list.userDirectory + list.userFileName + " " +
                      gMsg.TxReadErrorEnd);
-    if (read.unknownNames == 1)
-        ShowWarningBox(gMsg.TxInsertErrorOnce);
-    else if (read.unknownNames > 1)
-        ShowWarningBox(formatText("%d %s", read.unknownNames, gMsg.TxInsertError.c_str()));
+    if (read.unknownNames > 0)
+        ShowWarningBox(countText(read.unknownNames, gMsg.TxInsertErrorOnce, gMsg.TxInsertError));
 }

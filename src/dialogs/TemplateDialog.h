@@ -47,8 +47,6 @@ protected:
     // Centres the window on the primary screen.
     void centreOnScreen();
 
-    bool isInitialised() const { return m_initialised; }
-
     // The first show's start: texts from the catalog, fields from the context, the layout.
     virtual void OnInitDialog() = 0;
     // Lays the controls out for the present size; called on every resize after the start.

@@ -51,27 +51,48 @@ void VarListView::fillRows(std::vector<ListRow> rows) {
 }
 
 void VarListView::rememberSelection() {
-    VarListModel* rowsModel = rowModel();
-    if (!rowsModel)
-        return;
-    for (int row = 0; row < rowsModel->rowCount(); ++row) {
-        cSysVar* record = rowsModel->recordAt(row);
-        if (!record)
-            continue;
-        if (selectionModel()->isSelected(rowsModel->index(row, 0)))
-            record->setSelected();
+    forEachRecordRow([](cSysVar& record, bool selected) {
+        if (selected)
+            record.setSelected();
         else
-            record->clearSelected();
-    }
+            record.clearSelected();
+    });
 }
 
 int VarListView::selectedCount() const {
     return selectionModel() ? static_cast<int>(selectionModel()->selectedRows().size()) : 0;
 }
 
-cSysVar* VarListView::focusedRecord() const {
+QList<int> VarListView::selectedRowNumbers() const {
+    QList<int> numbers;
+    if (!selectionModel())
+        return numbers;
+    for (const QModelIndex& index : selectionModel()->selectedRows())
+        numbers.push_back(index.row());
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
+}
+
+void VarListView::forEachRecordRow(const std::function<void(cSysVar& record, bool selected)>& visit) const {
     VarListModel* rowsModel = rowModel();
-    return rowsModel ? rowsModel->recordAt(currentIndex().row()) : nullptr;
+    if (!rowsModel || !selectionModel())
+        return;
+    for (int row = 0; row < rowsModel->rowCount(); ++row)
+        if (cSysVar* record = rowsModel->recordAt(row))
+            visit(*record, selectionModel()->isSelected(rowsModel->index(row, 0)));
+}
+
+void VarListView::selectRecordRows(const std::function<bool(const cSysVar& record, bool selected)>& wanted) {
+    VarListModel* rowsModel = rowModel();
+    if (!rowsModel || !selectionModel())
+        return;
+    QItemSelection selection;
+    const int lastColumn = rowsModel->columnCount() - 1;
+    for (int row = 0; row < rowsModel->rowCount(); ++row)
+        if (const cSysVar* record = rowsModel->recordAt(row);
+            record && wanted(*record, selectionModel()->isSelected(rowsModel->index(row, 0))))
+            selection.select(rowsModel->index(row, 0), rowsModel->index(row, lastColumn));
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
 }
 
 std::int32_t VarListView::clampedStartWidth(int column, std::int32_t width) {

@@ -5,6 +5,7 @@
 #include <QTreeView>
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 // A report list of variable rows over a VarListModel. It tells its owner of clicks and of the
@@ -21,8 +22,14 @@ public:
     // Carries the rows' selection into isSelected of their records; header rows are passed over.
     void rememberSelection();
     int selectedCount() const;
-    // The record of the row that has the focus, or null.
-    cSysVar* focusedRecord() const;
+    // The numbers of the selected rows, ascending.
+    QList<int> selectedRowNumbers() const;
+    // Calls visit for each record row, in row order, with whether the row is selected; header rows
+    // are passed over.
+    void forEachRecordRow(const std::function<void(cSysVar& record, bool selected)>& visit) const;
+    // Selects exactly the record rows that wanted says yes to, each asked with its selection as it
+    // stood before; header rows end up unselected.
+    void selectRecordRows(const std::function<bool(const cSysVar& record, bool selected)>& wanted);
 
     // A width read at start: at most 1200, and at least 46 for column 0 and 20 for the others.
     static std::int32_t clampedStartWidth(int column, std::int32_t width);

@@ -122,11 +122,7 @@ void cDlgConfig::accept() {
         else
             question = formatText("%s %s %s", (avlMissing ? m_avlPath : m_editorPath).c_str(),
                                   gMsg.TxDoesNotExist.c_str(), gMsg.TxAssume.c_str());
-        kova::BoxAnswer answer = kova::BoxAnswer::No;
-        if (kova::UiServices* ui = acHostUiServices())
-            answer = ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, question,
-                                    kova::BoxButtons::YesNo);
-        if (answer == kova::BoxAnswer::Yes) {
+        if (gMsg.AskYesNo(question)) {
             m_context.avlFilePath = m_avlPath;
             m_context.editorPath = m_editorPath;
         }

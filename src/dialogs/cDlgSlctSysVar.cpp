@@ -18,7 +18,6 @@
 #include <QMenu>
 #include <QPushButton>
 
-#include <algorithm>
 #include <new>
 
 namespace {
@@ -129,11 +128,10 @@ void cDlgSlctSysVar::FillList() {
 
 void cDlgSlctSysVar::accept() {
     // Only adds: rows that are not selected leave their variables as they are.
-    const QItemSelectionModel* selection = m_list->selectionModel();
-    for (int row = 0; row < m_model->rowCount(); ++row)
-        if (cSysVar* record = m_model->recordAt(row))
-            if (selection->isSelected(m_model->index(row, 0)))
-                record->setInUserList();
+    m_list->forEachRecordRow([](cSysVar& record, bool selected) {
+        if (selected)
+            record.setInUserList();
+    });
     TemplateDialog::accept();
 }
 
@@ -152,21 +150,12 @@ void cDlgSlctSysVar::saveOnEnd() {
 // ---- selection ----
 
 void cDlgSlctSysVar::OnMarkAll() {
-    QItemSelection on;
-    for (int row = 0; row < m_model->rowCount(); ++row)
-        if (m_model->recordAt(row))
-            on.select(m_model->index(row, 0), m_model->index(row, m_model->columnCount() - 1));
-    m_list->selectionModel()->select(on, QItemSelectionModel::ClearAndSelect);
+    m_list->selectRecordRows([](const cSysVar&, bool) { return true; });
     m_list->setFocus(Qt::OtherFocusReason);
 }
 
 void cDlgSlctSysVar::OnInvert() {
-    QItemSelectionModel* selection = m_list->selectionModel();
-    QItemSelection on;
-    for (int row = 0; row < m_model->rowCount(); ++row)
-        if (m_model->recordAt(row) && !selection->isSelected(m_model->index(row, 0)))
-            on.select(m_model->index(row, 0), m_model->index(row, m_model->columnCount() - 1));
-    selection->select(on, QItemSelectionModel::ClearAndSelect);
+    m_list->selectRecordRows([](const cSysVar&, bool selected) { return !selected; });
     m_list->setFocus(Qt::OtherFocusReason);
 }
 
@@ -184,11 +173,7 @@ void cDlgSlctSysVar::OnFind() {
 void cDlgSlctSysVar::onFindNotify(const FindNotification& notification) {
     // The refill drops the selection made by hand and selects the search's records.
     FillList();
-    QList<int> selectedRows;
-    for (const QModelIndex& index : m_list->selectionModel()->selectedRows())
-        selectedRows.push_back(index.row());
-    std::sort(selectedRows.begin(), selectedRows.end());
-    const FoundRow found = DlgFind2::rowToShow(selectedRows, notification.value);
+    const FoundRow found = DlgFind2::rowToShow(m_list->selectedRowNumbers(), notification.value);
     if (found.row >= 0)
         m_list->scrollTo(m_model->index(found.row, 0));
 }

@@ -10,9 +10,6 @@
 #include "settings/cMsgCatalog.h"
 #include "vars/TextHelpers.h"
 
-#include "hostui.h"
-#include "UiServices.h"
-
 #include <dbmain.h>
 
 #include <iterator>
@@ -154,9 +151,7 @@ void cDocCntx::AskForDrawingPath(DrawingPath which) {
     const std::string& text = editor ? gMsg.TxDrawingEditor : gMsg.TxDrawingAvlFile;
     const std::string question =
         formatText("%s\n%s\n%s %s", text.c_str(), offered.c_str(), gMsg.TxKeepOwnPath.c_str(), own.c_str());
-    kova::UiServices* ui = acHostUiServices();
-    if (ui && ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, question,
-                             kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes)
+    if (gMsg.AskYesNo(question))
         own = offered;
     offered.clear();
 }

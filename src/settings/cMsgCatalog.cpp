@@ -1,4 +1,4 @@
-// The message catalog: the key table, loading the catalog file, and the three message boxes.
+// The message catalog: the key table, loading the catalog file, and the message boxes.
 #include "cMsgCatalog.h"
 
 #include "ProfileFile.h"
@@ -231,4 +231,10 @@ void cMsgCatalog::ShowWarningBox(const std::string& text) const {
 
 void cMsgCatalog::ShowErrorBox(const std::string& text) const {
     showBox(kova::BoxKind::Error, TiMsgBoxError, text);
+}
+
+bool cMsgCatalog::AskYesNo(const std::string& text, kova::BoxKind kind) const {
+    kova::UiServices* ui = acHostUiServices();
+    return ui &&
+           ui->messageBox(kind, TiMsgBoxQuestion, text, kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes;
 }

@@ -1,6 +1,8 @@
 // cMsgCatalog: every text the user reads, by key, with German defaults and a catalog file to
 // replace them.
 #pragma once
+#include "UiServices.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -27,6 +29,9 @@ public:
     void ShowInfoBox(const std::string& text) const;
     void ShowWarningBox(const std::string& text) const;
     void ShowErrorBox(const std::string& text) const;
+    // A question with Yes and No, titled TiMsgBoxQuestion; true only for Yes (false, too, when
+    // the host gives no UI services).
+    bool AskYesNo(const std::string& text, kova::BoxKind kind = kova::BoxKind::Question) const;
 
     // One key and the field that holds its text.
     struct Entry {

@@ -88,11 +88,11 @@ void cSetup::Close() {
 }
 
 void cSetup::GetFileString(const std::string& key, const std::string& defaultValue, std::string& out) {
+    // A key that stands with an empty value gives the empty text, not the default. Read into a
+    // buffer of its own: out may be the very string that holds defaultValue.
     std::string buffer;
-    if (profile().getString(m_section, key, defaultValue, buffer, kProfileBufferSize) > 0)
-        out = buffer;
-    else
-        out.clear(); // the key stands with an empty value: empty, not the default
+    profile().getString(m_section, key, defaultValue, buffer, kProfileBufferSize);
+    out = std::move(buffer);
 }
 
 void cSetup::GetString(const std::string& key, const std::string& defaultValue, std::string& out) {

@@ -1,6 +1,7 @@
 // Writing the error log file.
 #include "ErrorLog.h"
 
+#include "ReplacementFile.h"
 #include "settings/cMsgCatalog.h"
 #include "TextHelpers.h"
 
@@ -12,21 +13,17 @@ std::string errorLogPath(const std::string& directory, const std::string& baseNa
 
 FileResult writeErrorLog(ReportList& errorLines, const std::string& directory, const std::string& baseName) {
     const std::string path = errorLogPath(directory, baseName);
-    // Written beside the old log and renamed over it: a write that fails half way (a full disk)
-    // leaves the old log whole, and counts as a log that cannot be opened.
-    const std::string temp = path + ".new";
-    std::FILE* file = std::fopen(temp.c_str(), "w");
-    bool written = file != nullptr;
-    if (file) {
+    // Written beside the old log and renamed over it, as the user list is: a write that fails half
+    // way (a full disk) leaves the old log whole, and a log the user write-protected stays as it
+    // is. Either counts as a log that cannot be opened.
+    kova::ReplacementFile output(path);
+    bool written = output.open();
+    if (written) {
         for (const std::string& line : errorLines) {
-            std::fwrite(line.data(), 1, line.size(), file);
-            std::fputc('\n', file);
+            std::fwrite(line.data(), 1, line.size(), output.stream());
+            std::fputc('\n', output.stream());
         }
-        written = !std::ferror(file);
-        written = std::fclose(file) == 0 && written;
-        written = written && std::rename(temp.c_str(), path.c_str()) == 0;
-        if (!written)
-            std::remove(temp.c_str());
+        written = !std::ferror(output.stream()) && output.commit();
     }
     if (!written) {
         const std::string text = path + gMsg.TxFileOpenFailure;

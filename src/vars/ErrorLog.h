@@ -12,7 +12,7 @@ inline constexpr const char* kErrorLogExtension = ".err";
 std::string errorLogPath(const std::string& directory, const std::string& baseName);
 
 // Writes every line of errorLines, each with a line end, to directory + baseName + ".err",
-// replacing an old file, and empties errorLines. When the file cannot be opened the error names
-// it (path followed by TxFileOpenFailure), the same text is appended to errorLines, and the lines
-// stay in memory.
+// replacing an old file unless it is write-protected, and empties errorLines. When the file cannot
+// be opened or written the error names it (path followed by TxFileOpenFailure), the same text is
+// appended to errorLines, and the lines stay in memory.
 FileResult writeErrorLog(ReportList& errorLines, const std::string& directory, const std::string& baseName);

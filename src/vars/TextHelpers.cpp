@@ -270,6 +270,14 @@ std::string formatText(const char* format, ...) {
     return out;
 }
 
+std::string countText(int count, const std::string& once, const std::string& many) {
+    if (count == 0)
+        return {};
+    if (count == 1)
+        return once;
+    return formatText("%d %s", count, many.c_str());
+}
+
 int splitFields(const std::string& line, std::string& field1, std::string& field2, std::string& field3,
                 std::string& field4) {
     field1.clear();

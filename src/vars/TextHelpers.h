@@ -51,6 +51,10 @@ int compareText(const std::string& a, const std::string& b);
 // in, so a decimal point is always ".": value texts are stored in files and compared byte for byte.
 std::string formatText(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
+// A count for a box or the status bar: "<count> <many>", or once alone for exactly one; empty for
+// none.
+std::string countText(int count, const std::string& once, const std::string& many);
+
 // Splits line at every "#". Fields 1 to 4 go to the outputs (emptied first), further fields are
 // only counted. Returns the number of "#" plus 1: a line ending in "#" has an empty last field,
 // a line without "#" is one field. Fields keep their blanks. An empty line gives 1 field.

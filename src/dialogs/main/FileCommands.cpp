@@ -37,13 +37,6 @@ std::optional<std::string> chooseUserListFile(kova::FileDialogKind kind, const s
     return ui->fileDialog(kind, userListFilter(), initialFile, kUserListExtension);
 }
 
-// A question of the dialog with Yes and No; true only for Yes.
-bool askYesNo(const std::string& text, kova::BoxKind kind = kova::BoxKind::Question) {
-    kova::UiServices* ui = acHostUiServices();
-    return ui &&
-           ui->messageBox(kind, gMsg.TiMsgBoxQuestion, text, kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes;
-}
-
 // The list's point separator is a blank for the time of the write and comes back after; the
 // value texts keep the separator they were made with.
 bool writeWithBlankSeparator(cSysVarList& list, const std::string& directory, const std::string& fileName,
@@ -65,7 +58,7 @@ bool FileCommands::NewList() {
     cSysVarList& list = m_context.varList;
     // The user sees the entries the question is about.
     m_dialog.ShowView(ListView::UserList);
-    if (list.hasUserEntries() && !askYesNo(gMsg.TxVarLoaded))
+    if (list.hasUserEntries() && !gMsg.AskYesNo(gMsg.TxVarLoaded))
         return false;
     list.userFileName = gMsg.TxNewVarFile;
     list.clearAllNewValues();
@@ -163,7 +156,7 @@ void FileCommands::AfterConfiguration() {
     if (m_context.avlFilePath == list.avlDirectory + list.avlFileName)
         return;
     if (list.hasUserEntries() &&
-        askYesNo(gMsg.TxNewAcadListSelected + " " + gMsg.TxSaveUserList, kova::BoxKind::Plain)) {
+        gMsg.AskYesNo(gMsg.TxNewAcadListSelected + " " + gMsg.TxSaveUserList, kova::BoxKind::Plain)) {
         m_context.view = ListView::UserList;
         SaveListAs();
     }

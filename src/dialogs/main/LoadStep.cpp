@@ -32,12 +32,6 @@ void moveBlock(ReportList& errorLines, std::int32_t& errorCount, std::vector<std
     lines.clear();
 }
 
-bool askToShowLog() {
-    kova::UiServices* ui = acHostUiServices();
-    return ui && ui->messageBox(kova::BoxKind::Question, gMsg.TiMsgBoxQuestion, gMsg.TxShowErrorLog,
-                                kova::BoxButtons::YesNo) == kova::BoxAnswer::Yes;
-}
-
 } // namespace
 
 bool runLoadStep(DocumentState& context, ReportList& errorLines, RunCode& runCode, DateTime moment) {
@@ -85,7 +79,7 @@ bool runLoadStep(DocumentState& context, ReportList& errorLines, RunCode& runCod
             std::string directory;
             pathDirectory(context.userIniFile(), directory);
             showFileResult(writeErrorLog(errorLines, directory, context.moduleBaseName()));
-            if (askToShowLog())
+            if (gMsg.AskYesNo(gMsg.TxShowErrorLog))
                 ShowErrorLog(context);
         }
         runCode = RunCode::Done;

@@ -13,13 +13,6 @@
 #include "vars/DocumentState.h"
 #include "vars/TextHelpers.h"
 
-#include "hostui.h"
-#include "UiServices.h"
-
-#include <QItemSelection>
-
-#include <algorithm>
-#include <functional>
 #include <new>
 
 namespace {
@@ -36,39 +29,6 @@ private:
     VariableCommands& m_commands;
 };
 
-// "<n> <many>", or the text for exactly one; empty for none.
-std::string countText(int count, const std::string& once, const std::string& many) {
-    if (count == 0)
-        return {};
-    if (count == 1)
-        return once;
-    return formatText("%d %s", count, many.c_str());
-}
-
-// The rows of view whose records wanted says yes to, ascending; header rows never.
-QItemSelection recordRows(VarListView& view, const std::function<bool(int row, cSysVar&)>& wanted) {
-    VarListModel* rows = view.rowModel();
-    QItemSelection selection;
-    if (!rows)
-        return selection;
-    const int lastColumn = rows->columnCount() - 1;
-    for (int row = 0; row < rows->rowCount(); ++row)
-        if (cSysVar* record = rows->recordAt(row); record && wanted(row, *record))
-            selection.select(rows->index(row, 0), rows->index(row, lastColumn));
-    return selection;
-}
-
-// The selected rows of view, ascending.
-QList<int> selectedRowNumbers(const VarListView& view) {
-    QList<int> numbers;
-    if (!view.selectionModel())
-        return numbers;
-    for (const QModelIndex& index : view.selectionModel()->selectedRows())
-        numbers.push_back(index.row());
-    std::sort(numbers.begin(), numbers.end());
-    return numbers;
-}
-
 } // namespace
 
 VariableCommands::VariableCommands(MainDialogPort& dialog, DocumentState& context)
@@ -78,24 +38,19 @@ VariableCommands::VariableCommands(MainDialogPort& dialog, DocumentState& contex
 
 void VariableCommands::OnSelectAll() {
     VarListView& list = m_dialog.listView();
-    list.selectionModel()->select(recordRows(list, [](int, cSysVar&) { return true; }),
-                                  QItemSelectionModel::ClearAndSelect);
+    list.selectRecordRows([](const cSysVar&, bool) { return true; });
     list.setFocus(Qt::OtherFocusReason);
 }
 
 void VariableCommands::OnInverse() {
     VarListView& list = m_dialog.listView();
-    QItemSelectionModel* selection = list.selectionModel();
-    const QItemSelection turned = recordRows(
-        list, [&](int row, cSysVar&) { return !selection->isSelected(list.model()->index(row, 0)); });
-    selection->select(turned, QItemSelectionModel::ClearAndSelect);
+    list.selectRecordRows([](const cSysVar&, bool selected) { return !selected; });
     list.setFocus(Qt::OtherFocusReason);
 }
 
 void VariableCommands::OnSelectList() {
     VarListView& list = m_dialog.listView();
-    list.selectionModel()->select(recordRows(list, [](int, cSysVar& record) { return record.inUserList(); }),
-                                  QItemSelectionModel::ClearAndSelect);
+    list.selectRecordRows([](const cSysVar& record, bool) { return record.inUserList(); });
     list.setFocus(Qt::OtherFocusReason);
 }
 
@@ -113,7 +68,7 @@ void VariableCommands::OnAdd() {
 void VariableCommands::OnDelete() {
     // The record keeps its new text: view 0 still shows it, and Set can still write it.
     VarListView& list = m_dialog.listView();
-    for (int row : selectedRowNumbers(list))
+    for (int row : list.selectedRowNumbers())
         if (cSysVar* record = list.rowModel()->recordAt(row))
             record->clearInUserList();
     m_dialog.FillList();
@@ -122,27 +77,19 @@ void VariableCommands::OnDelete() {
 // ---- set ----
 
 void VariableCommands::OnSetSelection() {
-    VarListView& list = m_dialog.listView();
-    const VarListModel& rows = *list.rowModel();
-    for (int row = 0; row < rows.rowCount(); ++row) {
-        cSysVar* record = rows.recordAt(row);
-        if (!record)
-            continue;
-        if (list.selectionModel()->isSelected(rows.index(row, 0)))
-            record->setMarkedToSet();
+    m_dialog.listView().forEachRecordRow([](cSysVar& record, bool selected) {
+        if (selected)
+            record.setMarkedToSet();
         else
-            record->clearMarkedToSet();
-    }
+            record.clearMarkedToSet();
+    });
     WriteMarkedVariables();
     m_dialog.FillList();
 }
 
 void VariableCommands::OnSetAll() {
     // Only records with a row are reached: view, compare mode and order decide.
-    const VarListModel& rows = *m_dialog.listView().rowModel();
-    for (int row = 0; row < rows.rowCount(); ++row)
-        if (cSysVar* record = rows.recordAt(row))
-            record->setMarkedToSet();
+    m_dialog.listView().forEachRecordRow([](cSysVar& record, bool) { record.setMarkedToSet(); });
     WriteMarkedVariables();
     m_dialog.FillList();
 }
@@ -211,7 +158,7 @@ void VariableCommands::OnFind() {
 void VariableCommands::OnFindNotify(std::int32_t value) {
     m_dialog.FillList();
     VarListView& list = m_dialog.listView();
-    const QList<int> selected = selectedRowNumbers(list);
+    const QList<int> selected = list.selectedRowNumbers();
     if (selected.isEmpty()) {
         m_dialog.SetStatusTexts(gMsg.TxVarNotFound, {}, {});
         return;

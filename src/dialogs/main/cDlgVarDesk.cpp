@@ -202,11 +202,6 @@ void cDlgVarDesk::buildMenu() {
 }
 
 void cDlgVarDesk::CreateToolBar() {
-    const std::vector<ToolButton>& buttons = toolButtons();
-    m_toolBarImages.clear();
-    for (const ToolButton& b : buttons)
-        m_toolBarImages.push_back(moduleIcon(b.icon));
-
     m_toolBar = new QToolBar(m_client);
     m_toolBar->setObjectName(idName(kToolBar));
     m_toolBar->setIconSize(QSize(16, 16));
@@ -215,39 +210,25 @@ void cDlgVarDesk::CreateToolBar() {
     m_toolBar->setFloatable(false);
     m_toolBar->setGeometry(0, 0, m_client->width(), kToolBarHeight);
 
-    if (m_toolBar->actions().isEmpty()) {
-        m_toolActions.clear();
-        for (std::size_t i = 0; i < buttons.size(); ++i) {
-            if (buttons[i].separatorBefore)
-                m_toolBar->addSeparator();
-            const int id = buttons[i].id;
-            auto* action = new QAction(m_toolBarImages[i], QString(), m_toolBar);
-            action->setObjectName(idName(id));
-            action->setData(static_cast<int>(i));
-            action->setCheckable(true);
-            m_toolBar->addAction(action);
-            m_toolActions.push_back(action);
-            connect(action, &QAction::triggered, this, [this, id] { onToolButton(id); });
-        }
-        applyToolMarks();
-    }
-    m_toolBar->setContentsMargins(kToolBarIndent, 0, 0, 0);
-
-    if (!m_toolTips) {
-        m_toolTips.reset(new (std::nothrow) ToolTipTable);
-        if (m_toolTips)
-            for (const ToolButton& b : buttons)
-                m_toolTips->tips.emplace_back(b.id, qs(gMsg.*b.tip));
-    }
-    for (QAction* action : m_toolActions) {
-        QString tip;
-        if (m_toolTips)
-            for (const auto& [id, text] : m_toolTips->tips)
-                if (idName(id) == action->objectName())
-                    tip = text;
+    const std::vector<ToolButton>& buttons = toolButtons();
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        if (buttons[i].separatorBefore)
+            m_toolBar->addSeparator();
+        const int id = buttons[i].id;
+        // The button's menu text is its tool tip; the end of the run takes the tool tips away.
+        const QString tip = qs(gMsg.*buttons[i].tip);
+        m_toolBarImages.push_back(moduleIcon(buttons[i].icon));
+        auto* action = new QAction(m_toolBarImages.back(), tip, m_toolBar);
         action->setToolTip(tip);
-        action->setText(tip);
+        action->setObjectName(idName(id));
+        action->setData(static_cast<int>(i));
+        action->setCheckable(true);
+        m_toolBar->addAction(action);
+        m_toolActions.push_back(action);
+        connect(action, &QAction::triggered, this, [this, id] { onToolButton(id); });
     }
+    applyToolMarks();
+    m_toolBar->setContentsMargins(kToolBarIndent, 0, 0, 0);
 }
 
 void cDlgVarDesk::CreateStatusBar() {
@@ -463,11 +444,8 @@ void cDlgVarDesk::saveOnEnd() {
         const int width = m_listCtrl->isColumnHidden(column) ? 0 : m_listCtrl->columnWidth(column);
         VarListView::storedWidth(width, *stored[column]);
     }
-    if (m_toolTips) {
-        m_toolTips.reset();
-        for (QAction* action : m_toolActions)
-            action->setToolTip(QString());
-    }
+    for (QAction* action : m_toolActions)
+        action->setToolTip(QString());
     m_contextMenu.reset();
 }
 

@@ -78,11 +78,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    // Tool tips of the tool bar buttons, by button id; owned by the dialog while it has them.
-    struct ToolTipTable {
-        std::vector<std::pair<int, QString>> tips;
-    };
-
     // ---- the port of the commands ----
     VarListView& listView() override { return *m_listCtrl; }
     QWidget* dialogParent() override { return this; }
@@ -138,10 +133,9 @@ private:
     QPlainTextEdit* m_descriptionEdit = nullptr; // 9003
     QLineEdit* m_valueEdit = nullptr;            // 9004
     VarListModel* m_model = nullptr;
-    ValueEditing* m_editing = nullptr;        // the two fields of the current record
-    std::vector<QIcon> m_rowImages;           // by RowImage
-    std::unique_ptr<ToolTipTable> m_toolTips; // null when none
-    std::unique_ptr<QMenu> m_contextMenu;     // null when none
+    ValueEditing* m_editing = nullptr;    // the two fields of the current record
+    std::vector<QIcon> m_rowImages;       // by RowImage
+    std::unique_ptr<QMenu> m_contextMenu; // null when none
     std::array<QLabel*, 3> m_panes{};
     std::map<int, QAction*> m_menuActions;
     std::vector<QMenu*> m_popups;
