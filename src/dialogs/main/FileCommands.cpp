@@ -37,14 +37,11 @@ std::optional<std::string> chooseUserListFile(kova::FileDialogKind kind, const s
     return ui->fileDialog(kind, userListFilter(), initialFile, kUserListExtension);
 }
 
-// The list's point separator is a blank for the time of the write and comes back after; the
-// value texts keep the separator they were made with.
-bool writeWithBlankSeparator(cSysVarList& list, const std::string& directory, const std::string& fileName,
-                             bool selectedOnly) {
-    const char noted = list.pointSeparator;
-    list.pointSeparator = ' ';
+// Writes the user list and shows how it went; true when it was written. The file holds the value
+// texts as they stand, so the list's point separator plays no part.
+bool writeUserList(cSysVarList& list, const std::string& directory, const std::string& fileName,
+                   bool selectedOnly) {
     const FileResult written = list.writeUserFile(directory, fileName, selectedOnly);
-    list.pointSeparator = noted;
     showFileResult(written);
     return static_cast<bool>(written);
 }
@@ -102,7 +99,7 @@ void FileCommands::SaveList() {
         return;
     }
     // A failure has shown its own box; the list stays as it is.
-    writeWithBlankSeparator(list, list.userDirectory, list.userFileName, false);
+    writeUserList(list, list.userDirectory, list.userFileName, false);
 }
 
 void FileCommands::SaveListAs() {
@@ -123,7 +120,7 @@ void FileCommands::SaveListAs() {
         pathDirectory(*chosen, directory);
         pathFileName(*chosen, fileName);
         m_dialog.RememberSelection();
-        writeWithBlankSeparator(list, directory, fileName, true);
+        writeUserList(list, directory, fileName, true);
         m_dialog.FillList();
         return;
     }
